@@ -1,0 +1,97 @@
+// The settings store. All user settings live in one property list,
+// "/var/mobile/Library/Preferences/zorvel.plist", written by the settings
+// pane and only read here. Every settings object of a process reads the same
+// shared dictionary; the registry of singletons is reloaded 3.0 s after the
+// last "ZVSettingsChanged" notification (one reload per object per burst).
+//
+// Keys are declared once, in X-macro tables (see settings_keys.h), which
+// generate the fields, the read-only accessors, loadSettings and the key
+// descriptions that `zorvel settings` prints. String settings keep their
+// object across reloads: a caller holding the reference sees the new text.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/value.h"
+
+namespace zv {
+
+// One key of a settings class, for listing: its name, type name ("boolean",
+// "integer", "float", "string"), the default and the effective value as
+// values, and whether the effective value came from the file.
+struct SettingInfo {
+  std::string key;
+  std::string type;
+  Value defaultValue;
+  Value value;
+  bool fromFile = false;
+};
+
+class ZVSettings {
+ public:
+  // init: makes a T (ZVSettings or a subclass), creates the registry and
+  // subscribes to "ZVSettingsChanged" on the first object of the process,
+  // then loadFile and the most derived loadSettings. Not registered; the
+  // classes' sharedInstance() registers their singleton.
+  template <typename T>
+  static std::shared_ptr<T> make() {
+    std::shared_ptr<T> object(new T());
+    object->init();
+    return object;
+  }
+  virtual ~ZVSettings();
+  ZVSettings(const ZVSettings&) = delete;
+  ZVSettings& operator=(const ZVSettings&) = delete;
+
+  // The registry of singletons reloaded on change; nullptr is ignored.
+  static void addSharedInstance(std::shared_ptr<ZVSettings> settings);
+  static void removeSharedInstance(const ZVSettings* settings);
+  static std::vector<std::shared_ptr<ZVSettings>> sharedInstances();
+
+  // Refreshes the process's shared dictionary from the file (emptied first;
+  // a missing or unreadable file leaves it empty).
+  void loadFile();
+  // Copies keys from the shared dictionary into the fields; each class reads
+  // its superclass's keys first.
+  virtual void loadSettings();
+  void reloadSettings() {
+    loadFile();
+    loadSettings();
+  }
+
+  // The class name ("ZVGeneralSettings", ...) and its keys in declaration
+  // order, superclass keys first.
+  virtual const char* className() const { return "ZVSettings"; }
+  virtual std::vector<SettingInfo> describe() const;
+
+  bool Enable() const { return Enable_; }
+  const Dict& settings() const;
+
+  // The "ZVSettingsChanged" callback: schedules reloadSettings on every
+  // registered object 3.0 s from now, cancelling pending ones.
+  static void ZVSettingsChanged();
+
+  // Where the settings file lives on the device.
+  static constexpr const char* kPath =
+      "/var/mobile/Library/Preferences/zorvel.plist";
+
+ protected:
+  ZVSettings() = default;
+  void init();
+
+ private:
+  bool Enable_ = true;
+};
+
+// Reads one key of any property-list file, afresh on every call; null when
+// the file is missing, does not parse as a dictionary or lacks the key.
+Value objectForKey(std::string_view key, std::string_view devicePath);
+// Sets one key of a property-list file (other keys kept, file created when
+// missing or unparsable) and writes it back atomically. Failures are silent.
+void setObject(const Value& value, std::string_view key,
+               std::string_view devicePath);
+
+}  // namespace zv

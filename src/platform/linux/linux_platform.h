@@ -1,0 +1,70 @@
+// The real platform for programs on Linux: the real clock, a GLib main loop
+// as the main run loop, system-wide notifications that cross real processes
+// (each observing process listens on a datagram socket in a folder under the
+// device root; posting sends the name to every socket there), syslog for the
+// system log, and the device facts of a default phone (overridable through
+// settings of the command line).
+//
+// The device root is --root (setRoot) or else $ZORVEL_ROOT or else the
+// program's default (setDefaultRoot, the bundled sample device for zorvel).
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "platform/platform.h"
+
+namespace zv::platform {
+
+class LinuxPlatform : public Platform {
+ public:
+  // The one instance of the program.
+  static LinuxPlatform& instance();
+
+  // Root chosen on the command line; wins over $ZORVEL_ROOT.
+  void setRoot(std::string root);
+  // Root used when neither --root nor $ZORVEL_ROOT is given.
+  void setDefaultRoot(std::string root);
+  DeviceFacts& deviceFacts() { return facts_; }
+
+  // Runs the main loop until quit(), or for `seconds` of real time.
+  void run();
+  void runFor(double seconds);
+  void quit();
+
+  std::string path(std::string_view absolute) const override;
+  std::string root() const override;
+  double now() const override;
+  void performAfterDelay(const void* target, std::string_view selector,
+                         double delay, std::function<void()> call) override;
+  void cancelPrevious(const void* target, std::string_view selector) override;
+  void dispatchMain(std::function<void()> block) override;
+  void dispatchBackground(std::function<void()> block) override;
+  ObserverToken observe(std::string_view name, std::function<void()> callback,
+                        Scope scope) override;
+  void removeObserver(ObserverToken token) override;
+  void post(std::string_view name, Scope scope) override;
+  const DeviceFacts& device() const override { return facts_; }
+  std::string localizedString(std::string_view key,
+                              std::string_view table) const override;
+  void log(std::string_view line) override;
+  void playSystemSound(uint32_t soundId) override;
+  void playVibration(uint32_t soundId, const Dict& pattern) override;
+  std::string pasteboard() const override;
+  void setPasteboard(std::string_view text) override;
+  bool openURL(std::string_view url) override;
+  void showAlert(std::shared_ptr<Alert> alert) override;
+  int system(const std::string& command) override;
+
+  LinuxPlatform();
+  ~LinuxPlatform() override;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+  DeviceFacts facts_;
+};
+
+}  // namespace zv::platform

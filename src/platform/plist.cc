@@ -1,0 +1,211 @@
+#include "platform/plist.h"
+
+#include <fcntl.h>
+#include <plist/plist.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+namespace zv::plist {
+namespace {
+
+// Dates in libplist 2.2 are seconds and microseconds since 2001-01-01.
+Value fromNode(plist_t node, int depth) {
+  if (!node || depth > 512) return Value();
+  switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN: {
+      uint8_t b = 0;
+      plist_get_bool_val(node, &b);
+      return Value(b != 0);
+    }
+    case PLIST_UINT: {
+      uint64_t u = 0;
+      plist_get_uint_val(node, &u);
+      return Value(static_cast<int64_t>(u));
+    }
+    case PLIST_REAL: {
+      double d = 0;
+      plist_get_real_val(node, &d);
+      return Value(d);
+    }
+    case PLIST_STRING: {
+      char* s = nullptr;
+      plist_get_string_val(node, &s);
+      std::string out = s ? s : "";
+      free(s);
+      return Value(std::move(out));
+    }
+    case PLIST_KEY: {
+      char* s = nullptr;
+      plist_get_key_val(node, &s);
+      std::string out = s ? s : "";
+      free(s);
+      return Value(std::move(out));
+    }
+    case PLIST_DATA: {
+      char* bytes = nullptr;
+      uint64_t len = 0;
+      plist_get_data_val(node, &bytes, &len);
+      Data d{std::string(bytes ? bytes : "", bytes ? len : 0)};
+      free(bytes);
+      return Value(std::move(d));
+    }
+    case PLIST_DATE: {
+      int32_t sec = 0, usec = 0;
+      plist_get_date_val(node, &sec, &usec);
+      return Value(Date{sec + usec / 1e6});
+    }
+    case PLIST_ARRAY: {
+      Array a;
+      uint32_t n = plist_array_get_size(node);
+      a.reserve(n);
+      for (uint32_t i = 0; i < n; ++i)
+        a.push_back(fromNode(plist_array_get_item(node, i), depth + 1));
+      return Value(std::move(a));
+    }
+    case PLIST_DICT: {
+      Dict d;
+      plist_dict_iter it = nullptr;
+      plist_dict_new_iter(node, &it);
+      if (!it) return Value(std::move(d));
+      for (;;) {
+        char* key = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, it, &key, &item);
+        if (!item) {
+          free(key);
+          break;
+        }
+        if (key) d[key] = fromNode(item, depth + 1);
+        free(key);
+      }
+      free(it);
+      return Value(std::move(d));
+    }
+    default:
+      return Value();
+  }
+}
+
+plist_t toNode(const Value& v) {
+  const auto& s = v.storage();
+  if (auto b = std::get_if<bool>(&s)) return plist_new_bool(*b);
+  if (auto i = std::get_if<int64_t>(&s))
+    return plist_new_uint(static_cast<uint64_t>(*i));
+  if (auto d = std::get_if<double>(&s)) return plist_new_real(*d);
+  if (auto str = std::get_if<std::string>(&s))
+    return plist_new_string(str->c_str());
+  if (auto data = std::get_if<Data>(&s))
+    return plist_new_data(data->bytes.data(), data->bytes.size());
+  if (auto date = std::get_if<Date>(&s)) {
+    double whole = static_cast<double>(static_cast<int64_t>(date->seconds));
+    return plist_new_date(static_cast<int32_t>(whole),
+                          static_cast<int32_t>((date->seconds - whole) * 1e6));
+  }
+  if (auto a = std::get_if<Array>(&s)) {
+    plist_t node = plist_new_array();
+    for (const auto& item : *a) plist_array_append_item(node, toNode(item));
+    return node;
+  }
+  plist_t node = plist_new_dict();
+  if (auto d = std::get_if<Dict>(&s))
+    for (const auto& [key, item] : *d)
+      plist_dict_set_item(node, key.c_str(), toNode(item));
+  return node;
+}
+
+struct NodeFree {
+  void operator()(plist_t p) const { plist_free(p); }
+};
+using Node = std::unique_ptr<void, NodeFree>;
+
+}  // namespace
+
+std::optional<Value> parse(const std::string& bytes) {
+  if (bytes.empty()) return std::nullopt;
+  plist_t root = nullptr;
+  if (bytes.size() >= 8 && bytes.compare(0, 8, "bplist00") == 0) {
+    plist_from_bin(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
+  } else {
+    plist_from_xml(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
+  }
+  if (!root) return std::nullopt;
+  Node owner(root);
+  return fromNode(root, 0);
+}
+
+std::string toXml(const Value& value) {
+  Node node(toNode(value));
+  char* xml = nullptr;
+  uint32_t len = 0;
+  plist_to_xml(node.get(), &xml, &len);
+  std::string out(xml ? xml : "", xml ? len : 0);
+  free(xml);
+  return out;
+}
+
+bool readBytes(const std::string& path, std::string& out) {
+  int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  out.clear();
+  char buf[65536];
+  for (;;) {
+    ssize_t n = ::read(fd, buf, sizeof buf);
+    if (n < 0) {
+      ::close(fd);
+      return false;
+    }
+    if (n == 0) break;
+    out.append(buf, static_cast<size_t>(n));
+  }
+  ::close(fd);
+  return true;
+}
+
+bool writeBytesAtomically(const std::string& path, const std::string& bytes) {
+  std::error_code ec;
+  auto parent = std::filesystem::path(path).parent_path();
+  if (!parent.empty()) std::filesystem::create_directories(parent, ec);
+  std::string tmp = path + ".XXXXXX";
+  int fd = ::mkstemp(tmp.data());
+  if (fd < 0) return false;
+  size_t done = 0;
+  while (done < bytes.size()) {
+    ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+    if (n <= 0) {
+      ::close(fd);
+      ::unlink(tmp.c_str());
+      return false;
+    }
+    done += static_cast<size_t>(n);
+  }
+  ::fchmod(fd, 0644);
+  if (::fsync(fd) != 0 || ::close(fd) != 0 ||
+      ::rename(tmp.c_str(), path.c_str()) != 0) {
+    ::unlink(tmp.c_str());
+    return false;
+  }
+  return true;
+}
+
+std::optional<Value> readFile(const std::string& path) {
+  std::string bytes;
+  if (!readBytes(path, bytes)) return std::nullopt;
+  return parse(bytes);
+}
+
+std::optional<Dict> readDictionary(const std::string& path) {
+  auto v = readFile(path);
+  if (!v || !v->isDict()) return std::nullopt;
+  return std::move(*v->dict());
+}
+
+bool writeFile(const std::string& path, const Value& value) {
+  return writeBytesAtomically(path, toXml(value));
+}
+
+}  // namespace zv::plist

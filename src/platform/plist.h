@@ -1,0 +1,32 @@
+// Property-list files through libplist: XML and binary are both read; writes
+// are XML, atomic (a temporary file in the same folder, then rename), so a
+// reader in another process never sees a torn file.
+//
+// Paths here are host paths; map device paths with Platform::path first.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/value.h"
+
+namespace zv::plist {
+
+// Parses bytes as a property list (XML or binary); nullopt when they are not.
+std::optional<Value> parse(const std::string& bytes);
+// Serialises a value as an XML property list.
+std::string toXml(const Value& value);
+
+// Reads a whole file; nullopt when it is missing or does not parse.
+std::optional<Value> readFile(const std::string& path);
+// Reads a file whose top level is a dictionary; nullopt otherwise.
+std::optional<Dict> readDictionary(const std::string& path);
+// Writes atomically, creating missing parent folders; false on any failure.
+bool writeFile(const std::string& path, const Value& value);
+
+// Reads a whole file into `out`; false when it cannot be read.
+bool readBytes(const std::string& path, std::string& out);
+// Writes bytes atomically (temporary file + rename); false on failure.
+bool writeBytesAtomically(const std::string& path, const std::string& bytes);
+
+}  // namespace zv::plist

@@ -1,0 +1,103 @@
+// The process context: everything the system keeps per host process (the
+// runtime's class tables, the platform the process runs on, the extension's
+// enable switch, the lazily created service and settings singletons, the
+// trace of started modules).
+//
+// A real program has one context, created on first use with the Linux
+// platform. The simulated platform runs several host processes in one
+// binary, each with its own context; Process::current() is the context of
+// the calling thread (set with Process::Scope), falling back to the
+// program-wide default.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <typeindex>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/runtime/object.h"
+
+namespace zv::platform {
+
+class Platform;
+
+class Process {
+ public:
+  // platform is not owned; it must outlive the process context.
+  explicit Process(Platform* platform);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  // The context of the calling thread. In a program that never set one,
+  // creates the default context on the Linux platform.
+  static Process& current();
+  // The default context of the program (used by threads that set none).
+  static void setDefault(Process* process);
+
+  // Makes `process` current on this thread for the scope's lifetime.
+  class Scope {
+   public:
+    explicit Scope(Process& process);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    Process* previous_;
+  };
+
+  Platform& platform() { return *platform_; }
+  rt::Runtime& runtime() { return *runtime_; }
+
+  // The extension's process-wide switch (1 from load, 0 after the first
+  // guarded failure, never back).
+  unsigned char zvenabled = 1;
+
+  // Names of the start-up routines run in this process, in call order.
+  std::vector<std::string> startedModules;
+
+  // A per-process slot for a singleton of type T, empty until filled.
+  template <typename T>
+  std::shared_ptr<T>& slot() {
+    auto& entry = slots_[typeid(T)];
+    if (!entry) {
+      auto holder = std::make_shared<std::shared_ptr<T>>();
+      entry = Slot{holder, [](Slot& s) {
+                     static_cast<std::shared_ptr<T>*>(s.holder.get())->reset();
+                   }};
+      order_.push_back(typeid(T));
+    }
+    return *static_cast<std::shared_ptr<T>*>(entry.holder.get());
+  }
+
+  // The singleton of T, created with `make` on first use.
+  template <typename T, typename Make>
+  std::shared_ptr<T> singleton(Make&& make) {
+    auto& s = slot<T>();
+    if (!s) s = make();
+    return s;
+  }
+
+  // Drops every singleton (newest first) and the class tables. Called by the
+  // destructor; exposed so a simulated process can "quit".
+  void clear();
+
+ private:
+  struct Slot {
+    std::shared_ptr<void> holder;
+    void (*reset)(Slot&) = nullptr;
+    explicit operator bool() const { return holder != nullptr; }
+  };
+  Platform* platform_;
+  std::unique_ptr<rt::Runtime> runtime_;
+  std::unordered_map<std::type_index, Slot> slots_;
+  std::vector<std::type_index> order_;
+};
+
+// Shorthand for Process::current().platform().
+Platform& current();
+
+}  // namespace zv::platform

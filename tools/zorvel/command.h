@@ -1,0 +1,39 @@
+// The zorvel command's subcommands register themselves here: each
+// tools/zorvel/cmd_*.cc defines a function that adds its subcommand to the
+// CLI11 app, and a static Registration that lists it.
+//
+// Errors: a subcommand throws CommandError with one line; main prints it to
+// stderr as "zorvel: <line>" and exits with the error's code.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace zv::cli {
+
+class CommandError : public std::runtime_error {
+ public:
+  explicit CommandError(const std::string& line, int code = 1)
+      : std::runtime_error(line), code_(code) {}
+  int code() const { return code_; }
+
+ private:
+  int code_;
+};
+
+using Registrar = std::function<void(CLI::App&)>;
+std::vector<Registrar>& registrars();
+
+struct Registration {
+  explicit Registration(Registrar r) { registrars().push_back(std::move(r)); }
+};
+
+// Adds --root to a subcommand; applyRoot() then points the Linux platform at
+// it (an empty value keeps $ZORVEL_ROOT or the bundled sample device).
+void addRootOption(CLI::App& command, std::string& root);
+void applyRoot(const std::string& root);
+
+}  // namespace zv::cli
