@@ -67,6 +67,12 @@ void SimWorld::advance(double seconds) {
 
 size_t SimWorld::pending() const { return queue_.size(); }
 
+size_t SimWorld::observerCount(std::string_view name) const {
+  return static_cast<size_t>(
+      std::count_if(observers_.begin(), observers_.end(),
+                    [&](const Observer& o) { return o.name == name; }));
+}
+
 std::vector<SimEvent> SimWorld::events(std::string_view kind) const {
   std::vector<SimEvent> out;
   for (const auto& e : events_)

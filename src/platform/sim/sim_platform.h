@@ -61,6 +61,8 @@ class SimWorld {
 
   // Number of queued items (timers, deliveries, blocks) not yet run.
   size_t pending() const;
+  // Number of live observers of a notification name, in all processes.
+  size_t observerCount(std::string_view name) const;
 
  private:
   friend class SimProcess;
