@@ -8,13 +8,18 @@
 // generate the fields, the read-only accessors, loadSettings and the key
 // descriptions that `zorvel settings` prints. String settings keep their
 // object across reloads: a caller holding the reference sees the new text.
+//
+// The registry and the shared dictionary live in the process context, so
+// each (simulated) host process has its own.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/settings_keys.h"
 #include "platform/value.h"
 
 namespace zv {
@@ -29,6 +34,51 @@ struct SettingInfo {
   Value value;
   bool fromFile = false;
 };
+
+namespace settings_internal {
+
+// What an accessor returns for a field of type T: strings by reference (the
+// same object across reloads), everything else by value.
+template <typename T>
+struct AccessorOf {
+  using type = T;
+};
+template <>
+struct AccessorOf<std::string> {
+  using type = const std::string&;
+};
+template <typename T>
+using Accessor = typename AccessorOf<T>::type;
+
+// Reads one key into its field with the value's own conversion, or the
+// default when the key is missing. Strings replace the field's contents.
+void read(const Dict& dict, std::string_view key, bool& field, bool def);
+void read(const Dict& dict, std::string_view key, int32_t& field, int32_t def);
+void read(const Dict& dict, std::string_view key, float& field, float def);
+void read(const Dict& dict, std::string_view key, std::string& field,
+          std::string_view def);
+
+// The listing entry of one key.
+SettingInfo describe(const Dict& dict, std::string_view key, bool value,
+                     bool def);
+SettingInfo describe(const Dict& dict, std::string_view key, int32_t value,
+                     int32_t def);
+SettingInfo describe(const Dict& dict, std::string_view key, float value,
+                     float def);
+SettingInfo describe(const Dict& dict, std::string_view key,
+                     const std::string& value, std::string_view def);
+
+}  // namespace settings_internal
+
+// Expansions of the key tables inside a class body or a member function.
+#define ZV_SETTINGS_ACCESSOR(type, name, def) \
+  ::zv::settings_internal::Accessor<type> name() const { return name##_; }
+#define ZV_SETTINGS_FIELD(type, name, def) type name##_ = def;
+#define ZV_SETTINGS_LOAD(type, name, def) \
+  ::zv::settings_internal::read(settings(), #name, name##_, def);
+#define ZV_SETTINGS_DESCRIBE(type, name, def) \
+  out.push_back(                              \
+      ::zv::settings_internal::describe(settings(), #name, name##_, def));
 
 class ZVSettings {
  public:
@@ -46,7 +96,8 @@ class ZVSettings {
   ZVSettings(const ZVSettings&) = delete;
   ZVSettings& operator=(const ZVSettings&) = delete;
 
-  // The registry of singletons reloaded on change; nullptr is ignored.
+  // The registry of singletons reloaded on change; nullptr is ignored, and
+  // so is an object that is already registered.
   static void addSharedInstance(std::shared_ptr<ZVSettings> settings);
   static void removeSharedInstance(const ZVSettings* settings);
   static std::vector<std::shared_ptr<ZVSettings>> sharedInstances();
@@ -67,7 +118,8 @@ class ZVSettings {
   virtual const char* className() const { return "ZVSettings"; }
   virtual std::vector<SettingInfo> describe() const;
 
-  bool Enable() const { return Enable_; }
+  ZV_BASE_SETTINGS_KEYS(ZV_SETTINGS_ACCESSOR)
+  // The process's shared dictionary as last loaded.
   const Dict& settings() const;
 
   // The "ZVSettingsChanged" callback: schedules reloadSettings on every
@@ -77,13 +129,19 @@ class ZVSettings {
   // Where the settings file lives on the device.
   static constexpr const char* kPath =
       "/var/mobile/Library/Preferences/zorvel.plist";
+  // The notification the settings pane posts, and the reload delay after it.
+  static constexpr const char* kChangedNotification = "ZVSettingsChanged";
+  static constexpr double kReloadDelay = 3.0;
 
  protected:
   ZVSettings() = default;
   void init();
 
  private:
-  bool Enable_ = true;
+  // The process's shared dictionary; shared so that an object outliving its
+  // process context never reads freed memory.
+  std::shared_ptr<Dict> settings_;
+  ZV_BASE_SETTINGS_KEYS(ZV_SETTINGS_FIELD)
 };
 
 // Reads one key of any property-list file, afresh on every call; null when

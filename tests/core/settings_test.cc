@@ -1,0 +1,280 @@
+// The settings store and catalogue on a simulated device: defaults, file
+// damage, value conversions, the delayed reload after change notifications
+// and the one-key file helpers.
+#include "core/settings.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/settings_catalogue.h"
+#include "platform/plist.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+constexpr const char* kKeypadPlist =
+    "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+
+class SettingsTest : public testing::SimTest {
+ protected:
+  void writeSettings(const Dict& dict) {
+    auto path = root_ + ZVSettings::kPath;
+    ASSERT_TRUE(plist::writeFile(path, Value(dict)));
+  }
+  platform::SimProcess& phone() {
+    if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
+    return *phone_;
+  }
+
+ private:
+  platform::SimProcess* phone_ = nullptr;
+};
+
+TEST_F(SettingsTest, DefaultsWithoutAFile) {
+  phone().run([] {
+    auto general = ZVGeneralSettings::sharedInstance();
+    EXPECT_TRUE(general->Enable());
+    EXPECT_TRUE(general->EnableDialer());
+    EXPECT_TRUE(general->EnableArea());
+    EXPECT_TRUE(general->AreaAlone());
+    EXPECT_FALSE(general->EnableAvatar());
+    EXPECT_FALSE(general->EnableInfo());
+    EXPECT_FALSE(general->EnableBlacklist());
+    EXPECT_FALSE(general->EnablePrefix());
+    EXPECT_FALSE(general->AreaOnlyStrangers());
+    EXPECT_FALSE(general->isSettingsChanged());
+    EXPECT_EQ(general->MyInfo(), -1);
+    EXPECT_EQ(general->AreaDatabase(), "China");
+    EXPECT_EQ(general->PrefixNumber(), "");
+
+    auto phone = ZVPhoneSettings::sharedInstance();
+    EXPECT_EQ(phone->CallHistoryLimit(), 100);
+    EXPECT_EQ(phone->DialerT9Database(), "PinYin.txt");
+    EXPECT_FLOAT_EQ(phone->ConnectedVibrateIntensity(), 0.3f);
+    EXPECT_TRUE(phone->DialerFormatPhoneNubmer());
+    EXPECT_TRUE(phone->PrefixKeypad());
+    EXPECT_EQ(phone->AreaDatabase(), "China");  // general keys come along
+
+    EXPECT_TRUE(ZVSMSSettings::sharedInstance()->AvatarSMSChat());
+    auto incoming = ZVIncomingCallSettings::sharedInstance();
+    EXPECT_TRUE(incoming->InfoIncomingCallNumber());
+    EXPECT_FLOAT_EQ(incoming->ConnectedVibrateTotalDuration(), 0.5f);
+    EXPECT_FLOAT_EQ(incoming->IncomingCallDelayRing(), 0.0f);
+
+    auto cc = ZVControlCenterSettings::sharedInstance();
+    EXPECT_EQ(cc->ControlCenterHome(), 0);
+    EXPECT_EQ(cc->ControlCenterMultitasking(), 0);
+    EXPECT_EQ(cc->ControlCenterLockScreen(), 0);
+    EXPECT_EQ(cc->ControlCenterCellularData(), 0);
+
+    for (const auto& object : makeSettingsCatalogue())
+      for (const auto& info : object->describe()) {
+        EXPECT_FALSE(info.fromFile) << info.key;
+        EXPECT_EQ(info.value, info.defaultValue) << info.key;
+      }
+  });
+}
+
+// A file that exists but is not a settings dictionary counts as no file.
+TEST_F(SettingsTest, DamagedFilesGiveDefaults) {
+  const std::string xml = plist::toXml(Value(Dict{{"MyInfo", 5}}));
+  const std::vector<std::string> damaged = {
+      "",                                                  // empty
+      xml.substr(0, xml.size() / 2),                       // truncated
+      std::string("bplist00\xff\x00\x13\x37garbage", 19),  // binary garbage
+      plist::toXml(Value(Array{Value(1)})),                // not a dictionary
+  };
+  for (const auto& bytes : damaged) {
+    writeDeviceFile(ZVSettings::kPath, bytes);
+    auto settings =
+        phone().run([] { return ZVSettings::make<ZVPhoneSettings>(); });
+    EXPECT_EQ(settings->MyInfo(), -1) << bytes.size();
+    EXPECT_TRUE(settings->Enable());
+    EXPECT_EQ(settings->AreaDatabase(), "China");
+    EXPECT_TRUE(settings->settings().empty());
+  }
+}
+
+TEST_F(SettingsTest, ValuesAreConvertedWhateverTheirStoredType) {
+  writeSettings({
+      {"ConnectedVibrateIntensity", "0.8"},
+      {"EnableAvatar", "1"},
+      {"Enable", "0"},
+      {"EnableDialer", 0.0},
+      {"MyInfo", "42"},
+      {"CallHistoryLimit", 250.9},
+      {"DialerNameOrder", true},
+      {"ControlCenterHome", int64_t{(int64_t{1} << 32) + 3}},
+      {"ControlCenterLockScreen", "99999999999"},
+      {"AreaDatabase", "Taiwan"},
+      {"PrefixNumber", 17951},
+      {"AreaNameContacts", false},
+  });
+  phone().run([] {
+    auto phone = ZVSettings::make<ZVPhoneSettings>();
+    EXPECT_FLOAT_EQ(phone->ConnectedVibrateIntensity(), 0.8f);
+    EXPECT_TRUE(phone->EnableAvatar());
+    EXPECT_FALSE(phone->Enable());
+    EXPECT_FALSE(phone->EnableDialer());
+    EXPECT_EQ(phone->MyInfo(), 42);
+    EXPECT_EQ(phone->CallHistoryLimit(), 250);
+    EXPECT_EQ(phone->DialerNameOrder(), 1);
+    EXPECT_EQ(phone->AreaDatabase(), "Taiwan");
+    EXPECT_EQ(phone->PrefixNumber(), "17951");
+    EXPECT_FALSE(phone->AreaNameContacts());
+
+    auto cc = ZVSettings::make<ZVControlCenterSettings>();
+    EXPECT_EQ(cc->ControlCenterHome(), 3);  // low 32 bits of a number
+    EXPECT_EQ(cc->ControlCenterLockScreen(), INT32_MAX);  // text saturates
+
+    // A key two classes share is read by each from the same file.
+    EXPECT_FALSE(ZVSettings::make<ZVSMSSettings>()->AreaNameContacts());
+
+    // The listing marks what came from the file.
+    for (const auto& info : phone->describe()) {
+      if (info.key == "MyInfo") {
+        EXPECT_TRUE(info.fromFile);
+        EXPECT_EQ(info.type, "integer");
+        EXPECT_EQ(info.value, Value(42));
+        EXPECT_EQ(info.defaultValue, Value(-1));
+      }
+      if (info.key == "DialerT9Database") {
+        EXPECT_FALSE(info.fromFile);
+      }
+    }
+  });
+}
+
+TEST_F(SettingsTest, ListingPutsSuperclassKeysFirst) {
+  phone().run([] {
+    auto keys = ZVSettings::make<ZVSMSSettings>()->describe();
+    ASSERT_EQ(keys.size(), 1u + 11u + 8u);
+    EXPECT_EQ(keys[0].key, "Enable");
+    EXPECT_EQ(keys[1].key, "EnableDialer");
+    EXPECT_EQ(keys[11].key, "PrefixNumber");
+    EXPECT_EQ(keys[12].key, "AreaNameSMS");
+    EXPECT_EQ(keys.back().key, "SMSMultiSelect");
+  });
+}
+
+TEST_F(SettingsTest, SingletonsAreRegisteredOncePerProcess) {
+  auto& springboard = world_.launch("com.apple.springboard");
+  auto inPhone = phone().run([] {
+    auto a = ZVPhoneSettings::sharedInstance();
+    EXPECT_EQ(a, ZVPhoneSettings::sharedInstance());
+    ZVSettings::addSharedInstance(a);  // already there
+    ZVSettings::addSharedInstance(nullptr);
+    auto plain = ZVSettings::make<ZVSettings>();  // start-up's probe
+    EXPECT_EQ(ZVSettings::sharedInstances().size(), 1u);
+    // Every object of the process reads the one shared dictionary.
+    EXPECT_EQ(&plain->settings(), &a->settings());
+    return a;
+  });
+  springboard.run([&] {
+    EXPECT_NE(ZVPhoneSettings::sharedInstance(), inPhone);
+    ZVSettings::removeSharedInstance(ZVPhoneSettings::sharedInstance().get());
+    EXPECT_TRUE(ZVSettings::sharedInstances().empty());
+  });
+}
+
+TEST_F(SettingsTest, ReloadKeepsTheStringObject) {
+  writeSettings({{"AreaDatabase", "Taiwan"}, {"PrefixNumber", "17951"}});
+  phone().run([&] {
+    auto general = ZVGeneralSettings::sharedInstance();
+    const std::string& area = general->AreaDatabase();
+    const std::string& prefix = general->PrefixNumber();
+    EXPECT_EQ(area, "Taiwan");
+    writeSettings({{"PrefixNumber", "12593"}});
+    general->reloadSettings();
+    EXPECT_EQ(&area, &general->AreaDatabase());
+    EXPECT_EQ(area, "China");
+    EXPECT_EQ(prefix, "12593");
+  });
+}
+
+// Counts its loads, to see how often a notification burst reloads it.
+class CountingSettings : public ZVGeneralSettings {
+ public:
+  void loadSettings() override {
+    ++loads;
+    ZVGeneralSettings::loadSettings();
+  }
+  int loads = 0;
+};
+
+TEST_F(SettingsTest, BurstOfNotificationsReloadsEachObjectOnce) {
+  writeSettings({{"MyInfo", 1}});
+  auto& springboard = world_.launch("com.apple.springboard");
+  auto& pane = world_.launch("com.apple.Preferences");
+  std::shared_ptr<CountingSettings> first, second;
+  std::shared_ptr<ZVIncomingCallSettings> incoming;
+  springboard.run([&] {
+    first = ZVSettings::make<CountingSettings>();
+    second = ZVSettings::make<CountingSettings>();
+    ZVSettings::addSharedInstance(first);
+    ZVSettings::addSharedInstance(second);
+    incoming = ZVIncomingCallSettings::sharedInstance();
+  });
+  auto phoneSettings =
+      phone().run([] { return ZVPhoneSettings::sharedInstance(); });
+  ASSERT_EQ(first->loads, 1);
+
+  // The settings pane, another process, posts three times within 3 s.
+  writeSettings({{"MyInfo", 2}});
+  pane.run([] { platform::current().post("ZVSettingsChanged"); });
+  world_.advance(1.0);
+  pane.run([] { platform::current().post("ZVSettingsChanged"); });
+  world_.advance(1.5);
+  writeSettings({{"MyInfo", 3}});
+  pane.run([] { platform::current().post("ZVSettingsChanged"); });
+  world_.advance(2.999);  // just before 3 s after the last post
+  EXPECT_EQ(first->loads, 1);
+  EXPECT_EQ(incoming->MyInfo(), 1);
+  EXPECT_EQ(phoneSettings->MyInfo(), 1);
+
+  world_.advance(0.002);
+  EXPECT_EQ(first->loads, 2);
+  EXPECT_EQ(second->loads, 2);
+  EXPECT_EQ(incoming->MyInfo(), 3);
+  EXPECT_EQ(phoneSettings->MyInfo(), 3);  // each process reloads its own
+
+  world_.advance(30);
+  EXPECT_EQ(first->loads, 2);
+  EXPECT_EQ(second->loads, 2);
+  EXPECT_EQ(world_.pending(), 0u);
+}
+
+TEST_F(SettingsTest, UnregisteredObjectsAreNotReloaded) {
+  auto probe = phone().run([] { return ZVSettings::make<CountingSettings>(); });
+  phone().run([] { platform::current().post("ZVSettingsChanged"); });
+  world_.advance(10);
+  EXPECT_EQ(probe->loads, 1);
+}
+
+TEST_F(SettingsTest, OneKeyHelpers) {
+  phone().run([&] {
+    EXPECT_TRUE(objectForKey("ContactsChanged", kKeypadPlist).isNull());
+
+    setObject(Value(true), "ContactsChanged", kKeypadPlist);
+    auto written = plist::readDictionary(root_ + kKeypadPlist);
+    ASSERT_TRUE(written);
+    EXPECT_EQ(*written, (Dict{{"ContactsChanged", true}}));
+
+    setObject(Value("x"), "Other", kKeypadPlist);
+    EXPECT_EQ(objectForKey("ContactsChanged", kKeypadPlist), Value(true));
+    EXPECT_EQ(objectForKey("Other", kKeypadPlist), Value("x"));
+    EXPECT_TRUE(objectForKey("Missing", kKeypadPlist).isNull());
+
+    // A damaged file reads as nothing and is replaced on the next write.
+    writeDeviceFile(kKeypadPlist, "not a plist");
+    EXPECT_TRUE(objectForKey("ContactsChanged", kKeypadPlist).isNull());
+    setObject(Value(7), "Count", kKeypadPlist);
+    EXPECT_EQ(*plist::readDictionary(root_ + kKeypadPlist),
+              (Dict{{"Count", 7}}));
+  });
+}
+
+}  // namespace
+}  // namespace zv
