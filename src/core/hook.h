@@ -33,72 +33,85 @@ namespace zv::hook {
 template <typename Sig>
 struct Hook;
 
+// The work types of a hook; a void method has no result to show the work.
+template <typename R, typename... A>
+struct HookWork {
+  using HostFirst = std::function<void(const rt::Id&, R&, A...)>;
+  using Decision = std::function<bool(const rt::Id&, R&, A...)>;
+};
+template <typename... A>
+struct HookWork<void, A...> {
+  using HostFirst = std::function<void(const rt::Id&, A...)>;
+  using Decision = std::function<bool(const rt::Id&, A...)>;
+};
+
 template <typename R, typename... A>
 struct Hook<R(A...)> {
   using Original = rt::Imp<R(A...)>;
   static constexpr bool kVoid = std::is_void_v<R>;
   // Work of a host-first hook: sees the host's result when there is one.
-  using HostFirstWork =
-      std::conditional_t<kVoid, std::function<void(const rt::Id&, A...)>,
-                         std::function<void(const rt::Id&, R&, A...)>>;
+  using HostFirstWork = typename HookWork<R, A...>::HostFirst;
   using SystemFirstWork = std::function<void(const rt::Id&, A...)>;
-  using Decision =
-      std::conditional_t<kVoid, std::function<bool(const rt::Id&, A...)>,
-                         std::function<bool(const rt::Id&, R&, A...)>>;
+  using Decision = typename HookWork<R, A...>::Decision;
 
   static bool hostFirst(GuardKind kind, std::string_view cls,
                         std::string_view sel, HostFirstWork work) {
-    return install(cls, sel, [kind, sel = std::string(sel), work](
-                                 const Original& host) -> Original {
-      return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
-        if constexpr (kVoid) {
-          callHost(host, self, args...);
-          if (!zvenabled()) return;
-          guarded(kind, self.get(), sel, [&] { work(self, args...); });
-        } else {
-          R result = callHost(host, self, args...);
-          if (!zvenabled()) return result;
-          R seen = result;
-          guarded(kind, self.get(), sel, [&] { work(self, seen, args...); });
-          return result;
-        }
-      };
-    });
+    return install(
+        cls, sel,
+        [kind, sel = std::string(sel), work](const Original& host) -> Original {
+          return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
+            if constexpr (kVoid) {
+              callHost(host, self, args...);
+              if (!zvenabled()) return;
+              guarded(kind, self.get(), sel, [&] { work(self, args...); });
+            } else {
+              R result = callHost(host, self, args...);
+              if (!zvenabled()) return result;
+              R seen = result;
+              guarded(kind, self.get(), sel,
+                      [&] { work(self, seen, args...); });
+              return result;
+            }
+          };
+        });
   }
 
   static bool systemFirst(GuardKind kind, std::string_view cls,
                           std::string_view sel, SystemFirstWork work) {
-    return install(cls, sel, [kind, sel = std::string(sel), work](
-                                 const Original& host) -> Original {
-      return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
-        if (zvenabled())
-          guarded(kind, self.get(), sel, [&] { work(self, args...); });
-        return callHost(host, self, args...);
-      };
-    });
+    return install(
+        cls, sel,
+        [kind, sel = std::string(sel), work](const Original& host) -> Original {
+          return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
+            if (zvenabled())
+              guarded(kind, self.get(), sel, [&] { work(self, args...); });
+            return callHost(host, self, args...);
+          };
+        });
   }
 
   static bool systemDecides(GuardKind kind, std::string_view cls,
                             std::string_view sel, Decision decide) {
-    return install(cls, sel, [kind, sel = std::string(sel), decide](
-                                 const Original& host) -> Original {
-      return [kind, sel, decide, host](const rt::Id& self, A... args) -> R {
-        if (zvenabled()) {
-          bool consumed = false;
-          if constexpr (kVoid) {
-            guarded(kind, self.get(), sel,
-                    [&] { consumed = decide(self, args...); });
-            if (consumed) return;
-          } else {
-            R result{};
-            guarded(kind, self.get(), sel,
-                    [&] { consumed = decide(self, result, args...); });
-            if (consumed) return result;
-          }
-        }
-        return callHost(host, self, args...);
-      };
-    });
+    return install(
+        cls, sel,
+        [kind, sel = std::string(sel),
+         decide](const Original& host) -> Original {
+          return [kind, sel, decide, host](const rt::Id& self, A... args) -> R {
+            if (zvenabled()) {
+              bool consumed = false;
+              if constexpr (kVoid) {
+                guarded(kind, self.get(), sel,
+                        [&] { consumed = decide(self, args...); });
+                if (consumed) return;
+              } else {
+                R result{};
+                guarded(kind, self.get(), sel,
+                        [&] { consumed = decide(self, result, args...); });
+                if (consumed) return result;
+              }
+            }
+            return callHost(host, self, args...);
+          };
+        });
   }
 
  private:

@@ -3,6 +3,7 @@
 #include <mutex>
 
 #include "platform/linux/linux_platform.h"
+#include "platform/phone_number_class.h"
 #include "platform/platform.h"
 
 namespace zv::platform {
@@ -42,6 +43,8 @@ Process& Process::current() {
   static Process* process = nullptr;
   std::call_once(once, [] {
     process = new Process(&LinuxPlatform::instance());
+    // The platform's own classes that every real process has.
+    registerPhoneNumberClass(process->runtime());
     if (!g_default) g_default = process;
   });
   return g_default ? *g_default : *process;

@@ -1,0 +1,102 @@
+#include "core/number_utils.h"
+
+#include <algorithm>
+
+#include "platform/runtime/object.h"
+
+namespace zv {
+namespace {
+
+bool isKeypadByte(char c) {
+  return (c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+' ||
+         c == ',' || c == ';';
+}
+
+// Length in UTF-16 code units, the unit the platform's strings count in.
+size_t utf16Length(std::string_view text) {
+  size_t n = 0;
+  for (unsigned char c : text) {
+    if ((c & 0xC0) == 0x80) continue;  // continuation byte
+    n += (c >= 0xF0) ? 2 : 1;          // 4-byte sequences need a pair
+  }
+  return n;
+}
+
+// The empty text is neither a prefix, a suffix nor a part of another text.
+bool hasPrefix(std::string_view s, std::string_view p) {
+  return !p.empty() && s.starts_with(p);
+}
+bool hasSuffix(std::string_view s, std::string_view p) {
+  return !p.empty() && s.ends_with(p);
+}
+bool contains(std::string_view s, std::string_view p) {
+  return !p.empty() && s.find(p) != std::string_view::npos;
+}
+
+std::string withoutStars(std::string_view p) {
+  std::string out(p);
+  std::erase(out, '*');
+  return out;
+}
+
+// A "#" pattern: a prefix match where "#" stands for any one character.
+bool matchesHashPattern(std::string_view p, std::string_view k) {
+  for (size_t i = 0; i < p.size(); ++i)
+    if (p[i] != '#' && p[i] != k[i]) return false;
+  return true;
+}
+
+bool matchesStarPattern(std::string_view p, std::string_view k) {
+  const bool leading = p.starts_with('*');
+  const bool trailing = p.ends_with('*');
+  if (leading && trailing) return contains(k, withoutStars(p));
+  if (leading) return hasSuffix(k, withoutStars(p));
+  if (trailing) return hasPrefix(k, withoutStars(p));
+  const size_t star = p.find('*');
+  if (star == std::string_view::npos) return false;
+  // Only the first inner "*" is a wildcard; later ones are literal.
+  return hasPrefix(k, p.substr(0, star)) && hasSuffix(k, p.substr(star + 1));
+}
+
+}  // namespace
+
+std::string keypadString(std::string_view text) {
+  std::string out;
+  for (char c : text.substr(0, std::min<size_t>(text.size(), 255)))
+    if (isKeypadByte(c)) out += c;
+  return out;
+}
+
+std::string formattedStringValue(std::string_view text) {
+  if (utf16Length(text) < 4) return std::string(text);
+  rt::Class* cls = rt::getClass("CNPhoneNumber");
+  if (!cls) return std::string(text);
+  rt::Id number = rt::send<rt::Id>(
+      rt::classObject(cls), "phoneNumberWithStringValue:", std::string(text));
+  std::string formatted = rt::send<std::string>(number, "formattedStringValue");
+  // A number object that could not be made formats to nothing; show the text
+  // as it was rather than an empty label.
+  return formatted.empty() ? std::string(text) : formatted;
+}
+
+size_t indexOfPhoneNumber(const std::vector<std::string>& patterns,
+                          std::string_view number) {
+  if (patterns.empty()) return kNotFound;
+  const std::string k = keypadString(number);
+  if (k.empty()) return kNotFound;
+  size_t tested = 0;
+  for (const std::string& p : patterns) {
+    // Longer patterns are skipped without being counted: callers rely on the
+    // index counting only the patterns that were tried.
+    if (p.size() > k.size()) continue;
+    if (p == k) return tested;
+    const bool match = p.find('#') != std::string::npos
+                           ? matchesHashPattern(p, k)
+                           : matchesStarPattern(p, k);
+    if (match) return tested;
+    ++tested;
+  }
+  return kNotFound;
+}
+
+}  // namespace zv

@@ -1,0 +1,129 @@
+#include "core/device.h"
+
+#include <gtest/gtest.h>
+
+#include "core/image_geometry.h"
+#include "core/style.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+std::string describe(const Dict& dict) {
+  const Value v(dict);
+  std::string out = "I=" + v["Intensity"].stringValue() + ":";
+  if (const Array* a = v["VibePattern"].array())
+    for (const Value& item : *a)
+      out += item.isBool() ? (item.boolValue() ? " on" : " off")
+                           : " " + item.stringValue();
+  return out;
+}
+
+TEST(VibrationPattern, PulsesWithinTheTotal) {
+  EXPECT_EQ(describe(vibrationPattern(1, 1200, 500, 200)),
+            "I=1: on 500 off 200 on 500");
+  EXPECT_EQ(describe(vibrationPattern(0.8f, 500, 500, 0)), "I=0.8: on 500");
+  EXPECT_EQ(describe(vibrationPattern(1, 0, 500, 0)), "I=1:");
+  // The last pulse is cut to what remains; no pause closes the pattern.
+  EXPECT_EQ(describe(vibrationPattern(1, 1300, 500, 200)),
+            "I=1: on 500 off 200 on 500");
+  EXPECT_EQ(describe(vibrationPattern(1, 1000, 500, 200)),
+            "I=1: on 500 off 200 on 300");
+  // At most ten passes.
+  EXPECT_EQ(vibrationPattern(1, 100000, 10, 10)["VibePattern"].array()->size(),
+            40u);
+}
+
+class DeviceTest : public testing::SimTest {};
+
+TEST_F(DeviceTest, VibrationIsPlayedEvenWhenEmpty) {
+  auto& sb = world_.launch("com.apple.springboard");
+  sb.run([] {
+    UIDevice::vibrateWithIntensity(0.5f, 0, 500, 0);
+    UIDevice::vibrateWithIntensity(1, 1200, 500, 200);
+  });
+  auto v = world_.events("vibrate");
+  ASSERT_EQ(v.size(), 2u);
+  EXPECT_EQ(v[0].detail, "4095 Intensity=0.5 VibePattern=");
+  EXPECT_EQ(v[1].detail, "4095 Intensity=1 VibePattern=on,500,off,200,on,500");
+}
+
+TEST_F(DeviceTest, ModelAndScreenTestsFollowTheDeviceFacts) {
+  platform::DeviceFacts plus;
+  plus.hardwareModel = "iPhone7,1";
+  plus.systemVersion = "8.1.2";
+  plus.screenPoints = {736, 414};
+  plus.screenPixels = {1242, 2208};
+  platform::DeviceFacts five;
+  five.hardwareModel = "iPhone5,2";
+  five.systemVersion = "7.0";
+  five.screenPoints = {320, 568};
+  five.screenPixels = {640, 1136};
+  auto& a = world_.launch("com.apple.springboard", plus);
+  auto& b = world_.launch("com.apple.mobilephone", five);
+  a.run([] {
+    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 8.1f);
+    EXPECT_TRUE(UIDevice::isPhone6p());
+    EXPECT_FALSE(UIDevice::isPhone6());
+    EXPECT_FALSE(UIDevice::isPhone5());
+    EXPECT_TRUE(UIDevice::isPhone6pscreen());
+    EXPECT_FALSE(UIDevice::isPhone6screen());
+    EXPECT_FALSE(UIDevice::isPhone5screen());
+  });
+  b.run([] {
+    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 7.0f);
+    EXPECT_TRUE(UIDevice::isPhone5());
+    EXPECT_FALSE(UIDevice::isPhone5s());
+    EXPECT_FALSE(UIDevice::isPhone6p());
+    EXPECT_TRUE(UIDevice::isPhone5screen());
+    EXPECT_FALSE(UIDevice::isPhone4screen());
+    EXPECT_FALSE(UIDevice::isPhone6pscreen());
+  });
+}
+
+TEST_F(DeviceTest, AnswersAreKeptForTheLifeOfTheProcess) {
+  auto& p = world_.launch("com.apple.mobilephone");
+  p.deviceFacts().hardwareModel = "iPhone4,1";
+  p.deviceFacts().systemVersion = "7.1";
+  p.run([] {
+    EXPECT_TRUE(UIDevice::isPhone4s());
+    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 7.1f);
+  });
+  p.deviceFacts().hardwareModel = "iPhone3,1";
+  p.deviceFacts().systemVersion = "8.0";
+  p.run([] {
+    EXPECT_TRUE(UIDevice::isPhone4s());
+    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 7.1f);
+    // A test not asked before reads the facts as they are now.
+    EXPECT_TRUE(UIDevice::isPhone4());
+  });
+  // A restarted process reads them afresh.
+  world_.terminate(p);
+  p.run([] {
+    EXPECT_FALSE(UIDevice::isPhone4s());
+    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 8.0f);
+  });
+}
+
+TEST(AspectFillRect, CoversAndCentres) {
+  using platform::Size;
+  EXPECT_EQ(aspectFillRect({40, 40}, {200, 100}),
+            (ui::Rect{{-20, 0}, {80, 40}}));
+  EXPECT_EQ(aspectFillRect({40, 40}, {100, 200}),
+            (ui::Rect{{0, -20}, {40, 80}}));
+  EXPECT_EQ(aspectFillRect({60, 30}, {50, 50}), (ui::Rect{{0, 0}, {60, 30}}));
+  EXPECT_EQ(aspectFillRect({60, 30}, {0, 50}), (ui::Rect{{0, 0}, {60, 30}}));
+}
+
+TEST(Style, ColoursAndFonts) {
+  EXPECT_NEAR(ZVColor::blueColor().g * 255, 122, 1e-4);
+  EXPECT_NEAR(ZVColor::greenColor().b * 255, 80, 1e-4);
+  EXPECT_EQ(ZVColor::redColor().r, 1);
+  EXPECT_EQ(ZVFont::thinSystemFontOfSize(12),
+            (ui::Font{".HelveticaNeueInterface-Thin", 12}));
+  EXPECT_EQ(ZVFont::mediumSystemFontOfSize(9).name,
+            ".HelveticaNeueInterface-M3");
+}
+
+}  // namespace
+}  // namespace zv
