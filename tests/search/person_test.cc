@@ -1,0 +1,58 @@
+#include "search/person.h"
+
+#include <gtest/gtest.h>
+
+namespace zv {
+namespace {
+
+TEST(PersonTest, FreshRecordHasNeutralFields) {
+  ZVPerson p;
+  EXPECT_EQ(p.recordId(), -1);
+  EXPECT_EQ(p.phoneType(), -1);
+  EXPECT_EQ(p.priority(), 0);
+  EXPECT_EQ(p.nameLength(), 0);
+  EXPECT_EQ(p.phoneNumber(), nullptr);
+  EXPECT_EQ(p.nameFull(), nullptr);
+  EXPECT_EQ(p.getNameFull(), "");
+  EXPECT_EQ(p.getPhoneNumber(), "");
+}
+
+TEST(PersonTest, PhoneNumberKeepsOnlyDialableCharacters) {
+  ZVPerson p;
+  p.setPhoneNumber("+86 (10) 8888-9999");
+  EXPECT_STREQ(p.phoneNumber(), "+861088889999");
+  EXPECT_EQ(p.phoneNumberLength(), 13u);
+  p.setPhoneNumber("p,1;2#");
+  EXPECT_STREQ(p.phoneNumber(), ",1;2#");
+  p.setPhoneNumber("\xe7\x94\xb5 - ()");
+  ASSERT_NE(p.phoneNumber(), nullptr);  // empty, not null
+  EXPECT_STREQ(p.phoneNumber(), "");
+  // The unfiltered setter stores the text as given.
+  p.setPhoneNumberF("12 34");
+  EXPECT_STREQ(p.phoneNumber(), "12 34");
+}
+
+TEST(PersonTest, GettersRejectInvalidUtf8) {
+  ZVPerson p;
+  p.setNameFull("\xe5\xbc\xa0\xe5\xb0\x8f");  // 张小
+  EXPECT_EQ(p.getNameFull(), "\xe5\xbc\xa0\xe5\xb0\x8f");
+  p.setNameFull("\xe5\xbc");  // cut character
+  EXPECT_STREQ(p.nameFull(), "\xe5\xbc");
+  EXPECT_EQ(p.getNameFull(), "");
+  p.setNameFull("ok");
+  p.setNameFull("again");  // the first copy is released (checked by ASan)
+  EXPECT_EQ(p.getNameFull(), "again");
+}
+
+TEST(PersonTest, Utf8Validation) {
+  EXPECT_TRUE(isValidUtf8(""));
+  EXPECT_TRUE(isValidUtf8("a\xf0\x9f\x98\x80"));
+  EXPECT_FALSE(isValidUtf8("\xc0\xaf"));          // overlong
+  EXPECT_FALSE(isValidUtf8("\xed\xa0\x80"));      // surrogate
+  EXPECT_FALSE(isValidUtf8("\xf4\x90\x80\x80"));  // above U+10FFFF
+  EXPECT_FALSE(isValidUtf8("\x80"));
+  EXPECT_FALSE(isValidUtf8("\xe5\xbc"));
+}
+
+}  // namespace
+}  // namespace zv

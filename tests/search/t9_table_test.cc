@@ -1,0 +1,145 @@
+#include "search/t9_table.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/plist.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+const std::string kZhang = "\xe5\xbc\xa0";  // 张
+
+TEST(T9TableTest, LetterMapAndCharacterLengths) {
+  std::string digits;
+  for (char c = 'a'; c <= 'z'; ++c) digits += keypadLetter(c);
+  EXPECT_EQ(digits, "22233344455566677778889999");
+  EXPECT_EQ(keypadLetter('Q'), '7');
+  EXPECT_EQ(keypadLetter('1'), 0);
+
+  EXPECT_EQ(utf8CharLength('a'), 1);
+  EXPECT_EQ(utf8CharLength(0x80), 1);  // stray continuation byte
+  EXPECT_EQ(utf8CharLength(0xC3), 2);
+  EXPECT_EQ(utf8CharLength(0xE5), 3);
+  EXPECT_EQ(utf8CharLength(0xF0), 4);
+  EXPECT_EQ(utf8CharLength(0xF8), 5);
+  EXPECT_EQ(utf8CharLength(0xFC), 6);
+  EXPECT_EQ(utf8CharLength(0xFE), 7);
+  EXPECT_EQ(utf8CharLength(0xFF), 1);
+}
+
+TEST(T9TableTest, BucketArithmetic) {
+  EXPECT_EQ(t9Hash("a", 1), 177670);
+  EXPECT_EQ(t9Bucket("a", 1), 2705u);
+  EXPECT_EQ(t9Hash(kZhang.data(), 3), 193345254);
+  EXPECT_EQ(t9Bucket(kZhang.data(), 3), 3930u);
+  // A malformed long sequence whose hash goes negative is sign-extended
+  // before the unsigned modulo.
+  std::string bad = "\xfc\x80\x80\x80\x80\x80";
+  EXPECT_EQ(t9Hash(bad.data(), bad.size()), -181026879);
+  EXPECT_EQ(t9Bucket(bad.data(), bad.size()), 1856u);
+}
+
+TEST(T9TableTest, TextLinesEnterEachCharacter) {
+  T9Table t;
+  loadT9text(t, "94264=" + kZhang + "\n=abc\n");
+  ASSERT_NE(t.lookup(kZhang), nullptr);
+  EXPECT_EQ(*t.lookup(kZhang), "94264");
+  ASSERT_NE(t.lookup("c"), nullptr);
+  EXPECT_EQ(*t.lookup("c"), "");
+  EXPECT_EQ(t.size(), 4u);
+
+  // Without a final newline the last byte is lost.
+  T9Table u;
+  loadT9text(u, "=abc");
+  EXPECT_NE(u.lookup("b"), nullptr);
+  EXPECT_EQ(u.lookup("c"), nullptr);
+  // ... even inside a character, which is entered cut short.
+  T9Table v;
+  loadT9text(v, "1=" + kZhang);
+  EXPECT_EQ(v.size(), 1u);
+  EXPECT_EQ(*v.lookup("\xe5\xbc"), "1");
+  EXPECT_EQ(v.lookup(kZhang), nullptr);
+  // A carriage return stays as a character of its own; lines without '='
+  // are ignored.
+  T9Table w;
+  loadT9text(w, "no equals\n2=x\r\n");
+  EXPECT_EQ(w.size(), 2u);
+  EXPECT_EQ(*w.lookup("\r"), "2");
+}
+
+TEST(T9TableTest, ChainOrderDecidesBetweenReadings) {
+  // "a" is listed three times: the first entry is the bucket head; later
+  // ones go directly behind it, so the head wins the lookup.
+  T9Table t;
+  loadT9text(t, "1=a\n2=a\n3=a\n");
+  auto chain = t.chain(2705);
+  ASSERT_EQ(chain.size(), 3u);
+  EXPECT_EQ(chain[0].second, "1");
+  EXPECT_EQ(chain[1].second, "3");
+  EXPECT_EQ(chain[2].second, "2");
+  EXPECT_EQ(*t.lookup("a"), "1");
+
+  // When the bucket already holds another character, the latest line wins:
+  // 东 shares bucket 2705 with "a".
+  const std::string dong = "\xe4\xb8\x9c";
+  ASSERT_EQ(t9Bucket(dong.data(), 3), 2705u);
+  T9Table u;
+  loadT9text(u, "2=a\n366=" + dong + "\n999=" + dong + "\n");
+  EXPECT_EQ(*u.lookup(dong), "999");
+}
+
+TEST(T9TableTest, LongLinesAreReadInPieces) {
+  // A 3000-byte line is handled as a 2047-byte piece and the rest; only the
+  // piece with '=' enters characters, and it loses its last byte.
+  std::string line =
+      "7=" + std::string(2045, 'q') + std::string(952, 'z') + "\n";
+  T9Table t;
+  loadT9text(t, line);
+  EXPECT_NE(t.lookup("q"), nullptr);
+  EXPECT_EQ(t.lookup("z"), nullptr);
+  // An embedded NUL ends the line.
+  T9Table u;
+  loadT9text(u, std::string("8=ab\0cd\n", 8));
+  EXPECT_NE(u.lookup("a"), nullptr);
+  EXPECT_EQ(u.lookup("b"), nullptr);
+  EXPECT_EQ(u.lookup("c"), nullptr);
+}
+
+class T9FileTest : public testing::SimTest {};
+
+TEST_F(T9FileTest, FilesAndOverlay) {
+  // A missing file gives an empty table, not none.
+  auto missing = loadT9file(root_ + "/nope.txt");
+  ASSERT_NE(missing, nullptr);
+  EXPECT_EQ(missing->size(), 0u);
+
+  writeDeviceFile("/t.txt", "94264=" + kZhang + "x\n");
+  auto table = loadT9file(root_ + "/t.txt");
+  ASSERT_EQ(table->size(), 2u);
+
+  Dict overlay;
+  overlay["5"] = Value("x" + std::string("y"));
+  overlay["9"] = Value(Array{});  // not a string: skipped
+  overlay["6"] = Value("");
+  ASSERT_TRUE(plist::writeFile(root_ + "/o.plist", Value(overlay)));
+  loadT9plist(table, root_ + "/o.plist");
+  EXPECT_EQ(*table->lookup("x"), "5");  // replaced
+  EXPECT_EQ(*table->lookup("y"), "5");  // added
+  EXPECT_EQ(*table->lookup(kZhang), "94264");
+  EXPECT_EQ(table->size(), 3u);
+
+  // A missing overlay creates an empty table when there is none.
+  std::unique_ptr<T9Table> none;
+  loadT9plist(none, root_ + "/absent.plist");
+  ASSERT_NE(none, nullptr);
+  EXPECT_EQ(none->size(), 0u);
+  writeDeviceFile("/bad.plist", "not a plist");
+  loadT9plist(none, root_ + "/bad.plist");
+  EXPECT_EQ(none->size(), 0u);
+}
+
+}  // namespace
+}  // namespace zv
