@@ -1,0 +1,151 @@
+// The simulated Phone application: the host that the dialler hooks are
+// installed into. It behaves on its own like the platform's keypad (digits
+// appear in its display, call dials the display's number, the name label
+// shows a known number's name, the add-contact button appears with a
+// number) and exposes the classes and selectors the hooks replace:
+//
+//   PhoneApplication   openURL:, dialPhoneNumber:forUID:service:dialAssist:
+//                      wasAlreadyAssisted:, applicationDidEnterBackground:,
+//                      currentViewController (the tab bar: selectedIndex)
+//   DialerController   dialerView, view, viewWillAppear:, viewWillDisappear:,
+//                      phonePad:appendString:, phonePad:replaceLastDigit
+//                      WithString:, phonePadDeleteLastDigit:,
+//                      _callButtonPressed:, _addButtonClicked:
+//   PHHandsetDialerView             lcdView, addContactButton
+//   PHHandsetDialerLCDView          text, setText:needsFormat:
+//   PHHandsetDialerNameLabelView    showName:label:animated:
+//   PHAddContactButton              addToContactsLabel
+//
+// Everything the host does to itself goes through runtime messages, so a
+// replaced method sees it. Variants (PhoneHostOptions) leave out a display
+// setter, a display getter or the add-contact button.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/ui/button.h"
+#include "platform/ui/label.h"
+#include "platform/ui/view_controller.h"
+
+namespace zv::hosts {
+
+struct PhoneHostOptions {
+  bool settableDisplay = true;   // the display responds to setText:needsFormat:
+  bool readableDisplay = true;   // the display responds to text
+  bool addContactButton = true;  // the dialer view responds to addContactButton
+};
+
+// Registers the Phone app's classes in the current process. Call it before
+// the extension loads, as the platform loads the app's own code first.
+void registerPhoneClasses(const PhoneHostOptions& options = {});
+
+class PhoneLCDView : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "PHHandsetDialerLCDView";
+  explicit PhoneLCDView(rt::Class* isa) : ui::UIView(isa) {}
+  // The number held (keypad characters as typed) and whether it is shown
+  // formatted.
+  std::string number;
+  bool formatted = true;
+};
+
+class PhoneNameLabelView : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "PHHandsetDialerNameLabelView";
+  explicit PhoneNameLabelView(rt::Class* isa) : ui::UIView(isa) {}
+  std::string name, label;
+};
+
+class PhoneAddContactButton : public ui::UIButton {
+ public:
+  static constexpr const char* kClassName = "PHAddContactButton";
+  explicit PhoneAddContactButton(rt::Class* isa) : ui::UIButton(isa) {}
+  std::shared_ptr<ui::UILabel> label;
+};
+
+// The keypad's phone pad: key presses become messages to its delegate.
+class PhonePad : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "TPDialerPhonePad";
+  explicit PhonePad(rt::Class* isa) : ui::UIView(isa) {}
+  rt::WeakId delegate;
+  // One key: phonePad:appendString:.
+  void pressKey(char key);
+  // Holding 0 types "+" in place of the 0 (phonePad:replaceLastDigit
+  // WithString:).
+  void holdZero();
+  void pressDelete();  // phonePadDeleteLastDigit:
+  void pressCall();    // _callButtonPressed:
+};
+
+class PhoneDialerView : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "PHHandsetDialerView";
+  explicit PhoneDialerView(rt::Class* isa) : ui::UIView(isa) {}
+  std::shared_ptr<PhoneLCDView> lcd;
+  std::shared_ptr<PhoneNameLabelView> nameLabel;
+  std::shared_ptr<PhoneAddContactButton> addContact;
+  std::shared_ptr<ui::UIButton> deleteButton;
+  std::shared_ptr<PhonePad> pad;
+};
+
+class DialerController : public ui::UIViewController {
+ public:
+  static constexpr const char* kClassName = "DialerController";
+  explicit DialerController(rt::Class* isa) : ui::UIViewController(isa) {}
+
+  std::shared_ptr<PhoneDialerView> dialerView();
+  // The host throws its keypad view away and builds a new one (what it does
+  // after a memory warning); the typed number is kept.
+  void rebuildView();
+  // What the display shows, formatted or not.
+  std::string displayNumber();
+  // Numbers the host knows a name and label for (its own contact lookup).
+  std::map<std::string, std::pair<std::string, std::string>> knownNumbers;
+  // Numbers handed to "add to contacts", in order.
+  std::vector<std::string> addContactRequests;
+  std::string lastDialled;
+
+  // Host behaviour behind the runtime methods.
+  void hostDisplayChanged();
+
+ protected:
+  std::shared_ptr<ui::UIView> loadView() override;
+};
+
+class PhoneApplication : public rt::Object {
+ public:
+  static constexpr const char* kClassName = "PhoneApplication";
+  explicit PhoneApplication(rt::Class* isa) : rt::Object(isa) {}
+
+  enum Tab { kFavorites, kRecents, kContacts, kKeypad, kVoicemail };
+  static const char* tabName(int tab);
+
+  // Starts the app in the current process (classes must be registered)
+  // with the keypad tab on screen.
+  static std::shared_ptr<PhoneApplication> launch();
+  // The running app of the current process, or null.
+  static std::shared_ptr<PhoneApplication> shared();
+
+  std::shared_ptr<ui::UITabBarController> tabBar;
+  std::shared_ptr<DialerController> dialer;
+  bool inBackground = false;
+
+  struct Dial {
+    std::string number, uid;
+    int service = 0;
+    bool dialAssist = false, wasAlreadyAssisted = false;
+  };
+  std::vector<Dial> dialled;
+  // URLs the app handed on to other apps (not tel:).
+  std::vector<std::string> openedURLs;
+
+  // User actions.
+  void selectTab(int tab);
+  void enterBackground();
+  bool openURL(const std::string& url);  // through the runtime
+};
+
+}  // namespace zv::hosts

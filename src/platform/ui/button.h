@@ -1,0 +1,47 @@
+// UIButton of the UI model: a title and an image per control state, and
+// targets per control event. sendActionsForControlEvents() is how a touch
+// reaches the targets; a button that takes no touches, or is hidden, ignores
+// touch() (what a finger on the screen would do).
+#pragma once
+
+#include <map>
+
+#include "platform/ui/view.h"
+
+namespace zv::ui {
+
+enum ControlState : int {
+  kStateNormal = 0,
+  kStateHighlighted = 1,
+  kStateDisabled = 2,
+  kStateSelected = 4
+};
+enum ControlEvent : int { kTouchDown = 1, kTouchUpInside = 64, kValueChanged = 4096 };
+
+class UIButton : public UIView {
+ public:
+  static constexpr const char* kClassName = "UIButton";
+  explicit UIButton(rt::Class* isa) : UIView(isa) {}
+
+  void setImage(std::shared_ptr<Image> image, int state = kStateNormal);
+  std::shared_ptr<Image> image(int state = kStateNormal) const;
+  void setTitle(std::string title, int state = kStateNormal);
+  std::string title(int state = kStateNormal) const;
+
+  using Action = std::function<void(const rt::Id& sender)>;
+  void addTarget(int events, Action action);
+  void sendActionsForControlEvents(int events);
+  // A finger tap: down then up inside, when the button is visible and takes
+  // touches. Returns whether it reached the button.
+  bool touch();
+
+  // The size a button takes for its title.
+  void sizeToFit() override;
+
+ private:
+  std::map<int, std::shared_ptr<Image>> images_;
+  std::map<int, std::string> titles_;
+  std::vector<std::pair<int, Action>> targets_;
+};
+
+}  // namespace zv::ui

@@ -1,0 +1,68 @@
+// UILabel and UIImageView of the UI model. A label holds one text with its
+// font, colour, alignment and line-break mode; sizeToFit sets its size to
+// the measured text (platform/ui/text_metrics.h), and with fitting to width
+// on, drawnFontSize() tells the size the text is shrunk to so that it fits
+// the label's width. An image view shows one image (corner radius and scale
+// are the view's).
+#pragma once
+
+#include "platform/ui/view.h"
+
+namespace zv::ui {
+
+enum class TextAlignment { Left, Center, Right };
+enum class LineBreakMode { WordWrap, CharWrap, Clip, TruncateHead, TruncateTail, TruncateMiddle };
+
+class UILabel : public UIView {
+ public:
+  static constexpr const char* kClassName = "UILabel";
+  explicit UILabel(rt::Class* isa) : UIView(isa) {}
+
+  const std::string& text() const { return text_; }
+  void setText(std::string text) { text_ = std::move(text); }
+  const Font& font() const { return font_; }
+  void setFont(Font font) { font_ = std::move(font); }
+  const Color& textColor() const { return color_; }
+  void setTextColor(Color c) { color_ = c; }
+  TextAlignment textAlignment() const { return alignment_; }
+  void setTextAlignment(TextAlignment a) { alignment_ = a; }
+  LineBreakMode lineBreakMode() const { return line_break_; }
+  void setLineBreakMode(LineBreakMode m) { line_break_ = m; }
+  bool adjustsFontSizeToFitWidth() const { return fit_width_; }
+  void setAdjustsFontSizeToFitWidth(bool on) { fit_width_ = on; }
+  double minimumScaleFactor() const { return min_scale_; }
+  void setMinimumScaleFactor(double f) { min_scale_ = f; }
+
+  // Measured size of the text on one line.
+  Size textSize() const;
+  // Width and height become those of the text.
+  void sizeToFit() override;
+  // The point size the text is drawn at: the font's, or smaller (down to
+  // the minimum scale) when fitting to width is on and the text is wider
+  // than the label.
+  double drawnFontSize() const;
+  // Whether the drawn text is cut (wider than the label even after fitting).
+  bool isTruncated() const;
+
+ private:
+  std::string text_;
+  Font font_{"Helvetica", 17};
+  Color color_{0, 0, 0, 1};
+  TextAlignment alignment_ = TextAlignment::Left;
+  LineBreakMode line_break_ = LineBreakMode::TruncateTail;
+  bool fit_width_ = false;
+  double min_scale_ = 0.5;
+};
+
+class UIImageView : public UIView {
+ public:
+  static constexpr const char* kClassName = "UIImageView";
+  explicit UIImageView(rt::Class* isa) : UIView(isa) {}
+  const std::shared_ptr<Image>& image() const { return image_; }
+  void setImage(std::shared_ptr<Image> image) { image_ = std::move(image); }
+
+ private:
+  std::shared_ptr<Image> image_;
+};
+
+}  // namespace zv::ui

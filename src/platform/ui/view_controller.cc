@@ -1,0 +1,70 @@
+#include "platform/ui/view_controller.h"
+
+namespace zv::ui {
+
+std::shared_ptr<UIView> UIViewController::view() {
+  if (!view_) view_ = loadView();
+  return view_;
+}
+
+std::shared_ptr<UIView> UIViewController::loadView() {
+  return ui::make<UIView>();
+}
+
+void sendWillAppear(const std::shared_ptr<UIViewController>& vc,
+                    bool animated) {
+  if (vc && rt::respondsTo(vc, "viewWillAppear:"))
+    rt::send<void>(vc, "viewWillAppear:", animated);
+}
+
+void sendWillDisappear(const std::shared_ptr<UIViewController>& vc,
+                       bool animated) {
+  if (vc && rt::respondsTo(vc, "viewWillDisappear:"))
+    rt::send<void>(vc, "viewWillDisappear:", animated);
+}
+
+void UINavigationController::pushViewController(
+    const std::shared_ptr<UIViewController>& vc, bool animated) {
+  if (!vc) return;
+  sendWillDisappear(topViewController(), animated);
+  stack_.push_back(vc);
+  sendWillAppear(vc, animated);
+}
+
+std::shared_ptr<UIViewController>
+UINavigationController::popViewControllerAnimated(bool animated) {
+  if (stack_.size() < 2) return nullptr;
+  auto top = stack_.back();
+  sendWillDisappear(top, animated);
+  stack_.pop_back();
+  sendWillAppear(stack_.back(), animated);
+  return top;
+}
+
+std::shared_ptr<UIViewController> UINavigationController::topViewController()
+    const {
+  return stack_.empty() ? nullptr : stack_.back();
+}
+
+void UITabBarController::setViewControllers(
+    std::vector<std::shared_ptr<UIViewController>> vcs) {
+  tabs_ = std::move(vcs);
+  selected_ = 0;
+}
+
+void UITabBarController::setSelectedIndex(int index) {
+  if (index < 0 || index >= static_cast<int>(tabs_.size())) return;
+  if (index == selected_) return;
+  sendWillDisappear(selectedViewController(), false);
+  selected_ = index;
+  sendWillAppear(selectedViewController(), false);
+}
+
+std::shared_ptr<UIViewController> UITabBarController::selectedViewController()
+    const {
+  if (selected_ < 0 || selected_ >= static_cast<int>(tabs_.size()))
+    return nullptr;
+  return tabs_[static_cast<size_t>(selected_)];
+}
+
+}  // namespace zv::ui

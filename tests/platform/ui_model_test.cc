@@ -1,0 +1,239 @@
+// The UI model: view tree, text measurement, labels, scrolling, tables,
+// sheets, and that the classes are runtime classes of each process.
+#include <gtest/gtest.h>
+
+#include "platform/sim/sim_platform.h"
+#include "platform/ui/button.h"
+#include "platform/ui/sheets.h"
+#include "platform/ui/table_view.h"
+#include "platform/ui/text_metrics.h"
+#include "platform/ui/view_controller.h"
+#include "sim_fixture.h"
+
+namespace zv::ui {
+namespace {
+
+class UIModelTest : public testing::SimTest {
+ protected:
+  platform::SimProcess& proc_ = world_.launch("com.apple.mobilephone");
+};
+
+TEST_F(UIModelTest, ViewTreeFindsTagsDepthFirstAndTracksVisibility) {
+  proc_.run([] {
+    auto root = make<UIView>();
+    auto a = make<UIView>();
+    auto b = make<UIView>();
+    auto deep = make<UIView>();
+    a->setTag(7);
+    deep->setTag(9);
+    b->setTag(9);
+    root->addSubview(a);
+    root->addSubview(b);
+    a->addSubview(deep);
+    EXPECT_EQ(root->viewWithTag(9), deep);  // a's subtree comes before b
+    EXPECT_EQ(root->viewWithTag(42), nullptr);
+    EXPECT_EQ(rt::send<rt::Id>(root, "viewWithTag:", 7), a);
+
+    EXPECT_TRUE(deep->isVisible());
+    a->setHidden(true);
+    EXPECT_FALSE(deep->isVisible());
+    a->setHidden(false);
+    a->setAlpha(0.01);
+    EXPECT_FALSE(deep->isVisible());
+
+    // Moving a view detaches it from its old parent.
+    b->addSubview(deep);
+    EXPECT_TRUE(a->subviews().empty());
+    EXPECT_EQ(deep->superview(), b);
+    deep->removeFromSuperview();
+    EXPECT_EQ(root->viewWithTag(9), b);
+  });
+}
+
+TEST_F(UIModelTest, TextWidthIsDeterministicAndWiderForCJK) {
+  Font f{"Helvetica", 20};
+  EXPECT_EQ(textWidth("", f), 0);
+  EXPECT_EQ(textWidth("1234", f), textWidth("1234", f));
+  EXPECT_GT(textWidth("张三", f), textWidth("ab", f));
+  EXPECT_DOUBLE_EQ(textWidth("张", f), 20);
+  EXPECT_GT(textWidth("12", Font{"Helvetica", 40}), textWidth("12", f));
+  EXPECT_EQ(characterCount("张a"), 2u);
+}
+
+TEST_F(UIModelTest, LabelSizesToTextAndShrinksWhenFittingWidth) {
+  proc_.run([] {
+    auto label = make<UILabel>();
+    label->setFont({"Helvetica", 20});
+    label->setText("13800138000");
+    label->sizeToFit();
+    EXPECT_DOUBLE_EQ(label->frame().size.width,
+                     textWidth("13800138000", label->font()));
+    EXPECT_DOUBLE_EQ(label->frame().size.height, 24);
+    label->setSize(50, 24);
+    EXPECT_EQ(label->drawnFontSize(), 20);  // fitting off: cut, not shrunk
+    EXPECT_TRUE(label->isTruncated());
+    label->setAdjustsFontSizeToFitWidth(true);
+    label->setMinimumScaleFactor(0.1);
+    EXPECT_LT(label->drawnFontSize(), 20);
+    EXPECT_FALSE(label->isTruncated());
+    EXPECT_EQ(rt::send<std::string>(label, "text"), "13800138000");
+  });
+}
+
+TEST_F(UIModelTest, PagingScrollViewSnapsAndReportsDragAndStop) {
+  proc_.run([] {
+    auto scroll = make<UIScrollView>();
+    scroll->setFrame({{0, 0}, {100, 50}});
+    scroll->setContentSize({300, 50});
+    scroll->setPagingEnabled(true);
+    scroll->setContentOffset({100, 0});
+    std::vector<std::string> seen;
+    scroll->willBeginDragging = [&](UIScrollView&) { seen.push_back("begin"); };
+    scroll->didEndDecelerating = [&](UIScrollView& s) {
+      seen.push_back("end@" + std::to_string(int(s.contentOffset().x)));
+    };
+    scroll->drag(70);   // more than half a page: snaps to the next
+    scroll->drag(500);  // kept inside the content
+    scroll->setContentOffset({100, 0});
+    scroll->drag(-30);  // less than half: back where it was
+    EXPECT_EQ(seen, (std::vector<std::string>{"begin", "end@200", "begin",
+                                              "end@200", "begin", "end@100"}));
+    scroll->setScrollEnabled(false);
+    EXPECT_FALSE(scroll->drag(100));
+  });
+}
+
+TEST_F(UIModelTest, TableShowsVisibleRowsAndReusesCells) {
+  proc_.run([] {
+    auto table = make<UITableView>();
+    table->setFrame({{0, 0}, {320, 120}});
+    size_t rows = 10;
+    int made = 0;
+    std::vector<size_t> selected;
+    table->numberOfRows = [&] { return rows; };
+    table->heightForRow = [](size_t) { return 50.0; };
+    table->cellForRow = [&](UITableView& t, size_t row) {
+      auto cell = t.dequeueReusableCellWithIdentifier("Cell");
+      if (!cell) {
+        cell = UITableViewCell::make(CellStyle::Subtitle, "Cell");
+        ++made;
+      }
+      cell->textLabel()->setText("row " + std::to_string(row));
+      return cell;
+    };
+    table->didSelectRow = [&](UITableView&, size_t row) {
+      selected.push_back(row);
+    };
+    table->reloadData();
+    ASSERT_EQ(table->visibleCells().size(), 3u);  // 0-50, 50-100, 100-150
+    EXPECT_EQ(table->contentSize().height, 500);
+    table->setContentOffset({0, 200});
+    table->reloadData();
+    EXPECT_EQ(made, 3);  // the three cells came back from the pool
+    EXPECT_EQ(table->visibleCells().begin()->first, 4u);
+    EXPECT_EQ(table->cellForRowAtIndex(4)->textLabel()->text(), "row 4");
+    EXPECT_TRUE(table->selectRow(9));
+    EXPECT_FALSE(table->selectRow(10));
+    EXPECT_EQ(selected, std::vector<size_t>{9});
+  });
+}
+
+TEST_F(UIModelTest, ActionSheetIsPresentedUntilAButtonIsPressed) {
+  proc_.run([] {
+    auto view = make<UIView>();
+    auto sheet = make<UIActionSheet>();
+    sheet->addButtonWithTitle("Copy");
+    sheet->setCancelButtonIndex(sheet->addButtonWithTitle("Cancel"));
+    int pressed = -1;
+    bool visibleInDelegate = true;
+    sheet->delegate = [&](UIActionSheet& s, int index) {
+      pressed = index;
+      visibleInDelegate = s.isVisible();
+    };
+    EXPECT_EQ(UIActionSheet::presented(), nullptr);
+    rt::send<void>(sheet, "showInView:", rt::Id(view));
+    EXPECT_EQ(UIActionSheet::presented(), sheet);
+    sheet->dismissWithClickedButtonIndex(1);
+    EXPECT_EQ(pressed, 1);
+    EXPECT_FALSE(visibleInDelegate);
+    EXPECT_EQ(UIActionSheet::presented(), nullptr);
+  });
+}
+
+TEST_F(UIModelTest, AlertGoesThroughThePlatformAndCallsItsDelegate) {
+  int pressed = -1;
+  proc_.run([&] {
+    auto alert = make<UIAlertView>();
+    alert->title = "T";
+    alert->cancelButtonTitle = "Close";
+    alert->otherButtonTitles = {"Again"};
+    alert->delegate = [&](UIAlertView&, int i) { pressed = i; };
+    alert->show();
+    UIPasteboard::setString("123");
+    EXPECT_EQ(UIPasteboard::string(), "123");
+  });
+  ASSERT_EQ(world_.events("alert").size(), 1u);
+  EXPECT_EQ(world_.events("alert")[0].detail, "T |  | [Close] [Again]");
+  proc_.pressAlertButton(1);
+  EXPECT_EQ(pressed, 1);
+}
+
+TEST_F(UIModelTest, ButtonsReachTargetsOnlyWhenTouchable) {
+  proc_.run([] {
+    auto button = make<UIButton>();
+    int taps = 0;
+    button->addTarget(kTouchUpInside, [&](const rt::Id&) { ++taps; });
+    EXPECT_TRUE(button->touch());
+    button->setUserInteractionEnabled(false);
+    EXPECT_FALSE(button->touch());
+    button->setUserInteractionEnabled(true);
+    button->setHidden(true);
+    EXPECT_FALSE(button->touch());
+    EXPECT_EQ(taps, 1);
+  });
+}
+
+TEST_F(UIModelTest, ClassesBelongToEachProcessAndCanBeReplaced) {
+  auto& other = world_.launch("com.apple.MobileSMS");
+  proc_.run([] {
+    auto label = make<UILabel>();
+    label->setText("host");
+    rt::hookMessage<std::string()>(
+        rt::getClass("UILabel"), "text",
+        [](const rt::Id&) { return std::string("hooked"); });
+    EXPECT_EQ(rt::send<std::string>(label, "text"), "hooked");
+    EXPECT_TRUE(rt::respondsTo(label, "viewWithTag:"));  // inherited
+  });
+  other.run([] {
+    EXPECT_EQ(rt::getClass("UILabel"), nullptr);  // nothing registered yet
+    auto label = make<UILabel>();
+    label->setText("own");
+    EXPECT_EQ(rt::send<std::string>(label, "text"), "own");
+  });
+}
+
+TEST_F(UIModelTest, TabBarSendsAppearAndDisappearThroughTheRuntime) {
+  proc_.run([] {
+    auto tabs = make<UITabBarController>();
+    auto a = make<UIViewController>();
+    auto b = make<UIViewController>();
+    tabs->setViewControllers({a, b});
+    std::vector<std::string> seen;
+    rt::Class* cls = rt::getClass("UIViewController");
+    rt::hookMessage<void(bool)>(cls,
+                                "viewWillAppear:", [&](const rt::Id& s, bool) {
+                                  seen.push_back(s == a ? "a+" : "b+");
+                                });
+    rt::hookMessage<void(bool)>(
+        cls, "viewWillDisappear:", [&](const rt::Id& s, bool) {
+          seen.push_back(s == a ? "a-" : "b-");
+        });
+    rt::send<void>(tabs, "setSelectedIndex:", 1);
+    tabs->setSelectedIndex(7);
+    EXPECT_EQ(seen, (std::vector<std::string>{"a-", "b+"}));
+    EXPECT_EQ(rt::send<int>(tabs, "selectedIndex"), 1);
+  });
+}
+
+}  // namespace
+}  // namespace zv::ui
