@@ -1,4 +1,5 @@
 #include "core/startup.h"
+#include "hooks/loader_probe.h"
 #include "hooks/modules.h"
 #include "platform/platform.h"
 
@@ -13,6 +14,8 @@ const std::vector<HostStartup>& startupTable() {
       {"com.apple.MobileSMS", {zvsms_init, zvcontacts_init}},
       {"com.apple.springboard", {zvincomingcall_init, zvcontrolcenter_init}},
       {"com.apple.InCallService", {zvincallservice_init}},
+      // Not a real host: proves that loading the extension reaches a host.
+      {kLoaderProbeBundle, {zvloaderprobe_init}},
   };
   return table;
 }
@@ -20,8 +23,7 @@ const std::vector<HostStartup>& startupTable() {
 }  // namespace zv
 
 extern "C" void ZorvelInitializer() {
-  const std::string& bundle =
-      zv::platform::current().device().bundleIdentifier;
+  const std::string& bundle = zv::platform::current().device().bundleIdentifier;
   for (const auto& host : zv::startupTable()) {
     if (bundle != host.bundleIdentifier) continue;
     if (!zv::zv_init()) return;

@@ -35,6 +35,22 @@ void Process::clear() {
   runtime_ = std::make_unique<rt::Runtime>();
 }
 
+void Process::whenLaunched(std::function<void()> start) {
+  if (launched_) {
+    start();
+    return;
+  }
+  waiting_for_launch_.push_back(std::move(start));
+}
+
+void Process::finishLaunching() {
+  if (launched_) return;
+  launched_ = true;
+  auto waiting = std::move(waiting_for_launch_);
+  waiting_for_launch_.clear();
+  for (auto& start : waiting) start();
+}
+
 Process& Process::current() {
   if (t_current) return *t_current;
   if (g_default) return *g_default;

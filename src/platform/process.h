@@ -59,6 +59,15 @@ class Process {
   // Names of the start-up routines run in this process, in call order.
   std::vector<std::string> startedModules;
 
+  // Extensions and the host's launch. A host program registers its classes
+  // with code, so an extension mapped before that (LD_PRELOAD runs its
+  // constructor before main) must wait for them: whenLaunched runs `start`
+  // at once when the host has finished launching, else when it does.
+  // finishLaunching marks the host ready and runs what waited, in order.
+  void whenLaunched(std::function<void()> start);
+  void finishLaunching();
+  bool launched() const { return launched_; }
+
   // A per-process slot for a singleton of type T, empty until filled.
   template <typename T>
   std::shared_ptr<T>& slot() {
@@ -95,6 +104,8 @@ class Process {
   std::unique_ptr<rt::Runtime> runtime_;
   std::unordered_map<std::type_index, Slot> slots_;
   std::vector<std::type_index> order_;
+  bool launched_ = false;
+  std::vector<std::function<void()>> waiting_for_launch_;
 };
 
 // Shorthand for Process::current().platform().

@@ -37,17 +37,26 @@ struct LinuxPlatform::Impl {
   std::string pasteboard;
   std::unique_ptr<NotifyBus> bus;
 
-  // Posts a block to the main loop's context.
+  // Queues a block on the main loop's context. Always through a source, so
+  // the block runs later on the thread that runs the loop: invoking directly
+  // would run it at once on a caller that happens to be able to acquire the
+  // context (the main thread outside the loop, or the notification thread).
   void invoke(std::function<void()> block) {
     auto* heap = new std::function<void()>(std::move(block));
-    g_main_context_invoke_full(
-        context, G_PRIORITY_DEFAULT,
+    GSource* source = g_idle_source_new();
+    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+    g_source_set_callback(
+        source,
         [](gpointer data) -> gboolean {
           (*static_cast<std::function<void()>*>(data))();
           return G_SOURCE_REMOVE;
         },
         heap,
-        [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
+        [](gpointer data) {
+          delete static_cast<std::function<void()>*>(data);
+        });
+    g_source_attach(source, context);
+    g_source_unref(source);
   }
 
   void deliver(const std::string& name, Scope scope) {
@@ -69,7 +78,10 @@ LinuxPlatform& LinuxPlatform::instance() {
 LinuxPlatform::LinuxPlatform() : impl_(std::make_unique<Impl>()) {
   impl_->context = g_main_context_default();
   impl_->loop = g_main_loop_new(impl_->context, FALSE);
-  facts_.bundleIdentifier = "com.zorvel.cli";
+  // A host program run under the extension names itself through the
+  // environment, as the platform's launcher would.
+  const char* bundle = std::getenv("ZORVEL_BUNDLE_ID");
+  facts_.bundleIdentifier = bundle && *bundle ? bundle : "com.zorvel.cli";
 }
 
 LinuxPlatform::~LinuxPlatform() {
@@ -100,9 +112,15 @@ double LinuxPlatform::now() const {
   return static_cast<double>(g_get_real_time()) / 1e6;
 }
 
-void LinuxPlatform::run() { g_main_loop_run(impl_->loop); }
+// A host whose main loop runs has finished launching, as with the
+// platform's application main.
+void LinuxPlatform::run() {
+  Process::current().finishLaunching();
+  g_main_loop_run(impl_->loop);
+}
 
 void LinuxPlatform::runFor(double seconds) {
+  Process::current().finishLaunching();
   guint source = g_timeout_add_full(
       G_PRIORITY_DEFAULT, static_cast<guint>(seconds * 1000),
       [](gpointer loop) -> gboolean {
@@ -126,21 +144,28 @@ void LinuxPlatform::performAfterDelay(const void* target,
     guint source = 0;
   };
   auto* pending = new Pending{impl_.get(), std::move(call)};
-  pending->source = g_timeout_add_full(
-      G_PRIORITY_DEFAULT, static_cast<guint>(delay < 0 ? 0 : delay * 1000),
+  GSource* source =
+      g_timeout_source_new(static_cast<guint>(delay < 0 ? 0 : delay * 1000));
+  g_source_set_callback(
+      source,
       [](gpointer data) -> gboolean {
         auto* p = static_cast<Pending*>(data);
         {
           std::lock_guard<std::mutex> lock(p->impl->mutex);
-          std::erase_if(p->impl->timers,
-                        [&](const Impl::Timer& t) { return t.source == p->source; });
+          std::erase_if(p->impl->timers, [&](const Impl::Timer& t) {
+            return t.source == p->source;
+          });
         }
         p->call();
         return G_SOURCE_REMOVE;
       },
       pending, [](gpointer data) { delete static_cast<Pending*>(data); });
+  // Attach and record under the lock: a timer that fires at once on the
+  // loop's thread must find itself in the table to remove.
   std::lock_guard<std::mutex> lock(impl_->mutex);
+  pending->source = g_source_attach(source, impl_->context);
   impl_->timers.push_back({target, std::string(selector), pending->source});
+  g_source_unref(source);
 }
 
 void LinuxPlatform::cancelPrevious(const void* target,
@@ -156,7 +181,9 @@ void LinuxPlatform::cancelPrevious(const void* target,
       return false;
     });
   }
-  for (guint s : sources) g_source_remove(s);
+  for (guint id : sources)
+    if (GSource* s = g_main_context_find_source_by_id(impl_->context, id))
+      g_source_destroy(s);
 }
 
 void LinuxPlatform::dispatchMain(std::function<void()> block) {
@@ -193,17 +220,15 @@ ObserverToken LinuxPlatform::observe(std::string_view name,
 
 void LinuxPlatform::removeObserver(ObserverToken token) {
   std::lock_guard<std::mutex> lock(impl_->mutex);
-  std::erase_if(impl_->observers, [&](const Impl::Observer& o) {
-    return o.token == token;
-  });
+  std::erase_if(impl_->observers,
+                [&](const Impl::Observer& o) { return o.token == token; });
 }
 
 void LinuxPlatform::post(std::string_view name, Scope scope) {
   if (scope == Scope::Process) {
     Impl* impl = impl_.get();
-    impl_->invoke([impl, n = std::string(name)] {
-      impl->deliver(n, Scope::Process);
-    });
+    impl_->invoke(
+        [impl, n = std::string(name)] { impl->deliver(n, Scope::Process); });
     return;
   }
   // System-wide: every listening process gets it, this one included (through
@@ -214,9 +239,9 @@ void LinuxPlatform::post(std::string_view name, Scope scope) {
 std::string LinuxPlatform::localizedString(std::string_view key,
                                            std::string_view table) const {
   // The host bundle's table: /Library/Zorvel/<language>.lproj/<table>.plist.
-  auto dict = plist::readDictionary(path("/Library/Zorvel/" + facts_.language +
-                                         ".lproj/" + std::string(table) +
-                                         ".plist"));
+  auto dict =
+      plist::readDictionary(path("/Library/Zorvel/" + facts_.language +
+                                 ".lproj/" + std::string(table) + ".plist"));
   if (dict) {
     auto it = dict->find(key);
     if (it != dict->end() && it->second.isString()) return *it->second.string();

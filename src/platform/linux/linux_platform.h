@@ -7,6 +7,8 @@
 //
 // The device root is --root (setRoot) or else $ZORVEL_ROOT or else the
 // program's default (setDefaultRoot, the bundled sample device for zorvel).
+// The host's bundle identifier is $ZORVEL_BUNDLE_ID, else "com.zorvel.cli";
+// deviceFacts() changes it and the other facts.
 #pragma once
 
 #include <map>
@@ -29,7 +31,8 @@ class LinuxPlatform : public Platform {
   void setDefaultRoot(std::string root);
   DeviceFacts& deviceFacts() { return facts_; }
 
-  // Runs the main loop until quit(), or for `seconds` of real time.
+  // Runs the main loop until quit(), or for `seconds` of real time; the
+  // current process counts as launched from then on.
   void run();
   void runFor(double seconds);
   void quit();

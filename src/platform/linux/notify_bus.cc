@@ -14,13 +14,42 @@
 namespace zv::platform {
 namespace {
 
-bool fillAddress(const std::string& path, sockaddr_un& addr) {
-  std::memset(&addr, 0, sizeof addr);
-  addr.sun_family = AF_UNIX;
-  if (path.size() >= sizeof addr.sun_path) return false;
-  std::memcpy(addr.sun_path, path.c_str(), path.size() + 1);
-  return true;
-}
+// A socket address for `file` in `folder`. A Unix socket path holds at most
+// 107 bytes, less than a device root in a deep temporary folder may need;
+// then the address goes through an open handle of the folder
+// ("/proc/self/fd/N/file"), which the caller closes once done with it.
+class SocketAddress {
+ public:
+  SocketAddress(const std::string& folder, const std::string& file) {
+    std::memset(&addr_, 0, sizeof addr_);
+    addr_.sun_family = AF_UNIX;
+    std::string path = folder + "/" + file;
+    if (path.size() >= sizeof addr_.sun_path) {
+      dir_ = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+      if (dir_ < 0) return;
+      path = "/proc/self/fd/" + std::to_string(dir_) + "/" + file;
+      if (path.size() >= sizeof addr_.sun_path) return;
+    }
+    std::memcpy(addr_.sun_path, path.c_str(), path.size() + 1);
+    ok_ = true;
+  }
+  ~SocketAddress() {
+    if (dir_ >= 0) ::close(dir_);
+  }
+  SocketAddress(const SocketAddress&) = delete;
+  SocketAddress& operator=(const SocketAddress&) = delete;
+
+  bool ok() const { return ok_; }
+  const sockaddr* get() const {
+    return reinterpret_cast<const sockaddr*>(&addr_);
+  }
+  socklen_t size() const { return sizeof addr_; }
+
+ private:
+  sockaddr_un addr_;
+  int dir_ = -1;
+  bool ok_ = false;
+};
 
 }  // namespace
 
@@ -44,13 +73,14 @@ void NotifyBus::listen() {
   if (fd_ >= 0) return;
   std::error_code ec;
   std::filesystem::create_directories(folder_, ec);
-  socket_path_ = folder_ + "/" + std::to_string(::getpid()) + ".sock";
-  sockaddr_un addr;
-  if (!fillAddress(socket_path_, addr)) return;
+  const std::string file = std::to_string(::getpid()) + ".sock";
+  SocketAddress addr(folder_, file);
+  if (!addr.ok()) return;
+  socket_path_ = folder_ + "/" + file;
   ::unlink(socket_path_.c_str());
   fd_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (fd_ < 0) return;
-  if (::bind(fd_, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0 ||
+  if (::bind(fd_, addr.get(), addr.size()) != 0 ||
       ::pipe2(wake_, O_CLOEXEC) != 0) {
     ::close(fd_);
     fd_ = -1;
@@ -83,13 +113,12 @@ void NotifyBus::send(const std::string& folder, const std::string& name) {
     std::string file = entry->d_name;
     if (file.size() < 6 || file.compare(file.size() - 5, 5, ".sock") != 0)
       continue;
-    std::string path = folder + "/" + file;
-    sockaddr_un addr;
-    if (!fillAddress(path, addr)) continue;
-    if (::sendto(fd, name.data(), name.size(), MSG_DONTWAIT,
-                 reinterpret_cast<sockaddr*>(&addr), sizeof addr) < 0 &&
+    SocketAddress addr(folder, file);
+    if (!addr.ok()) continue;
+    if (::sendto(fd, name.data(), name.size(), MSG_DONTWAIT, addr.get(),
+                 addr.size()) < 0 &&
         errno == ECONNREFUSED) {
-      ::unlink(path.c_str());  // its process is gone
+      ::unlink((folder + "/" + file).c_str());  // its process is gone
     }
   }
   ::close(fd);

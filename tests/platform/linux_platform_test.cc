@@ -1,0 +1,152 @@
+// The real platform: its GLib main loop and notifications between real
+// processes. Each test uses its own LinuxPlatform on a fresh device root.
+#include "platform/linux/linux_platform.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include "sim_fixture.h"
+
+namespace zv::platform {
+namespace {
+
+class LinuxPlatformTest : public ::testing::Test {
+ protected:
+  LinuxPlatformTest() : root_(zv::testing::freshRoot()) {
+    linux_.setRoot(root_);
+  }
+  ~LinuxPlatformTest() override {
+    std::error_code ec;
+    std::filesystem::remove_all(root_, ec);
+  }
+  std::string root_;
+  LinuxPlatform linux_;
+};
+
+TEST_F(LinuxPlatformTest, DelayedCallsAndCancelling) {
+  int target = 0;
+  std::string trace;
+  linux_.performAfterDelay(&target, "cancelled", 0.02, [&] { trace += "C"; });
+  linux_.performAfterDelay(&target, "other", 0.05, [&] { trace += "O"; });
+  linux_.performAfterDelay(&trace, "cancelled", 0.05, [&] { trace += "T"; });
+  linux_.cancelPrevious(&target, "cancelled");
+  // The last call ends the loop after the others had their chance.
+  linux_.performAfterDelay(nullptr, "", 0.2, [&] {
+    trace += ".";
+    linux_.quit();
+  });
+  linux_.run();
+  ASSERT_EQ(trace.size(), 3u) << trace;
+  EXPECT_EQ(trace.find('C'), std::string::npos);
+  EXPECT_NE(trace.find('O'), std::string::npos);
+  EXPECT_NE(trace.find('T'), std::string::npos);
+  // Cancelling what already ran, or what never was, is harmless.
+  linux_.cancelPrevious(&target, "other");
+  linux_.cancelPrevious(nullptr, "nothing");
+}
+
+TEST_F(LinuxPlatformTest, MainQueueWorkRunsLaterOnTheLoopThread) {
+  const auto mainThread = std::this_thread::get_id();
+  bool ranMain = false;
+  std::atomic<bool> backgroundElsewhere{false};
+  std::thread::id handedBackOn;
+  linux_.dispatchMain([&] { ranMain = true; });
+  // Queued, not run by the caller.
+  EXPECT_FALSE(ranMain);
+  linux_.dispatchBackground([&] {
+    backgroundElsewhere = std::this_thread::get_id() != mainThread;
+    linux_.dispatchMain([&] {
+      handedBackOn = std::this_thread::get_id();
+      linux_.quit();
+    });
+  });
+  linux_.run();
+  EXPECT_TRUE(ranMain);
+  EXPECT_TRUE(backgroundElsewhere);
+  EXPECT_EQ(handedBackOn, mainThread);
+}
+
+TEST_F(LinuxPlatformTest, ProcessNotificationsStayInTheLoop) {
+  int seen = 0;
+  auto token = linux_.observe(
+      "local", [&] { ++seen; }, Scope::Process);
+  linux_.observe(
+      "local", [&] { linux_.quit(); }, Scope::Process);
+  linux_.post("local", Scope::Process);
+  EXPECT_EQ(seen, 0);
+  linux_.run();
+  EXPECT_EQ(seen, 1);
+  linux_.removeObserver(token);
+  linux_.post("local", Scope::Process);
+  linux_.run();
+  EXPECT_EQ(seen, 1);
+}
+
+TEST_F(LinuxPlatformTest, PathsAndBundleIdentifier) {
+  EXPECT_EQ(linux_.path("/var/mobile/x.plist"), root_ + "/var/mobile/x.plist");
+  EXPECT_EQ(linux_.root(), root_);
+  ::setenv("ZORVEL_BUNDLE_ID", "com.apple.springboard", 1);
+  LinuxPlatform named;
+  ::unsetenv("ZORVEL_BUNDLE_ID");
+  EXPECT_EQ(named.device().bundleIdentifier, "com.apple.springboard");
+  EXPECT_EQ(LinuxPlatform().device().bundleIdentifier, "com.zorvel.cli");
+}
+
+// Waits up to `seconds` for a byte on fd.
+bool readByte(int fd, double seconds) {
+  pollfd p{fd, POLLIN, 0};
+  char c;
+  return ::poll(&p, 1, static_cast<int>(seconds * 1000)) == 1 &&
+         ::read(fd, &c, 1) == 1;
+}
+
+TEST_F(LinuxPlatformTest, NotificationReachesAnObserverInAnotherProcess) {
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    // The observer: its own platform on the same root. Exit status 0 when
+    // "ZVAreaChanged" arrived and "ZVOther" did not.
+    int status = 3;
+    {
+      LinuxPlatform observer;
+      observer.setRoot(root_);
+      bool other = false, area = false;
+      observer.observe(
+          "ZVOther", [&] { other = true; }, Scope::System);
+      observer.observe(
+          "ZVAreaChanged",
+          [&] {
+            area = true;
+            observer.quit();
+          },
+          Scope::System);
+      (void)!::write(ready[1], "r", 1);
+      observer.runFor(20);
+      status = area ? (other ? 2 : 0) : 1;
+    }
+    ::_exit(status);
+  }
+  ::close(ready[1]);
+  ASSERT_TRUE(readByte(ready[0], 20));
+  ::close(ready[0]);
+  // The observer's socket is in the shared folder of the device root.
+  EXPECT_FALSE(std::filesystem::is_empty(root_ + "/var/run/zorvel/notify"));
+  linux_.post("ZVAreaChanged", Scope::System);
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  // The observer removed its socket when it ended.
+  EXPECT_TRUE(std::filesystem::is_empty(root_ + "/var/run/zorvel/notify"));
+}
+
+}  // namespace
+}  // namespace zv::platform

@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include "platform/platform.h"
+#include "platform/process.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+class SimWorldTest : public testing::SimTest {};
+
+TEST_F(SimWorldTest, DelayedCallsRunInTimeOrderWhenTheClockReachesThem) {
+  auto& p = world_.launch("com.apple.springboard");
+  std::string trace;
+  int target = 0;
+  p.run([&] {
+    auto& platform = platform::current();
+    platform.performAfterDelay(&target, "late", 2.0, [&] { trace += "L"; });
+    platform.performAfterDelay(&target, "early", 1.0, [&] {
+      trace += "E";
+      // Work queued by work runs in the same advance when it falls due.
+      platform::current().performAfterDelay(nullptr, "", 0.5,
+                                            [&] { trace += "N"; });
+    });
+    platform.dispatchMain([&] { trace += "M"; });
+  });
+  EXPECT_EQ(trace, "");
+  world_.advance(0);
+  EXPECT_EQ(trace, "M");
+  world_.advance(1.4);
+  EXPECT_EQ(trace, "ME");
+  world_.advance(0.6);
+  EXPECT_EQ(trace, "MENL");
+  EXPECT_DOUBLE_EQ(world_.elapsed(), 2.0);
+  EXPECT_EQ(world_.pending(), 0u);
+}
+
+TEST_F(SimWorldTest, CancelPreviousDropsOnlyThatTargetAndSelector) {
+  auto& p = world_.launch("com.apple.springboard");
+  auto& q = world_.launch("com.apple.mobilephone");
+  int a = 0, b = 0;
+  std::string trace;
+  auto schedule = [&](platform::SimProcess& proc, const void* t,
+                      const char* sel, const char* mark) {
+    proc.run([&] {
+      platform::current().performAfterDelay(t, sel, 3.0,
+                                            [&trace, mark] { trace += mark; });
+    });
+  };
+  schedule(p, &a, "reload", "1");
+  schedule(p, &a, "store", "2");
+  schedule(p, &b, "reload", "3");
+  schedule(q, &a, "reload", "4");
+  world_.advance(1);
+  // A new request after cancelling restarts the wait.
+  p.run([&] { platform::current().cancelPrevious(&a, "reload"); });
+  schedule(p, &a, "reload", "5");
+  world_.advance(2.5);
+  EXPECT_EQ(trace, "234");
+  world_.advance(1);
+  EXPECT_EQ(trace, "2345");
+}
+
+TEST_F(SimWorldTest, NotificationsCrossProcessesInTheirOwnContexts) {
+  auto& sb = world_.launch("com.apple.springboard");
+  auto& phone = world_.launch("com.apple.mobilephone");
+  std::vector<std::string> seen;
+  auto watch = [&](platform::SimProcess& proc, const std::string& name,
+                   platform::Scope scope) {
+    return proc.run([&] {
+      return platform::current().observe(
+          name,
+          [&seen, name] {
+            seen.push_back(name + "@" +
+                           platform::current().device().bundleIdentifier);
+          },
+          scope);
+    });
+  };
+  watch(sb, "ZVSettingsChanged", platform::Scope::System);
+  auto removed = watch(phone, "ZVSettingsChanged", platform::Scope::System);
+  watch(phone, "ZVT9Changed", platform::Scope::System);
+  watch(sb, "local", platform::Scope::Process);
+  watch(phone, "local", platform::Scope::Process);
+
+  sb.run([] {
+    platform::current().post("ZVSettingsChanged");
+    platform::current().post("local", platform::Scope::Process);
+  });
+  // Delivery is asynchronous, and an observer removed before it gets none.
+  EXPECT_TRUE(seen.empty());
+  phone.run([&] { platform::current().removeObserver(removed); });
+  world_.advance(0);
+  EXPECT_EQ(seen,
+            (std::vector<std::string>{"ZVSettingsChanged@com.apple.springboard",
+                                      "local@com.apple.springboard"}));
+  // A process that quit observes nothing any more.
+  seen.clear();
+  world_.terminate(sb);
+  phone.run([] {
+    platform::current().post("ZVSettingsChanged");
+    platform::current().post("ZVT9Changed");
+  });
+  world_.advance(0);
+  EXPECT_EQ(seen,
+            std::vector<std::string>{"ZVT9Changed@com.apple.mobilephone"});
+}
+
+TEST_F(SimWorldTest, SideEffectsAreRecordedInOrderWithTimeAndProcess) {
+  auto& sb = world_.launch("com.apple.springboard");
+  auto& phone = world_.launch("com.apple.mobilephone");
+  sb.run([] { platform::current().log("first"); });
+  world_.advance(1.5);
+  phone.run([] {
+    platform::current().playSystemSound(1000);
+    platform::current().setPasteboard("10086");
+    platform::current().openURL("tel:10086");
+  });
+  EXPECT_EQ(sb.run([] { return platform::current().pasteboard(); }), "10086");
+  const auto& e = world_.events();
+  ASSERT_EQ(e.size(), 4u);
+  EXPECT_EQ(e[0].kind + " " + e[0].process + " " + e[0].detail,
+            "log com.apple.springboard first");
+  EXPECT_DOUBLE_EQ(e[0].time, 0);
+  EXPECT_EQ(e[1].kind + " " + e[1].detail, "sound 1000");
+  EXPECT_DOUBLE_EQ(e[1].time, 1.5);
+  EXPECT_EQ(e[3].kind + " " + e[3].detail, "openURL tel:10086");
+  EXPECT_EQ(world_.events("pasteboard").size(), 1u);
+}
+
+TEST_F(SimWorldTest, TerminatedProcessLosesItsWorkAndSingletons) {
+  auto& p = world_.launch("com.apple.springboard");
+  bool ran = false;
+  p.run([&] {
+    platform::Process::current().slot<int>() = std::make_shared<int>(5);
+    platform::current().performAfterDelay(nullptr, "", 1, [&] { ran = true; });
+  });
+  world_.terminate(p);
+  world_.advance(2);
+  EXPECT_FALSE(ran);
+  p.run([] { EXPECT_FALSE(platform::Process::current().slot<int>()); });
+}
+
+TEST_F(SimWorldTest, AlertButtonsReachTheDelegateOnce) {
+  auto& p = world_.launch("com.apple.mobilephone");
+  std::vector<int> pressed;
+  auto alert = std::make_shared<platform::Alert>();
+  alert->title = "T";
+  alert->cancelButton = "Close";
+  alert->otherButtons = {"Report bug"};
+  alert->onButton = [&](const platform::Alert&, int i) {
+    pressed.push_back(i);
+  };
+  p.run([&] { platform::current().showAlert(alert); });
+  EXPECT_EQ(world_.events("alert")[0].detail, "T |  | [Close] [Report bug]");
+  p.pressAlertButton(1);
+  p.pressAlertButton(0);
+  EXPECT_EQ(pressed, std::vector<int>{1});
+  EXPECT_EQ(p.openAlert(), nullptr);
+}
+
+}  // namespace
+}  // namespace zv

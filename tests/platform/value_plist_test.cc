@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+#include <plist/plist.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+#include "platform/plist.h"
+#include "platform/value.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
+  EXPECT_TRUE(Value("1").boolValue());
+  EXPECT_TRUE(Value("YES").boolValue());
+  EXPECT_TRUE(Value("true").boolValue());
+  EXPECT_TRUE(Value("  +0007").boolValue());
+  EXPECT_FALSE(Value("NO").boolValue());
+  EXPECT_FALSE(Value("0").boolValue());
+  EXPECT_FALSE(Value("").boolValue());
+  EXPECT_FLOAT_EQ(Value("0.8").floatValue(), 0.8f);
+  EXPECT_FLOAT_EQ(Value("8.1.2").floatValue(), 8.1f);
+  EXPECT_EQ(Value(" 42abc").intValue(), 42);
+  EXPECT_EQ(Value("99999999999").intValue(), INT32_MAX);
+  EXPECT_EQ(Value("-99999999999").intValue(), INT32_MIN);
+  EXPECT_EQ(Value("x").intValue(), 0);
+}
+
+TEST(ValueConversions, NumbersAndMissingValues) {
+  EXPECT_EQ(Value(2.7).intValue(), 2);
+  EXPECT_EQ(Value(-2.7).intValue(), -2);
+  EXPECT_TRUE(Value(0.1).boolValue());
+  EXPECT_EQ(Value(true).intValue(), 1);
+  // Integers too wide for 32 bits keep their low bits, like a C cast.
+  EXPECT_EQ(Value(int64_t{0x100000005}).intValue(), 5);
+  EXPECT_EQ(Value(1e300).longLongValue(), INT64_MAX);
+  EXPECT_EQ(Value(std::nan("")).longLongValue(), 0);
+  EXPECT_EQ(Value(0.1).stringValue(), "0.1");
+  EXPECT_EQ(Value(int64_t{-12}).stringValue(), "-12");
+  const Value missing;
+  EXPECT_FALSE(missing.boolValue());
+  EXPECT_EQ(missing.intValue(), 0);
+  EXPECT_EQ(missing.stringValue(), "");
+  EXPECT_TRUE(missing["key"].isNull());
+  EXPECT_TRUE(Value(Dict{{"a", Value(1)}})["b"].isNull());
+  EXPECT_TRUE(Value("a")["a"].isNull());
+}
+
+Value everyKind() {
+  return Value(Dict{
+      {"bool", Value(true)},
+      {"int", Value(int64_t{1234567890123})},
+      {"negative", Value(-5)},
+      {"real", Value(0.5)},
+      {"string", Value("北京 & <移动>")},
+      {"empty", Value("")},
+      {"data", Value(Data{std::string("\0\x01\xff", 3)})},
+      {"date", Value(Date{438000000})},  // XML keeps whole seconds
+      {"array", Value(Array{Value(1), Value("two"), Value(Array{})})},
+      {"dict", Value(Dict{{"nested", Value(false)}})},
+  });
+}
+
+TEST(Plist, XmlRoundTripKeepsEveryKind) {
+  const Value v = everyKind();
+  auto back = plist::parse(plist::toXml(v));
+  ASSERT_TRUE(back);
+  EXPECT_EQ(*back, v);
+  // Negative integers are written as such, not as huge unsigned numbers.
+  EXPECT_NE(plist::toXml(v).find("<integer>-5</integer>"), std::string::npos);
+}
+
+TEST(Plist, ReadsBinaryLists) {
+  const Value v = everyKind();
+  plist_t node = nullptr;
+  const std::string xml = plist::toXml(v);
+  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &node);
+  ASSERT_NE(node, nullptr);
+  char* bin = nullptr;
+  uint32_t len = 0;
+  plist_to_bin(node, &bin, &len);
+  plist_free(node);
+  ASSERT_NE(bin, nullptr);
+  const std::string bytes(bin, len);
+  free(bin);
+  ASSERT_EQ(bytes.rfind("bplist00", 0), 0u);
+  auto back = plist::parse(bytes);
+  ASSERT_TRUE(back);
+  EXPECT_EQ(*back, v);
+}
+
+TEST(Plist, RejectsWhatIsNotAList) {
+  EXPECT_FALSE(plist::parse(""));
+  EXPECT_FALSE(plist::parse("not a plist"));
+  EXPECT_FALSE(plist::parse("bplist00garbage"));
+  EXPECT_FALSE(plist::parse("<?xml version=\"1.0\"?><plist><dict><key>a"));
+}
+
+class PlistFileTest : public ::testing::Test {
+ protected:
+  PlistFileTest() : root_(testing::freshRoot()) {}
+  ~PlistFileTest() override {
+    std::error_code ec;
+    std::filesystem::remove_all(root_, ec);
+  }
+  std::string root_;
+};
+
+TEST_F(PlistFileTest, WritesAtomicallyIntoNewFolders) {
+  const std::string path = root_ + "/a/b/list.plist";
+  ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(1)}})));
+  ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(2)}})));
+  auto d = plist::readDictionary(path);
+  ASSERT_TRUE(d);
+  EXPECT_EQ(Value(*d)["k"].intValue(), 2);
+  // No temporary file is left next to it, and others may read it.
+  size_t files = 0;
+  for (const auto& e : std::filesystem::directory_iterator(root_ + "/a/b")) {
+    ++files;
+    EXPECT_EQ(e.path().filename(), "list.plist");
+  }
+  EXPECT_EQ(files, 1u);
+  auto perms = std::filesystem::status(path).permissions();
+  EXPECT_NE(perms & std::filesystem::perms::others_read,
+            std::filesystem::perms::none);
+}
+
+TEST_F(PlistFileTest, MissingOrWrongFilesGiveNothing) {
+  EXPECT_FALSE(plist::readDictionary(root_ + "/missing.plist"));
+  ASSERT_TRUE(plist::writeFile(root_ + "/array.plist", Value(Array{Value(1)})));
+  EXPECT_FALSE(plist::readDictionary(root_ + "/array.plist"));
+  EXPECT_TRUE(plist::readFile(root_ + "/array.plist"));
+  // A folder in the way makes the write fail cleanly.
+  std::filesystem::create_directories(root_ + "/dir.plist");
+  EXPECT_FALSE(plist::writeFile(root_ + "/dir.plist", Value(Dict{})));
+  EXPECT_FALSE(plist::writeFile(root_ + "/array.plist/x", Value(Dict{})));
+}
+
+}  // namespace
+}  // namespace zv
