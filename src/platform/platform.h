@@ -39,7 +39,16 @@ struct DeviceFacts {
   std::string bundleIdentifier;           // of the host process
   std::string locale = "en_US";           // the user's region format
   std::string language = "en";            // for localised strings
+  // The user's contact name order, as ABPersonGetCompositeNameFormatForRecord
+  // answers it with no record: true for last name first.
+  bool nameOrderLastFirst = false;
 };
+
+// The address book's external-change signal. Whoever saves a change to the
+// address-book database (the Contacts app, a sync) posts it system-wide;
+// ABAddressBookRegisterExternalChangeCallback stands on observing it.
+inline constexpr char kAddressBookExternalChangeNotification[] =
+    "ABAddressBookExternalChangeNotification";
 
 // A modal alert as the platform shows it. Button indices: the cancel button
 // is 0 when there is one, the other buttons follow in order.

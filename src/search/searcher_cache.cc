@@ -1,0 +1,119 @@
+#include "search/searcher_cache.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <limits>
+
+#include "platform/plist.h"
+
+namespace zv {
+
+namespace {
+
+constexpr size_t kLinePiece = 2047;
+constexpr int kMaxPieces = 10;
+constexpr int kFields = 9;
+
+void appendField(std::string& out, const char* text) {
+  out += text ? text : "(null)";
+}
+
+// The leading decimal integer of `text` (after blanks, with a sign), as the
+// C library's atoi reads it; 0 when there is none, clamped to 32 bits.
+int32_t leadingInt(std::string_view text) {
+  size_t i = 0;
+  while (i < text.size() &&
+         (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r')))
+    ++i;
+  bool negative = false;
+  if (i < text.size() && (text[i] == '+' || text[i] == '-'))
+    negative = text[i++] == '-';
+  int64_t value = 0;
+  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+    value = value * 10 + (text[i] - '0');
+    if (value > int64_t{std::numeric_limits<int32_t>::max()} + 1) break;
+  }
+  if (negative) value = -value;
+  return static_cast<int32_t>(
+      std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
+                          std::numeric_limits<int32_t>::max()));
+}
+
+void readLine(std::string_view line, ZVSearcher::PersonList& out) {
+  std::array<std::string_view, kMaxPieces> pieces;
+  int count = 0;
+  size_t start = 0;
+  while (count < kMaxPieces) {
+    size_t end = line.find_first_of("\t\n", start);
+    if (end == std::string_view::npos) {
+      pieces[count++] = line.substr(start);
+      break;
+    }
+    pieces[count++] = line.substr(start, end - start);
+    start = end + 1;
+  }
+  if (count < kFields) return;
+  auto person = std::make_shared<ZVPerson>();
+  person->setRecordId(leadingInt(pieces[0]));
+  person->setPhoneType(leadingInt(pieces[1]));
+  person->setNameLength(leadingInt(pieces[2]));
+  person->setNameJianPin(pieces[3]);
+  person->setNamePinYin(pieces[4]);
+  person->setNameEnglish(pieces[5]);
+  person->setNameFirst(pieces[6]);
+  person->setPhoneNumber(pieces[7]);
+  person->setNameFull(pieces[8]);
+  out.push_back(std::move(person));
+}
+
+}  // namespace
+
+std::string formatCacheLine(const ZVPerson& p) {
+  std::string out = std::to_string(p.recordId());
+  out += '\t';
+  out += std::to_string(p.phoneType());
+  out += '\t';
+  out += std::to_string(p.nameLength());
+  for (const char* field : {p.nameJianPin(), p.namePinYin(), p.nameEnglish(),
+                            p.nameFirst(), p.phoneNumber(), p.nameFull()}) {
+    out += '\t';
+    appendField(out, field);
+  }
+  out += '\n';
+  return out;
+}
+
+void readPersonsCache(std::string_view bytes, ZVSearcher::PersonList& out) {
+  size_t pos = 0;
+  while (pos < bytes.size()) {
+    size_t end = pos;
+    while (end < bytes.size() && end - pos < kLinePiece)
+      if (bytes[end++] == '\n') break;
+    std::string_view line = bytes.substr(pos, end - pos);
+    pos = end;
+    size_t nul = line.find('\0');
+    if (nul != std::string_view::npos) line = line.substr(0, nul);
+    readLine(line, out);
+  }
+}
+
+void ZVSearcher::loadAddressBookCache() {
+  std::string bytes;
+  if (!plist::readBytes(platform_.path(kCachePath), bytes)) return;
+  persons_.clear();
+  readPersonsCache(bytes, persons_);
+  updateAddressBookDict();
+}
+
+void ZVSearcher::cacheAddressBook() {
+  std::string bytes;
+  bytes.reserve(persons_.size() * 64);
+  for (const auto& p : persons_) bytes += formatCacheLine(*p);
+  // Written whole and renamed into place, so a process that reads the cache
+  // meanwhile sees either the old or the new file.
+  plist::writeBytesAtomically(platform_.path(kCachePath), bytes);
+}
+
+}  // namespace zv

@@ -1,0 +1,162 @@
+// Highlight ranges for a result row. Name ranges are in the display name's
+// UTF-16 units (how the views index text); number ranges in bytes of the
+// number string.
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "search/searcher.h"
+
+namespace zv {
+
+namespace {
+
+// The display name as UTF-16 units; a byte that does not start a
+// well-formed sequence counts as one unit.
+std::u16string utf16(std::string_view text) {
+  std::u16string out;
+  out.reserve(text.size());
+  const auto* p = reinterpret_cast<const unsigned char*>(text.data());
+  size_t n = text.size();
+  for (size_t i = 0; i < n;) {
+    unsigned char c = p[i];
+    int extra = c >= 0xF0 && c <= 0xF4   ? 3
+                : c >= 0xE0 && c <= 0xEF ? 2
+                : c >= 0xC2 && c <= 0xDF ? 1
+                                         : 0;
+    uint32_t cp = extra == 0 ? c : c & (0x3F >> extra);
+    bool ok = extra == 0 ? c < 0x80 : i + extra < n;
+    for (int k = 1; ok && k <= extra; ++k) {
+      if ((p[i + k] & 0xC0) != 0x80)
+        ok = false;
+      else
+        cp = (cp << 6) | (p[i + k] & 0x3F);
+    }
+    if (!ok) {
+      out += u'\uFFFD';
+      ++i;
+      continue;
+    }
+    if (cp >= 0x10000) {
+      cp -= 0x10000;
+      out += static_cast<char16_t>(0xD800 + (cp >> 10));
+      out += static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
+    } else {
+      out += static_cast<char16_t>(cp);
+    }
+    i += extra + 1;
+  }
+  return out;
+}
+
+int64_t find(const char* form, std::string_view key) {
+  if (!form) return -1;
+  const void* hit = memmem(form, std::strlen(form), key.data(), key.size());
+  return hit ? static_cast<const char*>(hit) - form : -1;
+}
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+}  // namespace
+
+ZVRange ZVSearcher::getShiftSpaceNameRange(ZVRange range,
+                                           std::string_view name) {
+  std::u16string units = utf16(name);
+  for (size_t i = 0; i < units.size(); ++i) {
+    if (units[i] != u' ') continue;
+    const auto at = static_cast<int64_t>(i);
+    if (at <= range.location)
+      ++range.location;
+    else if (at > range.location + range.length)
+      break;
+    else
+      ++range.length;  // a space right after the range joins it
+  }
+  return range;
+}
+
+ZVRange ZVSearcher::getShiftSpaceEnglishNameRange(ZVRange range,
+                                                  std::string_view name) {
+  std::u16string units = utf16(name);
+  int64_t skip = range.location;
+  int64_t cover = range.length;
+  ZVRange out;
+  for (size_t i = 0; i < units.size(); ++i) {
+    if (units[i] != u' ') continue;
+    const auto at = static_cast<int64_t>(i);
+    if (skip > 0) {
+      // The highlight starts at the space before its first word.
+      if (--skip == 0) out.location = at;
+    } else if (cover > 0) {
+      if (--cover == 0) {
+        out.length = at - out.location;
+        return out;
+      }
+    }
+  }
+  if (cover > 0) out.length = static_cast<int64_t>(units.size()) - out.location;
+  return out;
+}
+
+ZVRange ZVSearcher::getHighlightNameRange(std::string_view name,
+                                          std::string_view inputNumber,
+                                          const ZVPerson* person) {
+  if (!person) return {};
+  const auto keyLength = static_cast<int64_t>(inputNumber.size());
+  const int32_t priority = person->priority();
+
+  if (priority & ZVPerson::kByInitials) {
+    int64_t o = find(person->nameJianPin(), inputNumber);
+    if (o < 0) return {};
+    // The match is cut at the last character, whose whole reading J holds.
+    int64_t length =
+        keyLength - std::max<int64_t>(o + keyLength - person->nameLength(), 0);
+    return getShiftSpaceNameRange({o, std::max<int64_t>(length, 0)}, name);
+  }
+  if (priority & ZVPerson::kByReading) {
+    int64_t o = find(person->namePinYin(), inputNumber);
+    const char* lengths = person->nameFirst();
+    if (o < 0 || !lengths) return {};
+    // Walk the characters' reading lengths to find the characters that hold
+    // the first and the last matched byte of the full reading.
+    int64_t end = 0;
+    int64_t start = -1;
+    for (int64_t i = 0; lengths[i]; ++i) {
+      end += static_cast<unsigned char>(lengths[i]) - '0';
+      if (start < 0 && end > o) start = i;
+      if (start >= 0 && end >= o + keyLength)
+        return getShiftSpaceNameRange({start, i - start + 1}, name);
+    }
+    if (start < 0) return {};
+    return getShiftSpaceNameRange({start, 0}, name);
+  }
+  if (priority & ZVPerson::kByWords) {
+    int64_t o = find(person->nameEnglish(), inputNumber);
+    if (o < 0) return {};
+    return getShiftSpaceEnglishNameRange({o, keyLength}, name);
+  }
+  return {};
+}
+
+ZVRange ZVSearcher::getHighlightNumberRange(std::string_view number,
+                                            std::string_view inputNumber) {
+  if (number.empty() || inputNumber.empty() ||
+      inputNumber.size() >= number.size())
+    return {};
+  for (size_t s = 0; s < number.size(); ++s) {
+    if (!isDigit(number[s])) continue;
+    size_t j = s;
+    size_t k = 0;
+    for (; k < inputNumber.size(); ++k, ++j) {
+      while (j < number.size() && !isDigit(number[j])) ++j;
+      if (j == number.size()) return {};
+      if (number[j] != inputNumber[k]) break;
+    }
+    if (k < inputNumber.size()) continue;
+    if (s == 0 && j == number.size()) return {};
+    return {static_cast<int64_t>(s), static_cast<int64_t>(j - s)};
+  }
+  return {};
+}
+
+}  // namespace zv

@@ -1,0 +1,353 @@
+#include "search/address_book.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "platform/plist.h"
+#include "search/platform_schema.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+using platform::Size;
+using ui::Image;
+using ui::Pixel;
+
+const Pixel kRed{255, 0, 0, 255};
+const Pixel kBlue{0, 0, 255, 255};
+const Pixel kGrey{128, 128, 128, 255};
+
+// 1990-01-05 00:00 UTC in seconds since 2001-01-01.
+constexpr double kBirthday = 631497600.0 - 978307200.0;
+
+class AddressBookTest : public testing::SimTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(platform_schema::createDatabase(
+        root_ + platform_schema::kAddressBookPath,
+        platform_schema::Database::kAddressBook));
+    ASSERT_TRUE(platform_schema::createDatabase(
+        root_ + platform_schema::kAddressBookImagesPath,
+        platform_schema::Database::kAddressBookImages));
+  }
+
+  void exec(const char* devicePath, const std::string& sql) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open((root_ + devicePath).c_str(), &db), SQLITE_OK);
+    char* error = nullptr;
+    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error),
+              SQLITE_OK)
+        << (error ? error : "") << " in " << sql;
+    sqlite3_free(error);
+    sqlite3_close(db);
+  }
+
+  // Stores a PNG thumbnail of one colour, w x h pixels.
+  void addPicture(int recordId, int format, Pixel colour, int w = 80,
+                  int h = 80) {
+    std::string png = Image::filled(w, h, 1, colour).encodePng();
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open((root_ + platform_schema::kAddressBookImagesPath)
+                               .c_str(),
+                           &db),
+              SQLITE_OK);
+    sqlite3_stmt* insert = nullptr;
+    sqlite3_prepare_v2(db,
+                       "INSERT OR REPLACE INTO ABThumbnailImage "
+                       "(record_id, format, data) VALUES (?, ?, ?)",
+                       -1, &insert, nullptr);
+    sqlite3_bind_int(insert, 1, recordId);
+    sqlite3_bind_int(insert, 2, format);
+    sqlite3_bind_blob(insert, 3, png.data(), static_cast<int>(png.size()),
+                      SQLITE_TRANSIENT);
+    EXPECT_EQ(sqlite3_step(insert), SQLITE_DONE);
+    sqlite3_finalize(insert);
+    sqlite3_close(db);
+  }
+
+  void installPlaceholder(Pixel colour) {
+    ASSERT_TRUE(plist::writeBytesAtomically(
+        root_ + ZVAddressBook::kNullAvatarPath,
+        Image::filled(60, 60, 1, colour).encodePng()));
+  }
+
+  platform::SimProcess& launch(std::string locale = "en_US") {
+    platform::DeviceFacts facts;
+    facts.locale = std::move(locale);
+    return world_.launch("com.apple.mobilephone", facts);
+  }
+};
+
+bool filledWith(const ui::ImagePtr& image, Pixel colour) {
+  if (!image || image->empty()) return false;
+  for (int y = 0; y < image->pixelHeight(); ++y)
+    for (int x = 0; x < image->pixelWidth(); ++x)
+      if (image->pixel(x, y) != colour) return false;
+  return true;
+}
+
+TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
+  exec(platform_schema::kAddressBookPath,
+       "INSERT INTO ABPerson (ROWID, First, Organization, Department, "
+       "JobTitle, Nickname, Birthday, Note) VALUES "
+       "(1, 'Ann', 'Acme', 'R&D', 'Chemist', 'Annie', '" +
+           std::to_string(kBirthday) +
+           "', ''), (2, 'Bo', NULL, '', NULL, NULL, NULL, 'Call after six')");
+  auto& phone = launch();
+  phone.run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    EXPECT_EQ(book->getAddressBookInfo(1, 1 | 32), "Acme");
+    EXPECT_EQ(book->getAddressBookInfo(1, 63),
+              "Acme\nR&D\nChemist\nAnnie\nJanuary 5, 1990");
+    EXPECT_EQ(book->getAddressBookInfo(1, 4 | 16), "Chemist\nJanuary 5, 1990");
+    EXPECT_EQ(book->getAddressBookInfo(2, 63), "Call after six");
+    // Nothing selected that the contact has, or nothing to look up.
+    EXPECT_EQ(book->getAddressBookInfo(2, 1 | 2 | 16), std::nullopt);
+    EXPECT_EQ(book->getAddressBookInfo(1, 0), std::nullopt);
+    EXPECT_EQ(book->getAddressBookInfo(-1, 63), std::nullopt);
+    EXPECT_EQ(book->getAddressBookInfo(99, 63), std::nullopt);
+  });
+
+  // The birthday takes the device's locale.
+  auto& chinese = launch("zh_CN");
+  chinese.run([&] {
+    EXPECT_EQ(ZVAddressBook::sharedInstance()->getAddressBookInfo(1, 16),
+              "1990年1月5日");
+  });
+}
+
+TEST_F(AddressBookTest, FactsWithoutDatabaseAreNull) {
+  std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
+  launch().run([&] {
+    EXPECT_EQ(ZVAddressBook::sharedInstance()->getAddressBookInfo(1, 63),
+              std::nullopt);
+    EXPECT_FALSE(std::filesystem::exists(root_ +
+                                         platform_schema::kAddressBookPath));
+  });
+}
+
+TEST_F(AddressBookTest, PhoneLabelsAreLocalisedAndLoadedOnce) {
+  exec(platform_schema::kAddressBookPath,
+       "INSERT INTO ABMultiValueLabel (ROWID, value) VALUES "
+       "(1, '_$!<Mobile>!$_'), (2, 'Office line'), (3, '_$!<Satellite>!$_'),"
+       "(4, NULL), (5, '_$!<Home>!$_')");
+  auto& phone = launch();
+  phone.setLocalizedStrings({{"mobile", "手机"}});
+  phone.run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    EXPECT_EQ(book->getPhoneTypeLabel(1), "手机");
+    EXPECT_EQ(book->getPhoneTypeLabel(2), "Office line");
+    EXPECT_EQ(book->getPhoneTypeLabel(3), "Satellite");
+    EXPECT_EQ(book->getPhoneTypeLabel(4), std::nullopt);
+    EXPECT_EQ(book->getPhoneTypeLabel(5), "home");
+    EXPECT_EQ(book->getPhoneTypeLabel(-1), std::nullopt);
+
+    // Labels added later are seen only after an explicit reload.
+    exec(platform_schema::kAddressBookPath,
+         "INSERT INTO ABMultiValueLabel (ROWID, value) VALUES (6, 'Boat')");
+    EXPECT_EQ(book->getPhoneTypeLabel(6), std::nullopt);
+    book->loadPhoneTypeLables();
+    EXPECT_EQ(book->getPhoneTypeLabel(6), "Boat");
+  });
+}
+
+TEST_F(AddressBookTest, PictureIsTheFirstNonEmptyFormatScaledAndCached) {
+  addPicture(7, 2, kBlue);
+  addPicture(7, 1, kRed);
+  exec(platform_schema::kAddressBookImagesPath,
+       "INSERT INTO ABThumbnailImage (record_id, format, data) "
+       "VALUES (7, 0, x'')");
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    EXPECT_EQ(ZVAddressBook::getAvatarKey(12, {40, 40}),
+              "12_40.000000_40.000000");
+
+    ui::ImagePtr raw = book->getAvatar(7);
+    ASSERT_NE(raw, nullptr);
+    EXPECT_EQ(raw->size(), (Size{40, 40}));  // 80 pixels at scale 2
+    EXPECT_TRUE(filledWith(raw, kRed));
+
+    ui::ImagePtr small = book->getAvatar(7, Size{36, 36}, false);
+    ASSERT_NE(small, nullptr);
+    EXPECT_EQ(small->pixelWidth(), 72);
+    EXPECT_EQ(small->scale(), 2);
+    EXPECT_TRUE(filledWith(small, kRed));
+    EXPECT_EQ(book->getCahcedAvatar(7, {36, 36}), small);
+
+    // Served from memory: the database is not read again.
+    exec(platform_schema::kAddressBookImagesPath,
+         "DELETE FROM ABThumbnailImage");
+    EXPECT_EQ(book->getAvatar(7, Size{36, 36}, false), small);
+    EXPECT_EQ(book->getAvatar(7), nullptr);
+    EXPECT_EQ(book->getAvatar(7, Size{50, 50}, false), nullptr);
+  });
+}
+
+TEST_F(AddressBookTest, PlaceholderStandsInOnlyWhenAllowed) {
+  installPlaceholder(kGrey);
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    EXPECT_EQ(book->getAvatar(-1, Size{40, 40}, false), nullptr);
+    EXPECT_EQ(book->getAvatar(-2, Size{40, 40}, false), nullptr);
+    ui::ImagePtr placeholder = book->getAvatar(-1, Size{40, 40}, true);
+    EXPECT_TRUE(filledWith(placeholder, kGrey));
+    EXPECT_EQ(placeholder->pixelWidth(), 80);
+    EXPECT_EQ(book->getNullAvatarWithsize({40, 40}), placeholder);
+    EXPECT_EQ(book->getCahcedAvatar(-2, {40, 40}), placeholder);
+
+    // A contact without picture: null without the flag, the placeholder
+    // with it, which is then cached under the contact's own key.
+    EXPECT_EQ(book->getAvatar(8, Size{40, 40}, false), nullptr);
+    EXPECT_EQ(book->getAvatar(8, Size{40, 40}), placeholder);
+    EXPECT_EQ(book->getCahcedAvatar(8, {40, 40}), placeholder);
+    EXPECT_EQ(book->getCahcedAvatar(9, {40, 40}), nullptr);
+  });
+}
+
+TEST_F(AddressBookTest, MissingPlaceholderFileGivesATransparentPicture) {
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    ASSERT_NE(book->getNullAvatar(), nullptr);
+    EXPECT_TRUE(book->getNullAvatar()->empty());
+    ui::ImagePtr sized = book->getNullAvatarWithsize({44, 44});
+    EXPECT_TRUE(filledWith(sized, Pixel{}));
+    EXPECT_EQ(sized->pixelWidth(), 88);
+  });
+}
+
+TEST_F(AddressBookTest, RemovingAContactDropsOnlyTheListSizes) {
+  installPlaceholder(kGrey);
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    for (double side : {36.0, 40.0, 44.0, 50.0, 60.0})
+      book->getAvatar(5, Size{side, side});
+    book->getAvatar(6, Size{40, 40});
+    EXPECT_EQ(book->cachedAvatarCount(), 7u);  // 6 entries plus -1 at 5 sizes
+    // The picture appears later; the cached placeholder hides it until the
+    // contact's entries are dropped.
+    addPicture(5, 0, kRed);
+    EXPECT_TRUE(filledWith(book->getAvatar(5, Size{40, 40}), kGrey));
+    book->removeCachedAvatar(5);
+    for (double side : {36.0, 40.0, 44.0, 50.0})
+      EXPECT_TRUE(filledWith(book->getAvatar(5, Size{side, side}), kRed));
+    EXPECT_TRUE(filledWith(book->getAvatar(5, Size{60, 60}), kGrey));
+    EXPECT_NE(book->getCahcedAvatar(6, {40, 40}), nullptr);
+  });
+}
+
+TEST_F(AddressBookTest, TheFiveHundredthPictureEmptiesTheCacheFirst) {
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    auto picture = std::make_shared<const Image>(Image::filled(4, 4, 2, kRed));
+    for (int id = 1; id < 500; ++id)
+      ASSERT_NE(book->setCacheAvatar(id, picture, {10, 10}), nullptr);
+    EXPECT_EQ(book->cachedAvatarCount(), 499u);
+    // Storing an entry that is already there does not count.
+    book->setCacheAvatar(1, picture, {10, 10});
+    EXPECT_EQ(book->cachedAvatarCount(), 499u);
+    book->setCacheAvatar(500, picture, {10, 10});
+    EXPECT_EQ(book->cachedAvatarCount(), 1u);
+    EXPECT_NE(book->getCahcedAvatar(500, {10, 10}), nullptr);
+    EXPECT_EQ(book->getCahcedAvatar(1, {10, 10}), nullptr);
+    EXPECT_EQ(book->setCacheAvatar(501, nullptr, {10, 10}), nullptr);
+  });
+}
+
+TEST_F(AddressBookTest, OwnPictureComesFromMyInfoAndIsLookedForOnce) {
+  ASSERT_TRUE(plist::writeFile(root_ + "/var/mobile/Library/Preferences/"
+                                       "zorvel.plist",
+                               Value(Dict{{"MyInfo", Value(3)}})));
+  addPicture(3, 0, kBlue, 120, 60);
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    ui::ImagePtr mine = book->getMyAvatarWithSize({28, 28});
+    ASSERT_NE(mine, nullptr);
+    EXPECT_EQ(mine->pixelWidth(), 56);
+    EXPECT_TRUE(filledWith(mine, kBlue));
+    EXPECT_EQ(book->getCahcedAvatar(ZVAddressBook::kMyAvatarId, {28, 28}),
+              mine);
+    EXPECT_EQ(book->getMyAvatar()->pixelWidth(), 120);  // unscaled
+  });
+
+  auto& other = launch();
+  ASSERT_TRUE(plist::writeFile(root_ + "/var/mobile/Library/Preferences/"
+                                       "zorvel.plist",
+                               Value(Dict{{"MyInfo", Value(4)}})));
+  other.run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    EXPECT_EQ(book->getMyAvatarWithSize({28, 28}), nullptr);
+    addPicture(4, 0, kBlue);
+    EXPECT_EQ(book->getMyAvatarWithSize({28, 28}), nullptr);
+  });
+}
+
+class FakePerson : public ABPersonRecord {
+ public:
+  FakePerson(int32_t id, std::string data) : id_(id), data_(std::move(data)) {}
+  int32_t recordId() const override { return id_; }
+  bool hasImageData() const override { return !data_.empty(); }
+  std::string copyImageData(int format) const override {
+    return format == platform_schema::kThumbnailFormat ? data_ : "";
+  }
+
+ private:
+  int32_t id_;
+  std::string data_;
+};
+
+TEST_F(AddressBookTest, PersonRecordSuppliesIdAndPicture) {
+  installPlaceholder(kGrey);
+  addPicture(11, 0, kBlue);  // ignored: the record's own data wins
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    FakePerson withPicture(11, Image::filled(8, 8, 1, kRed).encodePng());
+    EXPECT_TRUE(
+        filledWith(book->getAvatar(-1, &withPicture, {44, 44}, false), kRed));
+    EXPECT_NE(book->getCahcedAvatar(11, {44, 44}), nullptr);
+
+    FakePerson corrupt(12, "not a picture");
+    EXPECT_EQ(book->getAvatar(0, &corrupt, {44, 44}, false), nullptr);
+    EXPECT_TRUE(filledWith(book->getAvatar(0, &corrupt, {44, 44}, true), kGrey));
+    FakePerson nobody(-1, "");
+    EXPECT_EQ(book->getAvatar(5, &nobody, {44, 44}, false), nullptr);
+  });
+}
+
+// Lists load pictures on background queues while the main thread reads the
+// cache; run under ThreadSanitizer this catches unguarded cache access.
+TEST_F(AddressBookTest, CacheIsSafeFromSeveralThreads) {
+  installPlaceholder(kGrey);
+  for (int id = 1; id <= 12; ++id)
+    addPicture(id, 0, id % 2 ? kRed : kBlue, 40 + id, 40);
+  auto& phone = launch();
+  auto book = phone.run([] { return ZVAddressBook::sharedInstance(); });
+  std::atomic<int> wrong{0};
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back([&, t] {
+      platform::Process::Scope scope(phone.context());
+      auto picture =
+          std::make_shared<const Image>(Image::filled(6, 6, 2, kBlue));
+      for (int i = 0; i < 300; ++i) {
+        const int id = 1 + (i + t) % 14;  // 13 and 14 have no picture
+        const double side = (i % 3 == 0) ? 36 : 40;
+        ui::ImagePtr image = book->getAvatar(id, Size{side, side});
+        if (!image || image->pixelWidth() != side * 2) ++wrong;
+        if (i % 7 == t) book->removeCachedAvatar(id);
+        if (i % 11 == 0) book->setCacheAvatar(1000 + i * 4 + t, picture, {9, 9});
+        if (book->getMyAvatarWithSize({20, 20})) ++wrong;  // MyInfo is -1
+        book->getPhoneTypeLabel(1);
+      }
+    });
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(wrong.load(), 0);
+  EXPECT_LT(book->cachedAvatarCount(), ZVAddressBook::kAvatarCacheLimit);
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,118 @@
+// Device fixtures for the search tests: the platform's address-book and
+// call-history databases filled with hand-made rows, settings, reading
+// tables and cache files under a fresh simulated device root.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/plist.h"
+#include "search/platform_schema.h"
+#include "search/searcher.h"
+#include "sim_fixture.h"
+
+namespace zv::testing {
+
+struct Contact {
+  int id;
+  const char* first;
+  const char* last;
+  const char* organization;
+  std::vector<std::string> numbers;
+  int label = 1;
+};
+
+class SearchTest : public SimTest {
+ protected:
+  // Runs SQL on a database file under the root, creating its tables.
+  void execSql(const char* devicePath, platform_schema::Database which,
+               const std::string& sql) {
+    std::string file = root_ + devicePath;
+    ASSERT_TRUE(platform_schema::createDatabase(file, which));
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
+    char* error = nullptr;
+    int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error);
+    EXPECT_EQ(rc, SQLITE_OK) << (error ? error : "");
+    sqlite3_free(error);
+    sqlite3_close(db);
+  }
+
+  static std::string quote(const char* text) {
+    if (!text) return "NULL";
+    std::string out = "'";
+    for (const char* p = text; *p; ++p) {
+      if (*p == '\'') out += '\'';
+      out += *p;
+    }
+    return out + "'";
+  }
+
+  void writeContacts(const std::vector<Contact>& contacts) {
+    std::string sql = "BEGIN;";
+    for (const auto& c : contacts) {
+      sql += "INSERT INTO ABPerson(ROWID,First,Last,Organization) VALUES(" +
+             std::to_string(c.id) + "," + quote(c.first) + "," + quote(c.last) +
+             "," + quote(c.organization) + ");";
+      for (const auto& n : c.numbers)
+        sql +=
+            "INSERT INTO ABMultiValue(record_id,property,label,value) "
+            "VALUES(" +
+            std::to_string(c.id) + ",3," + std::to_string(c.label) + "," +
+            quote(n.c_str()) + ");";
+    }
+    sql += "COMMIT;";
+    execSql(platform_schema::kAddressBookPath,
+            platform_schema::Database::kAddressBook, sql);
+  }
+
+  // Recent calls, newest last in `numbers` (dates increase).
+  void writeCalls(const std::vector<std::string>& numbers, bool store = true) {
+    std::string sql = "BEGIN;";
+    int date = 1000;
+    for (const auto& n : numbers) {
+      sql += store ? "INSERT INTO ZCALLRECORD(ZADDRESS,ZDATE) VALUES("
+                   : "INSERT INTO call(address,date) VALUES(";
+      sql += quote(n.c_str()) + "," + std::to_string(date++) + ");";
+    }
+    sql += "COMMIT;";
+    execSql(store ? platform_schema::kCallHistoryStorePath
+                  : platform_schema::kCallHistoryDbPath,
+            store ? platform_schema::Database::kCallHistoryStore
+                  : platform_schema::Database::kCallHistoryDb,
+            sql);
+  }
+
+  void writeSettings(const Dict& settings) {
+    ASSERT_TRUE(
+        plist::writeFile(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                         Value(settings)));
+  }
+
+  void writeTable(const std::string& text,
+                  const std::string& name = "PinYin.txt") {
+    writeDeviceFile("/Library/Zorvel/Table/" + name, text);
+  }
+
+  void writeCache(const std::string& text) {
+    writeDeviceFile(ZVSearcher::kCachePath, text);
+  }
+
+  // Names of the results, in order.
+  static std::vector<std::string> names(const ZVSearcher& s) {
+    std::vector<std::string> out;
+    for (const auto& p : s.results()) out.push_back(p->getNameFull());
+    return out;
+  }
+
+  platform::SimProcess& phone() {
+    if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
+    return *phone_;
+  }
+
+  platform::SimProcess* phone_ = nullptr;
+};
+
+}  // namespace zv::testing
