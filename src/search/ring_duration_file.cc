@@ -1,0 +1,70 @@
+#include "search/ring_duration_file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "platform/plist.h"
+#include "platform/value.h"
+
+namespace zv::ring_duration_file {
+namespace {
+
+// Holds an exclusive flock on "<path>.lock" for its lifetime. The lock file
+// is never removed: deleting it while another process waits on it would
+// let a third process lock a new file and run at the same time.
+class FileLock {
+ public:
+  explicit FileLock(const std::string& path) {
+    std::error_code ec;
+    std::filesystem::create_directories(
+        std::filesystem::path(path).parent_path(), ec);
+    fd_ = ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (fd_ < 0) return;
+    while (::flock(fd_, LOCK_EX) != 0) {
+      if (errno != EINTR) {
+        ::close(fd_);
+        fd_ = -1;
+        return;
+      }
+    }
+  }
+  ~FileLock() {
+    if (fd_ >= 0) ::close(fd_);  // closing releases the lock
+  }
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  bool held() const { return fd_ >= 0; }
+
+ private:
+  int fd_ = -1;
+};
+
+}  // namespace
+
+bool storeFirst(const std::string& path, const std::string& key,
+                int64_t seconds) {
+  FileLock lock(path);
+  if (!lock.held()) return false;
+  Dict durations = plist::readDictionary(path).value_or(Dict{});
+  auto it = durations.find(key);
+  if (it != durations.end() && it->second.longLongValue() != 0) return false;
+  durations[key] = Value(seconds);
+  return plist::writeFile(path, Value(std::move(durations)));
+}
+
+bool remove(const std::string& path, const std::vector<std::string>& keys) {
+  FileLock lock(path);
+  if (!lock.held()) return false;
+  std::optional<Dict> durations = plist::readDictionary(path);
+  if (!durations) return false;
+  size_t removed = 0;
+  for (const std::string& key : keys) removed += durations->erase(key);
+  if (removed == 0) return false;
+  return plist::writeFile(path, Value(std::move(*durations)));
+}
+
+}  // namespace zv::ring_duration_file
