@@ -92,6 +92,15 @@ class ZVSettings {
     object->init();
     return object;
   }
+  // A loaded T that stays out of the change machinery: no registry, no
+  // subscription. For one-shot readers such as listings, which must not
+  // leave a listener behind on the device.
+  template <typename T>
+  static std::shared_ptr<T> makeUnobserved() {
+    std::shared_ptr<T> object(new T());
+    object->reloadSettings();
+    return object;
+  }
   virtual ~ZVSettings();
   ZVSettings(const ZVSettings&) = delete;
   ZVSettings& operator=(const ZVSettings&) = delete;

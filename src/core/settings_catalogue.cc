@@ -47,11 +47,11 @@ ZV_DEFINE_SETTINGS_CLASS(ZVControlCenterSettings, ZVGeneralSettings,
 #undef ZV_DEFINE_SETTINGS_CLASS
 
 std::vector<std::shared_ptr<ZVSettings>> makeSettingsCatalogue() {
-  return {ZVSettings::make<ZVGeneralSettings>(),
-          ZVSettings::make<ZVPhoneSettings>(),
-          ZVSettings::make<ZVSMSSettings>(),
-          ZVSettings::make<ZVIncomingCallSettings>(),
-          ZVSettings::make<ZVControlCenterSettings>()};
+  return {ZVSettings::makeUnobserved<ZVGeneralSettings>(),
+          ZVSettings::makeUnobserved<ZVPhoneSettings>(),
+          ZVSettings::makeUnobserved<ZVSMSSettings>(),
+          ZVSettings::makeUnobserved<ZVIncomingCallSettings>(),
+          ZVSettings::makeUnobserved<ZVControlCenterSettings>()};
 }
 
 }  // namespace zv

@@ -65,8 +65,9 @@ ZV_FEATURE_SETTINGS_CLASS(ZVControlCenterSettings,
 
 #undef ZV_FEATURE_SETTINGS_CLASS
 
-// A fresh, unregistered object of every settings class with keys, in
-// catalogue order (general first), for listing.
+// A fresh, loaded object of every settings class with keys, in catalogue
+// order (general first), for listing; none of them is registered or
+// subscribed to change notifications.
 std::vector<std::shared_ptr<ZVSettings>> makeSettingsCatalogue();
 
 }  // namespace zv

@@ -1,0 +1,136 @@
+// `zorvel settings` run as a program on a temporary device root.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+
+#include "platform/plist.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct RunResult {
+  int status = -1;
+  std::string out, err;
+};
+
+class SettingsCliTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!fs::exists(binary_)) GTEST_SKIP() << "build the zorvel target first";
+  }
+  void TearDown() override { fs::remove_all(root_); }
+
+  RunResult run(const std::string& args) {
+    const std::string errPath = root_ + ".stderr";
+    std::string command = "'" + binary_ + "' settings --root '" + root_ + "' " +
+                          args + " 2>'" + errPath + "'";
+    RunResult result;
+    FILE* pipe = popen(command.c_str(), "r");
+    char buf[4096];
+    size_t n;
+    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) result.out.append(buf, n);
+    int status = pclose(pipe);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    std::ifstream err(errPath);
+    std::stringstream text;
+    text << err.rdbuf();
+    result.err = text.str();
+    fs::remove(errPath);
+    return result;
+  }
+
+  const nlohmann::json* find(const nlohmann::json& doc, std::string_view cls,
+                             std::string_view key) {
+    for (const auto& c : doc["classes"])
+      if (c["class"] == cls)
+        for (const auto& k : c["keys"])
+          if (k["key"] == key) return &k;
+    return nullptr;
+  }
+
+  std::string settingsPath() const {
+    return root_ + "/var/mobile/Library/Preferences/zorvel.plist";
+  }
+
+  std::string binary_ = ZV_BINARY_DIR "/zorvel";
+  std::string root_ = testing::freshRoot();
+};
+
+TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
+  ASSERT_TRUE(plist::writeFile(settingsPath(),
+                               Value(Dict{{"MyInfo", 3},
+                                          {"ConnectedVibrateIntensity", "0.8"},
+                                          {"ControlCenterHome", 2}})));
+  auto result = run("--json");
+  ASSERT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.err, "");
+  auto doc = nlohmann::json::parse(result.out);
+  EXPECT_EQ(doc["fileStatus"], "loaded");
+
+  std::vector<std::string> classes;
+  for (const auto& c : doc["classes"]) classes.push_back(c["class"]);
+  EXPECT_EQ(classes,
+            (std::vector<std::string>{"ZVGeneralSettings", "ZVPhoneSettings",
+                                      "ZVSMSSettings", "ZVIncomingCallSettings",
+                                      "ZVControlCenterSettings"}));
+
+  const auto* myInfo = find(doc, "ZVGeneralSettings", "MyInfo");
+  ASSERT_TRUE(myInfo);
+  EXPECT_EQ((*myInfo)["value"], 3);
+  EXPECT_EQ((*myInfo)["default"], -1);
+  EXPECT_EQ((*myInfo)["source"], "file");
+  const auto* intensity =
+      find(doc, "ZVIncomingCallSettings", "ConnectedVibrateIntensity");
+  ASSERT_TRUE(intensity);
+  EXPECT_EQ((*intensity)["value"], 0.8);
+  EXPECT_EQ((*intensity)["default"], 0.3);
+  const auto* area = find(doc, "ZVGeneralSettings", "AreaDatabase");
+  ASSERT_TRUE(area);
+  EXPECT_EQ((*area)["value"], "China");
+  EXPECT_EQ((*area)["source"], "default");
+  // Feature classes list only the keys they add.
+  EXPECT_EQ(find(doc, "ZVPhoneSettings", "MyInfo"), nullptr);
+  EXPECT_EQ(
+      (*find(doc, "ZVControlCenterSettings", "ControlCenterHome"))["value"], 2);
+}
+
+TEST_F(SettingsCliTest, UnparsableFileWarnsOnceAndWritesNothing) {
+  fs::create_directories(fs::path(settingsPath()).parent_path());
+  std::ofstream(settingsPath()) << "<?xml version=\"1.0\"?><plist><dict>";
+  auto before = fs::last_write_time(settingsPath());
+
+  auto result = run("");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "zorvel: settings file " + settingsPath() +
+                            " does not parse; showing defaults\n");
+  EXPECT_NE(result.out.find("AreaDatabase"), std::string::npos);
+  EXPECT_NE(result.out.find("\"China\""), std::string::npos);
+  EXPECT_EQ(result.out.find("file (default"), std::string::npos);
+
+  EXPECT_EQ(fs::last_write_time(settingsPath()), before);
+  size_t entries = 0;
+  for (const auto& e : fs::recursive_directory_iterator(root_))
+    entries += e.is_regular_file() || e.is_socket();
+  EXPECT_EQ(entries, 1u);
+}
+
+TEST_F(SettingsCliTest, MissingRootIsAnError) {
+  const std::string root = root_;
+  root_ += "/absent";
+  auto result = run("");
+  root_ = root;
+  EXPECT_NE(result.status, 0);
+  EXPECT_NE(result.err.find("device root not found"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,148 @@
+// zorvel settings: the effective value of every settings key on a device,
+// grouped by settings class, and whether it came from the settings file or
+// the built-in default. Reads only; nothing is written to the device.
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "core/settings_catalogue.h"
+#include "platform/platform.h"
+#include "platform/plist.h"
+#include "tools/zorvel/command.h"
+
+namespace zv::cli {
+namespace {
+
+// The shortest text that reads back as the same float ("0.3", not
+// "0.300000011920929").
+std::string floatText(double value) {
+  const float f = static_cast<float>(value);
+  char buf[32];
+  for (int precision = 1; precision <= 9; ++precision) {
+    std::snprintf(buf, sizeof buf, "%.*g", precision, f);
+    if (std::strtof(buf, nullptr) == f) break;
+  }
+  return buf;
+}
+
+std::string plainText(const SettingInfo& info, const Value& value) {
+  if (info.type == "boolean") return value.boolValue() ? "true" : "false";
+  if (info.type == "float") return floatText(value.doubleValue());
+  if (info.type == "string")
+    return nlohmann::ordered_json(value.stringValue()).dump();
+  return value.stringValue();
+}
+
+nlohmann::ordered_json jsonValue(const SettingInfo& info, const Value& value) {
+  if (info.type == "boolean") return value.boolValue();
+  if (info.type == "integer") return value.intValue();
+  if (info.type == "float")
+    return std::strtod(floatText(value.doubleValue()).c_str(), nullptr);
+  return value.stringValue();
+}
+
+// One class and the keys it lists: the general class shows the shared keys,
+// each feature class only the keys it adds on top of them.
+struct ClassListing {
+  std::string name;
+  std::vector<SettingInfo> keys;
+};
+
+std::vector<ClassListing> listing() {
+  auto catalogue = makeSettingsCatalogue();
+  const size_t shared = catalogue.front()->describe().size();
+  std::vector<ClassListing> out;
+  for (size_t i = 0; i < catalogue.size(); ++i) {
+    auto keys = catalogue[i]->describe();
+    keys.erase(keys.begin(), keys.begin() + (i == 0 ? 0 : shared));
+    out.push_back(ClassListing{catalogue[i]->className(), std::move(keys)});
+  }
+  return out;
+}
+
+void printPlain(const std::vector<ClassListing>& classes,
+                const std::string& file, const char* status) {
+  size_t keyWidth = 0;
+  for (const auto& c : classes)
+    for (const auto& k : c.keys) keyWidth = std::max(keyWidth, k.key.size());
+  std::printf("settings file %s (%s)\n", file.c_str(), status);
+  for (const auto& c : classes) {
+    std::printf("\n%s\n", c.name.c_str());
+    for (const auto& k : c.keys) {
+      std::string source = "default";
+      if (k.fromFile)
+        source = "file (default " + plainText(k, k.defaultValue) + ")";
+      std::printf("  %-*s  %-7s  %-14s  %s\n", static_cast<int>(keyWidth),
+                  k.key.c_str(), k.type.c_str(), plainText(k, k.value).c_str(),
+                  source.c_str());
+    }
+  }
+}
+
+void printJson(const std::vector<ClassListing>& classes,
+               const std::string& file, const char* status) {
+  nlohmann::ordered_json doc = {{"file", file}, {"fileStatus", status}};
+  auto& list = doc["classes"] = nlohmann::ordered_json::array();
+  for (const auto& c : classes) {
+    nlohmann::ordered_json keys = nlohmann::ordered_json::array();
+    for (const auto& k : c.keys)
+      keys.push_back({{"key", k.key},
+                      {"type", k.type},
+                      {"value", jsonValue(k, k.value)},
+                      {"default", jsonValue(k, k.defaultValue)},
+                      {"source", k.fromFile ? "file" : "default"}});
+    list.push_back({{"class", c.name}, {"keys", std::move(keys)}});
+  }
+  std::cout << doc.dump(2) << "\n";
+}
+
+struct Options {
+  std::string root;
+  bool json = false;
+};
+
+void run(const Options& options) {
+  applyRoot(options.root);
+  const std::string file = platform::current().path(ZVSettings::kPath);
+  const char* status = "missing";
+  if (std::filesystem::exists(file)) {
+    if (plist::readDictionary(file)) {
+      status = "loaded";
+    } else {
+      status = "unparsable";
+      std::fprintf(stderr,
+                   "zorvel: settings file %s does not parse; showing "
+                   "defaults\n",
+                   file.c_str());
+    }
+  }
+  auto classes = listing();
+  if (options.json)
+    printJson(classes, file, status);
+  else
+    printPlain(classes, file, status);
+}
+
+Registration reg([](CLI::App& app) {
+  auto options = std::make_shared<Options>();
+  auto* cmd = app.add_subcommand(
+      "settings",
+      "Show every settings key of the device with its effective value and "
+      "whether it comes from the settings file or the default. "
+      "ZVGeneralSettings "
+      "lists the shared keys; each feature class lists the keys it adds. A "
+      "settings file that does not parse is reported on stderr and the "
+      "defaults are shown (exit status 0, as the extension itself would run "
+      "on defaults). Nothing is written.");
+  addRootOption(*cmd, options->root);
+  cmd->add_flag("--json", options->json,
+                "print one JSON document {file, fileStatus, classes}");
+  cmd->callback([options] { run(*options); });
+});
+
+}  // namespace
+}  // namespace zv::cli
