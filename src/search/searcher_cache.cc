@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstdlib>
 #include <limits>
 
 #include "platform/plist.h"
@@ -42,6 +40,8 @@ int32_t leadingInt(std::string_view text) {
 }
 
 void readLine(std::string_view line, ZVSearcher::PersonList& out) {
+  // The line's own newline ends it; it does not open an empty last field.
+  if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
   std::array<std::string_view, kMaxPieces> pieces;
   int count = 0;
   size_t start = 0;

@@ -1,0 +1,73 @@
+#include "search/searcher_cache.h"
+
+#include <gtest/gtest.h>
+
+namespace zv {
+namespace {
+
+TEST(CacheFileTest, LinesRoundTrip) {
+  ZVPerson p;
+  p.setRecordId(12);
+  p.setPhoneType(-1);
+  p.setNameLength(3);
+  p.setNameJianPin("996464");
+  p.setNamePinYin("9426494266464");
+  p.setNameEnglish("9");
+  p.setNameFirst("544");
+  p.setNameFull("张小明");
+  // No number: written as "(null)", which filters to "".
+  std::string text = formatCacheLine(p);
+  EXPECT_EQ(text, "12\t-1\t3\t996464\t9426494266464\t9\t544\t(null)\t张小明\n");
+
+  ZVPerson empty;  // empty name forms keep their fields
+  empty.setRecordId(7);
+  empty.setNameJianPin("");
+  empty.setNamePinYin("");
+  empty.setNameEnglish("");
+  empty.setNameFirst("");
+  empty.setNameFull("");
+  empty.setPhoneNumber("555");
+  text += formatCacheLine(empty);
+
+  ZVSearcher::PersonList out;
+  readPersonsCache(text, out);
+  ASSERT_EQ(out.size(), 2u);
+  EXPECT_EQ(out[0]->recordId(), 12);
+  EXPECT_EQ(out[0]->phoneType(), -1);
+  EXPECT_EQ(out[0]->nameLength(), 3);
+  EXPECT_EQ(out[0]->getNameFirst(), "544");
+  EXPECT_EQ(out[0]->getPhoneNumber(), "");
+  EXPECT_EQ(out[0]->getNameFull(), "张小明");
+  EXPECT_EQ(out[1]->getPhoneNumber(), "555");
+  EXPECT_EQ(out[1]->getNameFull(), "");
+}
+
+TEST(CacheFileTest, MalformedLines) {
+  ZVSearcher::PersonList out;
+  // Eight fields, blank lines, a lone tab run: skipped.
+  readPersonsCache("1\t2\t3\t4\t5\t6\t7\t8\n\n\t\t\n", out);
+  EXPECT_TRUE(out.empty());
+  // Extra fields are ignored; numbers read as their leading integer,
+  // clamped; the number is filtered again; the last line needs no newline.
+  readPersonsCache("x\t99999999999\t-4z\tj\tp\te\tf\t1-2\tname\textra\tmore",
+                   out);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_EQ(out[0]->recordId(), 0);
+  EXPECT_EQ(out[0]->phoneType(), 2147483647);
+  EXPECT_EQ(out[0]->nameLength(), -4);
+  EXPECT_EQ(out[0]->getPhoneNumber(), "12");
+  EXPECT_EQ(out[0]->getNameFull(), "name");
+  // A NUL ends a line; a line longer than 2047 bytes is read in pieces.
+  out.clear();
+  readPersonsCache(std::string("1\t1\t1\tj\tp\te\tf\t1\tn\0ame\n", 23), out);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_EQ(out[0]->getNameFull(), "n");
+  out.clear();
+  readPersonsCache("1\t1\t1\tj\tp\te\tf\t1\t" + std::string(3000, 'n') + "\n",
+                   out);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_EQ(out[0]->getNameFull().size(), 2047u - 16u);
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "core/settings.h"
+#include "search/searcher.h"
+#include "search_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+class SearcherLoadTest : public SearchTest {
+ protected:
+  std::string readCache() {
+    std::ifstream in(root_ + ZVSearcher::kCachePath, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+  }
+  bool storedFlag() {
+    return phone().run([] {
+      return ZVSearcher::getBoolSettingsForKey(ZVSearcher::kChangedKey);
+    });
+  }
+};
+
+TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
+  writeTable("94264=张\n9426=小\n6464=明\n");
+  writeContacts({{1, "Al", "B", nullptr, {"+86 (10) 8888-9999"}},
+                 {2, "Li", "Na", "Acme", {"1", "2", "3"}, 7},
+                 {3, "小明", "张", nullptr, {"138 0000 1111"}},
+                 {4, nullptr, nullptr, "Acme", {}}});
+  phone().deviceFacts().nameOrderLastFirst = true;  // the system's order
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 5u);
+    // Newest record first; one person per number.
+    const auto& p = s->persons();
+    EXPECT_EQ(p[0]->getNameFull(), "张小明");
+    EXPECT_EQ(p[0]->getNameJianPin(), "996464");
+    EXPECT_EQ(p[0]->getPhoneNumber(), "13800001111");
+    for (int i = 1; i <= 3; ++i) {
+      EXPECT_EQ(p[i]->getNameFull(), "Na Li");
+      EXPECT_EQ(p[i]->recordId(), 2);
+      EXPECT_EQ(p[i]->phoneType(), 7);
+      EXPECT_EQ(p[i]->getNameJianPin(), "6254");
+    }
+    EXPECT_EQ(p[4]->getNameFull(), "BAl");
+    EXPECT_EQ(p[4]->getPhoneNumber(), "+861088889999");
+    EXPECT_EQ(s->personsDict().at("2"), p[2]);
+    EXPECT_EQ(s->t9hash(), nullptr);  // only held while encoding
+    EXPECT_FALSE(s->isAddressBookChanged());
+  });
+  // The cache holds the same persons, one line each.
+  std::string cache = readCache();
+  EXPECT_EQ(std::count(cache.begin(), cache.end(), '\n'), 5);
+  EXPECT_NE(cache.find("3\t1\t3\t996464\t9426494266464\t9\t544\t13800001111\t"
+                       "张小明\n"),
+            std::string::npos);
+}
+
+TEST_F(SearcherLoadTest, NameOrderAndCompanySettings) {
+  writeSettings({{"DialerNameOrder", 2}, {"DialerCompany", true}});
+  writeContacts({{1, "John", "Smith", "Acme", {"1"}},
+                 {2, nullptr, nullptr, "Solo Ltd", {"2"}}});
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 2u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Solo Ltd");
+    EXPECT_EQ(s->persons()[1]->getNameFull(), "Smith John Acme");
+  });
+}
+
+TEST_F(SearcherLoadTest, CacheIsUsedUntilTheAddressBookChanges) {
+  writeContacts({{1, "Ann", "Lee", nullptr, {"100"}}});
+  phone().run([&] { ZVSearcher::sharedInstance(); });
+  // The database goes away: a second process still finds the contact in
+  // the cache.
+  std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
+  auto& contacts = world_.launch("com.apple.MobileAddressBook");
+  auto& other = world_.launch("com.apple.mobilephone");
+  other.run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 1u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann Lee");
+    EXPECT_EQ(s->persons()[0]->getNameJianPin(), "266533");
+  });
+
+  // A change in another process: the flag is set in memory at once and
+  // stored 1.0 s after the last of a burst.
+  writeContacts({{2, "Bo", "Wu", nullptr, {"200"}}});
+  contacts.run([&] {
+    platform::current().post(platform::kAddressBookExternalChangeNotification);
+  });
+  world_.advance(0);
+  other.run(
+      [&] { EXPECT_TRUE(ZVSearcher::sharedInstance()->addressBookChanged()); });
+  world_.advance(0.6);
+  contacts.run([&] {
+    platform::current().post(platform::kAddressBookExternalChangeNotification);
+  });
+  world_.advance(0.6);
+  EXPECT_FALSE(storedFlag());
+  world_.advance(0.5);
+  EXPECT_TRUE(storedFlag());
+
+  // Reloading reads the database again and clears both halves of the flag.
+  other.run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    EXPECT_TRUE(s->isAddressBookChanged());
+    s->loadData();
+    ASSERT_EQ(s->persons().size(), 1u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Bo Wu");
+    EXPECT_FALSE(s->isAddressBookChanged());
+  });
+}
+
+TEST_F(SearcherLoadTest, TableChangeForcesReencoding) {
+  writeTable("1=张\n");
+  writeContacts({{1, "张", nullptr, nullptr, {"100"}}});
+  ASSERT_TRUE(plist::writeFile(root_ + ZVSearcher::kDefaultPriorityPath,
+                               Value(Dict{{"110", Value("Police")}})));
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    EXPECT_EQ(s->persons()[0]->getNameJianPin(), "1");
+    ASSERT_TRUE(s->priorityDict().has_value());
+  });
+  // The user's overlay corrects the reading.
+  ASSERT_TRUE(plist::writeFile(root_ + ZVSearcher::kUserTablePath,
+                               Value(Dict{{"94264", Value("张")}})));
+  phone().run(
+      [&] { platform::current().post(ZVSearcher::kT9ChangedNotification); });
+  world_.advance(0);
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    EXPECT_TRUE(s->isAddressBookChanged());
+    EXPECT_FALSE(s->priorityDict().has_value());
+    s->loadData();
+    EXPECT_EQ(s->persons()[0]->getNameJianPin(), "94264");
+    EXPECT_TRUE(s->priorityDict().has_value());
+  });
+}
+
+TEST_F(SearcherLoadTest, PropertyListTableAndMissingTable) {
+  writeSettings({{"DialerT9Database", "Mine.plist"}});
+  ASSERT_TRUE(plist::writeFile(root_ + "/Library/Zorvel/T9/Mine.plist",
+                               Value(Dict{{"6464", Value("明")}})));
+  writeContacts(
+      {{1, "明", "x", nullptr, {"1"}}, {2, "张", nullptr, nullptr, {"2"}}});
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 2u);
+    EXPECT_EQ(s->persons()[0]->getNameJianPin(), "*");  // no reading
+    EXPECT_EQ(s->persons()[1]->getNameJianPin(), "69");
+  });
+}
+
+TEST_F(SearcherLoadTest, BadCacheAndDatabaseGiveEmptyLists) {
+  // Lines with fewer than nine fields are skipped; a cache without a usable
+  // line falls back to the database.
+  writeCache("1\t2\t3\t4\t5\t6\t7\t8\n\n\t\t\n");
+  writeContacts({{1, "Ann", nullptr, nullptr, {"5"}}});
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 1u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann");
+  });
+  world_.terminate(phone());
+  phone_ = nullptr;
+
+  // A corrupt database and no cache: nothing, and nothing crashes.
+  std::filesystem::remove(root_ + ZVSearcher::kCachePath);
+  writeDeviceFile(platform_schema::kAddressBookPath, std::string(4096, 'x'));
+  writeDeviceFile(platform_schema::kCallHistoryStorePath, "garbage");
+  writeDeviceFile(ZVSearcher::kPriorityPath, "garbage");
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    EXPECT_TRUE(s->persons().empty());
+    EXPECT_TRUE(s->callHistory().empty());
+    EXPECT_FALSE(s->priorityDict().has_value());
+    EXPECT_EQ(s->search("1"), 0u);
+  });
+  EXPECT_EQ(readCache(), "");
+}
+
+TEST_F(SearcherLoadTest, CallHistoryOfBothPlatformGenerations) {
+  writeCache("5\t1\t1\t2\t2\t2\t1\t13800001111\tAnn\n");
+  writeCalls({"+86 999", "138-0000-1111", "", "abc"}, /*store=*/false);
+  writeCalls({"10086"}, /*store=*/true);
+  platform::DeviceFacts old;
+  old.systemVersion = "7.1";
+  auto& seven = world_.launch("com.apple.mobilephone", old);
+  seven.run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->callHistory().size(), 2u);  // "" and letters are skipped
+    EXPECT_EQ(s->callHistory()[0], s->persons()[0]);
+    EXPECT_EQ(s->callHistory()[1]->recordId(), -2);
+    EXPECT_EQ(s->callHistory()[1]->priority(), 1);
+    EXPECT_EQ(s->callHistory()[1]->getPhoneNumber(), "+86999");
+    EXPECT_EQ(s->callHistory()[1]->getNameFull(), "");
+  });
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->callHistory().size(), 1u);
+    EXPECT_EQ(s->callHistory()[0]->getPhoneNumber(), "10086");
+  });
+}
+
+}  // namespace
+}  // namespace zv::testing
