@@ -4,11 +4,11 @@
 
 namespace zv::ui {
 
-void UIButton::setImage(std::shared_ptr<Image> image, int state) {
+void UIButton::setImage(ImagePtr image, int state) {
   images_[state] = std::move(image);
 }
 
-std::shared_ptr<Image> UIButton::image(int state) const {
+ImagePtr UIButton::image(int state) const {
   auto it = images_.find(state);
   if (it != images_.end() && it->second) return it->second;
   if (state != kStateNormal) return image(kStateNormal);

@@ -23,8 +23,8 @@ class UIButton : public UIView {
   static constexpr const char* kClassName = "UIButton";
   explicit UIButton(rt::Class* isa) : UIView(isa) {}
 
-  void setImage(std::shared_ptr<Image> image, int state = kStateNormal);
-  std::shared_ptr<Image> image(int state = kStateNormal) const;
+  void setImage(ImagePtr image, int state = kStateNormal);
+  ImagePtr image(int state = kStateNormal) const;
   void setTitle(std::string title, int state = kStateNormal);
   std::string title(int state = kStateNormal) const;
 
@@ -39,7 +39,7 @@ class UIButton : public UIView {
   void sizeToFit() override;
 
  private:
-  std::map<int, std::shared_ptr<Image>> images_;
+  std::map<int, ImagePtr> images_;
   std::map<int, std::string> titles_;
   std::vector<std::pair<int, Action>> targets_;
 };

@@ -58,11 +58,11 @@ class UIImageView : public UIView {
  public:
   static constexpr const char* kClassName = "UIImageView";
   explicit UIImageView(rt::Class* isa) : UIView(isa) {}
-  const std::shared_ptr<Image>& image() const { return image_; }
-  void setImage(std::shared_ptr<Image> image) { image_ = std::move(image); }
+  const ImagePtr& image() const { return image_; }
+  void setImage(ImagePtr image) { image_ = std::move(image); }
 
  private:
-  std::shared_ptr<Image> image_;
+  ImagePtr image_;
 };
 
 }  // namespace zv::ui

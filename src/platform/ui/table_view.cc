@@ -5,11 +5,11 @@ namespace zv::ui {
 std::shared_ptr<UITableViewCell> UITableViewCell::make(
     CellStyle style, std::string reuseIdentifier) {
   auto cell = ui::make<UITableViewCell>();
-  cell->build(style, std::move(reuseIdentifier));
+  cell->setUp(style, std::move(reuseIdentifier));
   return cell;
 }
 
-void UITableViewCell::build(CellStyle style, std::string reuseIdentifier) {
+void UITableViewCell::setUp(CellStyle style, std::string reuseIdentifier) {
   style_ = style;
   reuse_id_ = std::move(reuseIdentifier);
   content_ = ui::make<UIView>();

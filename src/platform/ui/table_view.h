@@ -40,8 +40,11 @@ class UITableViewCell : public UIView {
   // Called before the cell is handed out again by the reuse pool.
   virtual void prepareForReuse() {}
 
+ protected:
+  // Builds the standard subviews; subclasses made with makeAs call it.
+  void setUp(CellStyle style, std::string reuseIdentifier);
+
  private:
-  void build(CellStyle style, std::string reuseIdentifier);
   CellStyle style_ = CellStyle::Default;
   std::string reuse_id_;
   std::shared_ptr<UIView> content_;

@@ -56,14 +56,13 @@ void registerControls(rt::Runtime& rt) {
         self<UILabel>(s).setText(std::move(t));
       });
   rt::Class* image = rt.registerClass("UIImageView", "UIView");
-  rt::addMethod<void(std::shared_ptr<Image>)>(
-      image, "setImage:", [](const rt::Id& s, std::shared_ptr<Image> i) {
-        self<UIImageView>(s).setImage(std::move(i));
-      });
+  rt::addMethod<void(ImagePtr)>(image,
+                                "setImage:", [](const rt::Id& s, ImagePtr i) {
+                                  self<UIImageView>(s).setImage(std::move(i));
+                                });
   rt::Class* button = rt.registerClass("UIButton", "UIView");
-  rt::addMethod<void(std::shared_ptr<Image>, int)>(
-      button, "setImage:forState:",
-      [](const rt::Id& s, std::shared_ptr<Image> i, int state) {
+  rt::addMethod<void(ImagePtr, int)>(
+      button, "setImage:forState:", [](const rt::Id& s, ImagePtr i, int state) {
         self<UIButton>(s).setImage(std::move(i), state);
       });
   rt::addMethod<void(int)>(

@@ -17,11 +17,10 @@
 #include <vector>
 
 #include "platform/runtime/object.h"
+#include "platform/ui/image.h"
 #include "platform/ui/style_types.h"
 
 namespace zv::ui {
-
-class Image;  // platform/ui/image.h
 
 enum class Gesture { Tap, LongPress, TouchEnded };
 
