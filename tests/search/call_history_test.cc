@@ -1,0 +1,353 @@
+#include "search/call_history.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "platform/plist.h"
+#include "search/platform_schema.h"
+#include "search/ring_duration_file.h"
+#include "sim_fixture.h"
+
+namespace zv {
+namespace {
+
+namespace fs = std::filesystem;
+using platform_schema::Database;
+
+class CallHistoryTest : public testing::SimTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(platform_schema::createDatabase(
+        root_ + platform_schema::kCallHistoryStorePath,
+        Database::kCallHistoryStore));
+    ASSERT_TRUE(platform_schema::createDatabase(
+        root_ + platform_schema::kCallHistoryDbPath, Database::kCallHistoryDb));
+  }
+
+  void exec(const char* devicePath, const std::string& sql) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open((root_ + devicePath).c_str(), &db), SQLITE_OK);
+    char* error = nullptr;
+    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error),
+              SQLITE_OK)
+        << (error ? error : "") << " in " << sql;
+    sqlite3_free(error);
+    sqlite3_close(db);
+  }
+  std::vector<double> column(const char* devicePath, const std::string& sql) {
+    std::vector<double> values;
+    sqlite3* db = nullptr;
+    sqlite3_open((root_ + devicePath).c_str(), &db);
+    sqlite3_stmt* query = nullptr;
+    sqlite3_prepare_v2(db, sql.c_str(), -1, &query, nullptr);
+    while (sqlite3_step(query) == SQLITE_ROW)
+      values.push_back(sqlite3_column_double(query, 0));
+    sqlite3_finalize(query);
+    sqlite3_close(db);
+    return values;
+  }
+
+  // Calls on 8.x: (Z_PK, ZDATE, ZDURATION).
+  void addCall(int pk, double date, double duration) {
+    exec(platform_schema::kCallHistoryStorePath,
+         "INSERT INTO ZCALLRECORD (Z_PK, ZDATE, ZDURATION, ZREAD, ZADDRESS) "
+         "VALUES (" +
+             std::to_string(pk) + ", " + std::to_string(date) + ", " +
+             std::to_string(duration) + ", 1, '10086')");
+  }
+  void addLegacyCall(int rowid, int64_t date, int duration) {
+    exec(platform_schema::kCallHistoryDbPath,
+         "INSERT INTO call (ROWID, address, date, duration, flags) VALUES (" +
+             std::to_string(rowid) + ", '10086', " + std::to_string(date) +
+             ", " + std::to_string(duration) + ", 4)");
+  }
+
+  platform::SimProcess& launch(const char* version = "8.1",
+                               const char* bundle = "com.apple.springboard") {
+    platform::DeviceFacts facts;
+    facts.systemVersion = version;
+    return world_.launch(bundle, facts);
+  }
+
+  std::optional<Dict> ringFile() {
+    return plist::readDictionary(root_ + ZVCallHistory::kRingDurationPath);
+  }
+  size_t posts() { return world_.events("post").size(); }
+
+  // Puts the built zvtool where the device keeps it and adds its triggers.
+  void installTool() {
+    const fs::path tool = fs::path(root_) / "Library/Zorvel/zvtool";
+    fs::create_directories(tool.parent_path());
+    fs::copy_file(ZV_BINARY_DIR "/zvtool", tool,
+                  fs::copy_options::overwrite_existing);
+    ASSERT_EQ(
+        platform::runDeviceCommand(root_, "/Library/Zorvel/zvtool --install"),
+        0);
+  }
+};
+
+TEST_F(CallHistoryTest, MissedCallGetsItsRingTimeUnderASixDecimalKey) {
+  addCall(1, 437000000.25, 0);
+  auto& springboard = launch();
+  springboard.run([&] {
+    auto history = ZVCallHistory::sharedInstance();
+    history->saveLastRingDuration(12);
+    EXPECT_EQ((*ringFile())["437000000.250000"].longLongValue(), 12);
+    EXPECT_EQ(history->getRingDuration(437000000.25), 12);
+    EXPECT_EQ(history->getRingDuration(437000000.250001), 0);
+    EXPECT_EQ(history->getRingDuration(0), 0);
+  });
+  // Other processes hear of it 2.0 s after the save, once.
+  world_.advance(1.9);
+  EXPECT_EQ(posts(), 0u);
+  world_.advance(0.2);
+  ASSERT_EQ(posts(), 1u);
+  EXPECT_EQ(world_.events("post")[0].detail, "ZVCallHistoryChanged");
+
+  // A second save for the same call keeps the first value, posts nothing.
+  springboard.run([&] {
+    ZVCallHistory::sharedInstance()->saveLastRingDuration(30);
+    EXPECT_EQ(ZVCallHistory::sharedInstance()->getRingDuration(437000000.25),
+              12);
+  });
+  world_.advance(5);
+  EXPECT_EQ(posts(), 1u);
+}
+
+TEST_F(CallHistoryTest, ConnectedCallsAndMissingDatabasesRecordNothing) {
+  addCall(1, 437000000, 0);
+  addCall(2, 437000100, 45);  // newest, answered
+  launch().run([&] {
+    ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
+    fs::remove(root_ + platform_schema::kCallHistoryStorePath);
+    ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
+  });
+  world_.advance(5);
+  EXPECT_EQ(ringFile(), std::nullopt);
+  EXPECT_EQ(posts(), 0u);
+}
+
+TEST_F(CallHistoryTest, SavesInQuickSuccessionNotifyOnce) {
+  auto& springboard = launch();
+  addCall(1, 437000000, 0);
+  springboard.run(
+      [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(5); });
+  world_.advance(1.5);
+  addCall(2, 437000200, 0);
+  springboard.run(
+      [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(7); });
+  world_.advance(1.9);
+  EXPECT_EQ(posts(), 0u);
+  world_.advance(0.2);
+  EXPECT_EQ(posts(), 1u);
+  EXPECT_EQ(ringFile()->size(), 2u);
+}
+
+TEST_F(CallHistoryTest, LegacyKeysHaveNoDecimals) {
+  addLegacyCall(1, 1416182400, 0);
+  launch("7.1").run([&] {
+    auto history = ZVCallHistory::sharedInstance();
+    history->saveLastRingDuration(9);
+    EXPECT_EQ((*ringFile())["1416182400"].longLongValue(), 9);
+    EXPECT_EQ(history->getRingDuration(1416182400), 9);
+  });
+}
+
+TEST_F(CallHistoryTest, ObserversDropTheirCopyWhenAnotherProcessSaves) {
+  addCall(1, 437000000, 0);
+  auto& phone = launch("8.1", "com.apple.mobilephone");
+  auto& springboard = launch();
+  phone.run([] {
+    ZVCallHistory::regisiterChangedCallback();
+    ZVCallHistory::regisiterChangedCallback();  // once per process
+    auto history = ZVCallHistory::sharedInstance();
+    EXPECT_EQ(history->getRingDuration(437000000), 0);
+    EXPECT_TRUE(history->ringDurationsLoaded());
+  });
+  springboard.run(
+      [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(4); });
+  world_.advance(2.5);
+  phone.run([] {
+    auto history = ZVCallHistory::sharedInstance();
+    EXPECT_FALSE(history->ringDurationsLoaded());
+    EXPECT_EQ(history->getRingDuration(437000000), 4);
+  });
+}
+
+TEST_F(CallHistoryTest, EntriesOlderThanTheOldestCallExpireOnLoad) {
+  addCall(1, 437000000, 0);
+  const std::string path = root_ + ZVCallHistory::kRingDurationPath;
+  ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"436999999.000000", Value(3)},
+                                                {"437000000.000000", Value(4)},
+                                                {"not a date", Value(5)}})));
+  launch().run([&] {
+    auto history = ZVCallHistory::sharedInstance();
+    EXPECT_EQ(history->getRingDuration(436999999), 0);
+    EXPECT_EQ(history->getRingDuration(437000000), 4);
+  });
+  EXPECT_EQ(*ringFile(),
+            (Dict{{"437000000.000000", Value(4)}, {"not a date", Value(5)}}));
+
+  // Nothing expired: the file is left as it is, byte for byte.
+  std::string before, after;
+  ASSERT_TRUE(plist::readBytes(path, before));
+  launch().run([] { ZVCallHistory::sharedInstance()->loadRingDurations(); });
+  ASSERT_TRUE(plist::readBytes(path, after));
+  EXPECT_EQ(before, after);
+}
+
+TEST_F(CallHistoryTest, SyncRestoresTheNewestOlderCallsAndEmptiesTheBackup) {
+  exec(platform_schema::kCallHistoryStorePath,
+       platform_schema::callRecordTableSql("ZVZCALLRECORD"));
+  auto& phone = launch("8.1", "com.apple.mobilephone");
+  phone.run(
+      [] { EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(150), 0); });
+  addCall(100, 5500, 10);
+  for (int i = 1; i <= 60; ++i)
+    exec(platform_schema::kCallHistoryStorePath,
+         "INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE, ZDURATION) VALUES (" +
+             std::to_string(i) + ", " + std::to_string(i * 100) + ", 0)");
+  // Newer than every call left: never restored.
+  exec(platform_schema::kCallHistoryStorePath,
+       "INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE) VALUES (200, 9000)");
+  phone.run([&] {
+    auto history = ZVCallHistory::sharedInstance();
+    EXPECT_EQ(history->syncHistory(100), 0);
+    EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+                     "SELECT COUNT(*) FROM ZVZCALLRECORD")[0],
+              61);
+    EXPECT_EQ(history->syncHistory(150), 61);
+  });
+  std::vector<double> dates = column(platform_schema::kCallHistoryStorePath,
+                                     "SELECT ZDATE FROM ZCALLRECORD ORDER BY "
+                                     "ZDATE DESC");
+  ASSERT_EQ(dates.size(), 51u);
+  // The newest 50 of the backed-up calls below 5500, newest first.
+  EXPECT_EQ(dates[0], 5500);
+  EXPECT_EQ(dates[1], 5400);
+  EXPECT_EQ(dates[50], 500);
+  EXPECT_TRUE(column(platform_schema::kCallHistoryStorePath,
+                     "SELECT ZDATE FROM ZVZCALLRECORD")
+                  .empty());
+}
+
+TEST_F(CallHistoryTest, DeletingFromTheModernBackup) {
+  exec(platform_schema::kCallHistoryStorePath,
+       platform_schema::callRecordTableSql("ZVZCALLRECORD") +
+           "; INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE) VALUES (1, 100.5), "
+           "(2, 200.5), (3, 300.5)");
+  launch().run([&] {
+    auto history = ZVCallHistory::sharedInstance();
+    history->deleteSyncHistory(0);
+    history->deleteSyncHistory(200.5);
+    EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+                     "SELECT ZDATE FROM ZVZCALLRECORD ORDER BY ZDATE"),
+              (std::vector<double>{100.5, 300.5}));
+    history->deleteAllSyncHistory();
+    EXPECT_TRUE(column(platform_schema::kCallHistoryStorePath,
+                       "SELECT ZDATE FROM ZVZCALLRECORD")
+                    .empty());
+  });
+}
+
+TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
+  exec(platform_schema::kCallHistoryDbPath,
+       platform_schema::callTableSql("deleted") +
+           "; INSERT INTO deleted (ROWID, date) VALUES (1, 1416182400)");
+  auto& phone = launch("7.1", "com.apple.mobilephone");
+  std::vector<std::string> commands;
+  phone.setSystemHandler([&](const std::string& command) {
+    commands.push_back(command);
+    return 0;
+  });
+  phone.run([] {
+    auto history = ZVCallHistory::sharedInstance();
+    EXPECT_EQ(history->syncHistory(100), 0);
+    EXPECT_EQ(history->syncHistory(180), 1);
+    history->deleteSyncHistory(1416182400.4);
+    history->deleteSyncHistory(0);
+    history->deleteAllSyncHistory();
+  });
+  EXPECT_EQ(commands,
+            (std::vector<std::string>{"/Library/Zorvel/zvtool -s 80",
+                                      "/Library/Zorvel/zvtool -d 1416182400",
+                                      "/Library/Zorvel/zvtool -c"}));
+}
+
+// The whole round trip: the platform deletes calls from its own table, the
+// installed triggers keep copies, and syncing brings them back in order.
+TEST_F(CallHistoryTest, DeletedCallsComeBackThroughTheInstalledTriggers) {
+  installTool();
+  for (int i = 1; i <= 6; ++i) {
+    addCall(i, 1000.0 * i, i % 2 ? 0 : 30);
+    addLegacyCall(i, 1416000000 + 1000 * i, i % 2 ? 0 : 30);
+  }
+  // The platform trims its oldest calls.
+  exec(platform_schema::kCallHistoryStorePath,
+       "DELETE FROM ZCALLRECORD WHERE ZDATE < 3500");
+  exec(platform_schema::kCallHistoryDbPath,
+       "DELETE FROM call WHERE date < 1416003500");
+  launch("8.1", "com.apple.mobilephone").run([] {
+    EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
+  });
+  launch("7.1", "com.apple.mobilephone").run([] {
+    EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
+  });
+  // Two of three fit (102 - 100); the newest two come back.
+  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+                   "SELECT ZDATE FROM ZCALLRECORD ORDER BY ZDATE"),
+            (std::vector<double>{2000, 3000, 4000, 5000, 6000}));
+  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+                   "SELECT ZDURATION FROM ZCALLRECORD ORDER BY ZDATE")[0],
+            30);
+  EXPECT_EQ(column(platform_schema::kCallHistoryDbPath,
+                   "SELECT date FROM call ORDER BY ROWID"),
+            (std::vector<double>{1416002000, 1416003000, 1416004000, 1416005000,
+                                 1416006000}));
+  EXPECT_TRUE(
+      column(platform_schema::kCallHistoryDbPath, "SELECT date FROM deleted")
+          .empty());
+}
+
+// Several processes save at the same moment; none may lose another's entry.
+TEST(RingDurationFileTest, ConcurrentWritersKeepEveryEntry) {
+  const std::string path =
+      testing::freshRoot() + "/Preferences/zorvel.missed.plist";
+  constexpr int kWriters = 4, kEntries = 40;
+  std::vector<pid_t> children;
+  for (int w = 0; w < kWriters; ++w) {
+    pid_t pid = fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+      bool ok = true;
+      for (int i = 0; i < kEntries; ++i)
+        ok &= ring_duration_file::storeFirst(path, std::to_string(w * 1000 + i),
+                                             w * 1000 + i + 1);
+      _exit(ok ? 0 : 1);
+    }
+    children.push_back(pid);
+  }
+  for (pid_t pid : children) {
+    int status = 0;
+    waitpid(pid, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  }
+  std::optional<Dict> file = plist::readDictionary(path);
+  ASSERT_TRUE(file.has_value());
+  EXPECT_EQ(file->size(), size_t{kWriters * kEntries});
+  for (int w = 0; w < kWriters; ++w)
+    for (int i = 0; i < kEntries; ++i)
+      EXPECT_EQ((*file)[std::to_string(w * 1000 + i)].longLongValue(),
+                w * 1000 + i + 1);
+
+  // The first value stays.
+  EXPECT_FALSE(ring_duration_file::storeFirst(path, "0", 99));
+  EXPECT_EQ((*plist::readDictionary(path))["0"].longLongValue(), 1);
+}
+
+}  // namespace
+}  // namespace zv
