@@ -1,0 +1,168 @@
+#include <cstring>
+
+#include "area/area_format.h"
+#include "area_test_util.h"
+
+namespace zv::testing {
+namespace {
+
+using namespace areafmt;
+
+class AreaFileTest : public ::testing::Test {
+ protected:
+  void SetUp() override { path_ = root_.path() + "/db"; }
+  void write(const std::string& bytes) { writeBytes(path_, bytes); }
+  TempRoot root_;
+  std::string path_;
+};
+
+TEST_F(AreaFileTest, StripsInternationalPartAndTrunk) {
+  write(compileText(kSmallSource));
+  for (unsigned limit : {10240u, 0u}) {  // cached and read from the file
+    AreaHandle a(path_, limit);
+    ASSERT_NE(a.h, nullptr);
+    EXPECT_EQ(a.get("+8613912345678", 3), "Nanjing Mobile");
+    EXPECT_EQ(a.get("008613912345678", 1), "Nanjing");
+    EXPECT_EQ(a.get("13912345678", 1), "Nanjing");
+    // The deepest prefix without a location falls back to a shorter one.
+    EXPECT_EQ(a.get("13919995678", 3), "Jiangsu Mobile");
+    EXPECT_EQ(a.get("13999995678", 1), "<null>");
+    EXPECT_EQ(a.get("13999995678", 2), "Mobile");  // type only, no separator
+    // Long-form-only records need the country code or the trunk prefix.
+    EXPECT_EQ(a.get("075512345678", 3), "Shenzhen Fixed");
+    EXPECT_EQ(a.get("+8675512345678", 1), "Shenzhen");
+    EXPECT_EQ(a.get("75512345678", 1), "<null>");
+    EXPECT_EQ(a.get("01012345678", 1), "Beijing");
+    EXPECT_EQ(a.get("+861012345678", 1), "Beijing");
+    // Country code followed by fewer than 8 digits.
+    EXPECT_EQ(a.get("8612", 3), "<null>");
+    EXPECT_EQ(a.get("861391234", 3), "<null>");
+    EXPECT_EQ(a.get("", 3), "<null>");
+    EXPECT_EQ(a.get("1", 3), "<null>");  // below the minimum digits
+  }
+  EXPECT_EQ(zvarea_get(nullptr, "13912345678", 3), nullptr);
+}
+
+TEST_F(AreaFileTest, LengthBoundRecordsNeedFlagAndExactLength) {
+  write(compileText(std::string(kSmallSource) + "1008\tTelecom\t\n"));
+  AreaHandle a(path_);
+  EXPECT_EQ(a.get("10086", 7), "Hotline");
+  // Without flag 4 the record is empty and the shorter prefix answers.
+  EXPECT_EQ(a.get("10086", 3), "Telecom");
+  EXPECT_EQ(a.get("100861", 7), "Telecom");
+  // Three digits are looked up as four, with the three-digit prefix's key.
+  EXPECT_EQ(a.get("110", 5), "Police");
+  EXPECT_EQ(a.get("110", 1), "<null>");
+  EXPECT_EQ(a.get("1101", 5), "Police");  // also counts as four digits
+  EXPECT_EQ(a.get("11012", 5), "<null>");
+}
+
+TEST_F(AreaFileTest, ThreeDigitNumberUsesThreeDigitKey) {
+  write(compileText(
+      "@country\t99\n@min\t3\n@max\t12\n555\tThree\t\n5556\tFour\t\n"));
+  AreaHandle a(path_);
+  EXPECT_EQ(a.get("555", 1), "Three");
+  EXPECT_EQ(a.get("5556", 1), "Four");
+  EXPECT_EQ(a.get("5557", 1), "Three");
+  EXPECT_EQ(a.get("55", 1), "<null>");
+}
+
+TEST_F(AreaFileTest, AtoiAndCmp) {
+  EXPECT_EQ(zvarea_atoi("13912345678", 11), 11391u | (12345u << 16));
+  EXPECT_EQ(zvarea_atoi("1391234", 7), 11391u | (1234u << 16));
+  EXPECT_EQ(zvarea_atoi("0755", 4), 10755u);
+  EXPECT_EQ(zvarea_atoi("12", 4), 112u);
+  EXPECT_EQ(zvarea_atoi("1#345", 5), 11u | (15u << 16));
+  uint16_t a = 5, b = 9;
+  EXPECT_LT(zvarea_cmp(&a, &b), 0);
+  EXPECT_EQ(zvarea_cmp(&b, &b), 0);
+  EXPECT_GT(zvarea_cmp(&b, &a), 0);
+}
+
+TEST_F(AreaFileTest, RejectsMalformedFiles) {
+  std::string good = compileText(kSmallSource);
+  auto rejects = [&](std::string bytes) {
+    write(bytes);
+    ZVAreaFile* h = zvarea_load(path_.c_str(), 10240);
+    zvarea_unload(h);
+    return h == nullptr;
+  };
+  EXPECT_FALSE(rejects(good));
+  EXPECT_TRUE(rejects(good.substr(0, 99)));
+  std::string bad = good;
+  bad[0] = 'X';
+  EXPECT_TRUE(rejects(bad));
+  bad = good;
+  bad[kVersionAt] = 3;
+  EXPECT_TRUE(rejects(bad));
+  for (size_t at : {kMinDigitsAt, kMaxDigitsAt}) {
+    bad = good;
+    bad[at] = bad[at + 1] = 0;
+    EXPECT_TRUE(rejects(bad)) << at;
+  }
+  for (size_t at = kKeyIndexAt; at < kHeaderSize; at += 4) {
+    bad = good;
+    std::memset(&bad[at], 0, 4);
+    EXPECT_TRUE(rejects(bad)) << at;
+  }
+  // A key index reaching past the end of the file.
+  bad = good;
+  bad[kKeyIndexAt + 4 + 3] = 0x7F;
+  EXPECT_TRUE(rejects(bad));
+  EXPECT_EQ(zvarea_load((root_.path() + "/missing").c_str(), 10), nullptr);
+  EXPECT_EQ(zvarea_load(root_.path().c_str(), 10), nullptr);  // a folder
+  zvarea_unload(nullptr);
+}
+
+// Patches the u32 record of `prefix`'s only record.
+void setOnlyRecord(std::string& bytes, uint32_t value) {
+  auto p = reinterpret_cast<const uint8_t*>(bytes.data());
+  uint32_t at = readU32(p + kRecordTableAt);
+  for (int i = 0; i < 4; ++i) bytes[at + i] = char(value >> (8 * i));
+}
+
+TEST_F(AreaFileTest, OutOfBoundsLocationKeepsEarlierBufferBytes) {
+  std::string bytes =
+      compileText("@country\t99\n@min\t2\n@max\t12\n12\tAB\t\n");
+  auto p = reinterpret_cast<const uint8_t*>(bytes.data());
+  uint32_t stringAt = readU32(p + kStringBlockAt);
+  uint32_t size = readU32(p + kStringBlockAt + 4);
+  // Make the last text unterminated and point the record at it: the cached
+  // read counts its length but copies nothing.
+  bytes[stringAt + size - 1] = 'C';
+  setOnlyRecord(bytes, size - 3);  // "ABC" without a NUL
+  write(bytes);
+  AreaHandle cached(path_);
+  EXPECT_EQ(std::string(zvarea_get(cached.h, "12", 1), 3),
+            std::string(3, '\0'));
+  // From the file, the text runs to the end of the file.
+  AreaHandle uncached(path_, 0);
+  EXPECT_EQ(uncached.get("12", 1), "ABC");
+}
+
+TEST_F(AreaFileTest, ResultIsBoundedAt103Characters) {
+  std::string location(60, 'L'), type(39, 'T');
+  std::string bytes =
+      compileText("@country\t99\n@separator\t\n@min\t2\n@max\t12\n12\t" +
+                  location + "\t" + type + "\n");
+  std::memset(&bytes[kSeparatorAt], '-', 35);
+  write(bytes);
+  for (unsigned limit : {10240u, 0u}) {
+    AreaHandle a(path_, limit);
+    std::string r = a.get("12", 3);
+    EXPECT_LE(r.size(), 103u);
+    EXPECT_EQ(r.substr(0, 95), location + std::string(35, '-'));
+  }
+}
+
+TEST_F(AreaFileTest, UncachedStringsGiveTheSameResults) {
+  write(compileText(kSmallSource));
+  AreaHandle cached(path_, 10240), uncached(path_, 1);
+  for (const char* n : {"+8613912345678", "13919995678", "075512345678",
+                        "10086", "110", "01012345678", "8612", "999"})
+    for (int flags = 1; flags < 8; ++flags)
+      EXPECT_EQ(cached.get(n, flags), uncached.get(n, flags)) << n << flags;
+}
+
+}  // namespace
+}  // namespace zv::testing
