@@ -1,0 +1,119 @@
+// zorvel search [--root DIR] [--json] KEY...: the dial-pad search of the
+// device, one searcher, the keys searched in order as successive keystrokes
+// (so 9 94 942 narrows incrementally, "##" lists recent numbers, "**" all
+// contact numbers). Plain output marks the highlighted part of each row's
+// name or number with [ ]; --json prints one object per key and line.
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "search/person.h"
+#include "search/searcher.h"
+#include "tools/zorvel/command.h"
+
+namespace zv::cli {
+namespace {
+
+struct SearchArgs {
+  std::string root;
+  bool json = false;
+  std::vector<std::string> keys;
+};
+
+// Byte offset in UTF-8 `text` of the UTF-16 unit index `units`.
+size_t byteOffset(const std::string& text, int64_t units) {
+  size_t i = 0;
+  while (i < text.size() && units > 0) {
+    unsigned char c = static_cast<unsigned char>(text[i]);
+    size_t n = c < 0x80 ? 1 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
+    units -= n == 4 ? 2 : 1;
+    i = std::min(text.size(), i + n);
+  }
+  return i;
+}
+
+// The text with the range (UTF-16 units, or bytes when `bytes`) in [ ].
+std::string mark(const std::string& text, ZVRange range, bool bytes) {
+  if (range.length <= 0) return text;
+  size_t from = bytes ? static_cast<size_t>(range.location)
+                      : byteOffset(text, range.location);
+  size_t to = bytes ? static_cast<size_t>(range.location + range.length)
+                    : byteOffset(text, range.location + range.length);
+  from = std::min(from, text.size());
+  to = std::min(std::max(to, from), text.size());
+  return text.substr(0, from) + "[" + text.substr(from, to - from) + "]" +
+         text.substr(to);
+}
+
+// The ranges the keypad views show: the name's, else the number's.
+std::pair<ZVRange, ZVRange> rowRanges(const ZVPerson& p,
+                                      const std::string& key) {
+  std::string name = p.getNameFull();
+  ZVRange nameRange = ZVSearcher::getHighlightNameRange(name, key, &p);
+  ZVRange numberRange;
+  if (nameRange.length == 0 && nameRange.location == 0)
+    numberRange = ZVSearcher::getHighlightNumberRange(p.getPhoneNumber(), key);
+  return {nameRange, numberRange};
+}
+
+void checkKey(const std::string& key) {
+  if (key.empty()) throw CommandError("empty key");
+  for (char c : key)
+    if (!ZVPerson::isDialable(static_cast<unsigned char>(c)))
+      throw CommandError("not a keypad key: " + key);
+}
+
+void run(const SearchArgs& args) {
+  for (const auto& key : args.keys) checkKey(key);
+  applyRoot(args.root);
+  auto searcher = ZVSearcher::sharedInstance();
+  for (const auto& key : args.keys) {
+    size_t count = searcher->search(key);
+    if (args.json) {
+      nlohmann::json rows = nlohmann::json::array();
+      for (const auto& p : searcher->results()) {
+        auto [nameRange, numberRange] = rowRanges(*p, key);
+        rows.push_back(
+            {{"recordId", p->recordId()},
+             {"phoneType", p->phoneType()},
+             {"priority", p->priority()},
+             {"name", p->getNameFull()},
+             {"number", p->getPhoneNumber()},
+             {"nameRange", {nameRange.location, nameRange.length}},
+             {"numberRange", {numberRange.location, numberRange.length}}});
+      }
+      nlohmann::json out = {{"key", key}, {"count", count}, {"results", rows}};
+      std::printf("%s\n", out.dump(-1, ' ', false,
+                                   nlohmann::json::error_handler_t::replace)
+                              .c_str());
+      continue;
+    }
+    std::printf("%s: %zu\n", key.c_str(), count);
+    size_t index = 0;
+    for (const auto& p : searcher->results()) {
+      auto [nameRange, numberRange] = rowRanges(*p, key);
+      std::string name = mark(p->getNameFull(), nameRange, false);
+      std::string number = mark(p->getPhoneNumber(), numberRange, true);
+      std::printf("  %3zu. %-24s %s  (record %d, type %d, priority %d)\n",
+                  ++index, name.empty() ? "-" : name.c_str(), number.c_str(),
+                  p->recordId(), p->phoneType(), p->priority());
+    }
+  }
+}
+
+Registration reg([](CLI::App& app) {
+  auto args = std::make_shared<SearchArgs>();
+  auto* cmd = app.add_subcommand(
+      "search", "T9 search of the device's contacts, key by key");
+  addRootOption(*cmd, args->root);
+  cmd->add_flag("--json", args->json, "one JSON object per key and line");
+  cmd->add_option("KEY", args->keys,
+                  "typed keys, searched in order as successive keystrokes")
+      ->required();
+  cmd->callback([args] { run(*args); });
+});
+
+}  // namespace
+}  // namespace zv::cli
