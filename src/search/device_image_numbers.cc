@@ -28,11 +28,13 @@ constexpr const char* kServiceNumbers[] = {
     "10086", "10010", "10000", "95555", "95588", "95533", "95566",
     "95599", "12306", "95338", "95511", "95010", "12315", "12345"};
 
-std::string digits(DeviceRandom& random, int count, char firstMin = '0') {
+// `count` random digits, the first one between `firstMin` and `firstMax`.
+std::string digits(DeviceRandom& random, int count, char firstMin = '0',
+                   char firstMax = '9') {
   std::string out;
   for (int i = 0; i < count; ++i) {
-    char lo = i == 0 ? firstMin : '0';
-    out += static_cast<char>(random.uniform(lo, '9'));
+    out += static_cast<char>(i == 0 ? random.uniform(firstMin, firstMax)
+                                    : random.uniform('0', '9'));
   }
   return out;
 }
@@ -83,7 +85,7 @@ std::string mobileDigits(DeviceRandom& random) {
 std::string fixedDigits(DeviceRandom& random) {
   const AreaCode& area = random.pick(kAreaCodes);
   return std::string("0") + area.code +
-         digits(random, area.subscriberDigits, '2');
+         digits(random, area.subscriberDigits, '2', '8');
 }
 
 std::string serviceDigits(DeviceRandom& random) {
