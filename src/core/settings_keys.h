@@ -25,6 +25,24 @@
   X(bool, AreaAlone, true)              \
   X(std::string, PrefixNumber, "")
 
+// Keys that the Phone application and the call-screen hosts both read, with
+// the same meaning and defaults: the area on the outgoing-call and in-call
+// screens, and the vibration when an outgoing call connects.
+#define ZV_OUTGOING_CALL_AREA_KEYS(X)         \
+  X(bool, AreaNameOutgoingCall, true)         \
+  X(bool, AreaTypeOutgoingCall, false)        \
+  X(bool, AreaReplaceTextOutgoingCall, false) \
+  X(int32_t, AreaStyleOutgoingCall, 0)        \
+  X(bool, AreaNameInCall, false)              \
+  X(bool, AreaTypeInCall, false)
+
+#define ZV_CONNECTED_VIBRATE_KEYS(X)            \
+  X(bool, EnableConnectedVibrate, false)        \
+  X(float, ConnectedVibrateIntensity, 0.3f)     \
+  X(float, ConnectedVibrateTotalDuration, 0.5f) \
+  X(float, ConnectedVibrateOnDuration, 0.5f)    \
+  X(float, ConnectedVibrateOffDuration, 0.0f)
+
 // ZVPhoneSettings: the Phone application.
 #define ZV_PHONE_SETTINGS_KEYS(X)                \
   X(std::string, DialerT9Database, "PinYin.txt") \
@@ -44,12 +62,7 @@
   X(bool, DialerAnyNamePos, true)                \
   X(bool, DialerAnyNumberPos, true)              \
   X(bool, DialerEnableCache, true)               \
-  X(bool, AreaNameOutgoingCall, true)            \
-  X(bool, AreaTypeOutgoingCall, false)           \
-  X(bool, AreaReplaceTextOutgoingCall, false)    \
-  X(int32_t, AreaStyleOutgoingCall, 0)           \
-  X(bool, AreaNameInCall, false)                 \
-  X(bool, AreaTypeInCall, false)                 \
+  ZV_OUTGOING_CALL_AREA_KEYS(X)                  \
   X(bool, AreaNameKeypad, true)                  \
   X(bool, AreaTypeKeypad, false)                 \
   X(bool, AreaReplaceTextKeypad, false)          \
@@ -72,11 +85,7 @@
   X(bool, PrefixCallHistory, false)              \
   X(bool, PrefixContacts, false)                 \
   X(bool, PrefixKeypad, true)                    \
-  X(bool, EnableConnectedVibrate, false)         \
-  X(float, ConnectedVibrateIntensity, 0.3f)      \
-  X(float, ConnectedVibrateTotalDuration, 0.5f)  \
-  X(float, ConnectedVibrateOnDuration, 0.5f)     \
-  X(float, ConnectedVibrateOffDuration, 0.0f)    \
+  ZV_CONNECTED_VIBRATE_KEYS(X)                   \
   X(int32_t, CallHistoryLimit, 100)              \
   X(bool, CallHistoryRingDuration, false)
 
@@ -92,44 +101,35 @@
   X(bool, SMSMultiSelect, false)
 
 // ZVIncomingCallSettings: SpringBoard and the in-call service.
-#define ZV_INCOMING_CALL_SETTINGS_KEYS(X)       \
-  X(bool, AreaNameIncomingCall, true)           \
-  X(bool, AreaTypeIncomingCall, false)          \
-  X(bool, AreaReplaceTextIncomingCall, false)   \
-  X(int32_t, AreaStyleIncomingCall, 0)          \
-  X(bool, AreaNameOutgoingCall, true)           \
-  X(bool, AreaTypeOutgoingCall, false)          \
-  X(bool, AreaReplaceTextOutgoingCall, false)   \
-  X(int32_t, AreaStyleOutgoingCall, 0)          \
-  X(bool, AreaNameInCall, false)                \
-  X(bool, AreaTypeInCall, false)                \
-  X(bool, AreaNameNotification, true)           \
-  X(bool, AreaTypeNotification, false)          \
-  X(bool, AreaNameMore, false)                  \
-  X(bool, AreaTypeMore, false)                  \
-  X(bool, AreaReplaceTextMore, false)           \
-  X(bool, InfoIncomingCallNumber, true)         \
-  X(bool, InfoIncomingCallOrganization, false)  \
-  X(bool, InfoIncomingCallDepartment, false)    \
-  X(bool, InfoIncomingCallJobTitle, false)      \
-  X(bool, InfoIncomingCallNickname, false)      \
-  X(bool, InfoIncomingCallBirthday, false)      \
-  X(bool, InfoIncomingCallNote, false)          \
-  X(bool, InfoOutgoingCallNumber, false)        \
-  X(int32_t, BlacklistBlockMode, 0)             \
-  X(int32_t, BlacklistBlockAction, 0)           \
-  X(int32_t, BlacklistBlockingRemind, 0)        \
-  X(bool, BlacklistBlockStrangers, false)       \
-  X(bool, BlacklistBlockBlockedCaller, false)   \
-  X(std::string, BlacklistBlockArea, "")        \
-  X(bool, IncomingCallDeclineButton, false)     \
-  X(float, IncomingCallDelayRing, 0.0f)         \
-  X(bool, CallHistoryRingDuration, false)       \
-  X(bool, EnableConnectedVibrate, false)        \
-  X(float, ConnectedVibrateIntensity, 0.3f)     \
-  X(float, ConnectedVibrateTotalDuration, 0.5f) \
-  X(float, ConnectedVibrateOnDuration, 0.5f)    \
-  X(float, ConnectedVibrateOffDuration, 0.0f)   \
+#define ZV_INCOMING_CALL_SETTINGS_KEYS(X)      \
+  X(bool, AreaNameIncomingCall, true)          \
+  X(bool, AreaTypeIncomingCall, false)         \
+  X(bool, AreaReplaceTextIncomingCall, false)  \
+  X(int32_t, AreaStyleIncomingCall, 0)         \
+  ZV_OUTGOING_CALL_AREA_KEYS(X)                \
+  X(bool, AreaNameNotification, true)          \
+  X(bool, AreaTypeNotification, false)         \
+  X(bool, AreaNameMore, false)                 \
+  X(bool, AreaTypeMore, false)                 \
+  X(bool, AreaReplaceTextMore, false)          \
+  X(bool, InfoIncomingCallNumber, true)        \
+  X(bool, InfoIncomingCallOrganization, false) \
+  X(bool, InfoIncomingCallDepartment, false)   \
+  X(bool, InfoIncomingCallJobTitle, false)     \
+  X(bool, InfoIncomingCallNickname, false)     \
+  X(bool, InfoIncomingCallBirthday, false)     \
+  X(bool, InfoIncomingCallNote, false)         \
+  X(bool, InfoOutgoingCallNumber, false)       \
+  X(int32_t, BlacklistBlockMode, 0)            \
+  X(int32_t, BlacklistBlockAction, 0)          \
+  X(int32_t, BlacklistBlockingRemind, 0)       \
+  X(bool, BlacklistBlockStrangers, false)      \
+  X(bool, BlacklistBlockBlockedCaller, false)  \
+  X(std::string, BlacklistBlockArea, "")       \
+  X(bool, IncomingCallDeclineButton, false)    \
+  X(float, IncomingCallDelayRing, 0.0f)        \
+  X(bool, CallHistoryRingDuration, false)      \
+  ZV_CONNECTED_VIBRATE_KEYS(X)                 \
   X(std::string, CarrierName, "")
 
 // ZVControlCenterSettings: SpringBoard's Control Centre buttons.
