@@ -1,0 +1,43 @@
+// Replays the committed fuzz corpora of the reading-table and persons-cache
+// readers through the fuzz targets' own bodies (under ASan in the sanitizer
+// build), so every build exercises the malformed inputs.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#define ZV_FUZZ_ENTRY static int fuzzT9Table
+#include "fuzz/t9_table.cc"
+#undef ZV_FUZZ_ENTRY
+#define ZV_FUZZ_ENTRY static int fuzzPersonCache
+#include "fuzz/person_cache.cc"
+#undef ZV_FUZZ_ENTRY
+
+namespace {
+
+int replay(const char* corpus, int (*target)(const uint8_t*, size_t)) {
+  int files = 0;
+  auto dir = std::filesystem::path(ZV_SOURCE_DIR) / "fuzz/corpus" / corpus;
+  for (const auto& entry : std::filesystem::directory_iterator(dir)) {
+    std::ifstream in(entry.path(), std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    std::string bytes = ss.str();
+    EXPECT_EQ(
+        target(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()), 0)
+        << entry.path();
+    ++files;
+  }
+  return files;
+}
+
+TEST(FuzzCorpusTest, ReadingTables) {
+  EXPECT_GE(replay("t9_table", fuzzT9Table), 5);
+}
+
+TEST(FuzzCorpusTest, PersonsCache) {
+  EXPECT_GE(replay("person_cache", fuzzPersonCache), 5);
+}
+
+}  // namespace
