@@ -66,6 +66,11 @@ void ZVSearcher::file(int cls, const PersonRef* person) {
   } else if (cache_searchs_count_[kOverflow] <
              cache_searchs_[kOverflow].size()) {
     cache_searchs_[kOverflow][cache_searchs_count_[kOverflow]++] = person;
+  } else {
+    // Dropped: it keeps how it matched, but not the "matched in this
+    // search" mark, which only the shown results get cleared; otherwise it
+    // would be skipped by every later search until the next load.
+    (*person)->setPriority((*person)->priority() & ~ZVPerson::kMatched);
   }
 }
 
