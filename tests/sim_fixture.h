@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <atomic>
@@ -18,9 +17,8 @@ namespace zv::testing {
 inline std::string freshRoot() {
   static std::atomic<int> counter{0};
   const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-  std::string name = info ? std::string(info->test_suite_name()) + "." +
-                                info->name()
-                          : "root";
+  std::string name =
+      info ? std::string(info->test_suite_name()) + "." + info->name() : "root";
   for (char& c : name)
     if (c == '/') c = '_';
   auto dir = std::filesystem::path(::testing::TempDir()) /
@@ -30,6 +28,22 @@ inline std::string freshRoot() {
   std::filesystem::create_directories(dir);
   return dir.string();
 }
+
+// A fresh device root, removed with everything in it when the owner goes.
+class TempRoot {
+ public:
+  TempRoot() : path_(freshRoot()) {}
+  ~TempRoot() {
+    std::error_code ec;
+    std::filesystem::remove_all(path_, ec);
+  }
+  TempRoot(const TempRoot&) = delete;
+  TempRoot& operator=(const TempRoot&) = delete;
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
 
 class SimTest : public ::testing::Test {
  protected:

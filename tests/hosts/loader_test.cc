@@ -20,12 +20,6 @@ const std::string kExtension = ZV_BINARY_DIR "/libzorvel.so";
 
 class LoaderTest : public ::testing::Test {
  protected:
-  LoaderTest() : root_(testing::freshRoot()) {}
-  ~LoaderTest() override {
-    std::error_code ec;
-    std::filesystem::remove_all(root_, ec);
-  }
-
   // Runs host_loader with the extension loaded `how` ("dlopen", "preload" or
   // "none"); returns its standard output, or "exit N" when it failed.
   std::string load(const std::string& how, const std::string& bundle = "") {
@@ -49,7 +43,8 @@ class LoaderTest : public ::testing::Test {
     return out;
   }
 
-  std::string root_;
+  testing::TempRoot temp_;
+  const std::string& root_ = temp_.path();
 };
 
 constexpr char kHooked[] =

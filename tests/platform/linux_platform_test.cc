@@ -18,14 +18,9 @@ namespace {
 
 class LinuxPlatformTest : public ::testing::Test {
  protected:
-  LinuxPlatformTest() : root_(zv::testing::freshRoot()) {
-    linux_.setRoot(root_);
-  }
-  ~LinuxPlatformTest() override {
-    std::error_code ec;
-    std::filesystem::remove_all(root_, ec);
-  }
-  std::string root_;
+  LinuxPlatformTest() { linux_.setRoot(root_); }
+  zv::testing::TempRoot temp_;
+  const std::string& root_ = temp_.path();
   LinuxPlatform linux_;
 };
 

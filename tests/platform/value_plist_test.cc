@@ -100,12 +100,8 @@ TEST(Plist, RejectsWhatIsNotAList) {
 
 class PlistFileTest : public ::testing::Test {
  protected:
-  PlistFileTest() : root_(testing::freshRoot()) {}
-  ~PlistFileTest() override {
-    std::error_code ec;
-    std::filesystem::remove_all(root_, ec);
-  }
-  std::string root_;
+  testing::TempRoot temp_;
+  const std::string& root_ = temp_.path();
 };
 
 TEST_F(PlistFileTest, WritesAtomicallyIntoNewFolders) {
