@@ -6,11 +6,9 @@
 
 namespace zv {
 
-void zvkeypad_init() { runStartup("zvkeypad_init", [] {}); }
 void zvincall_init() { runStartup("zvincall_init", [] {}); }
 void zvrecents_init() { runStartup("zvrecents_init", [] {}); }
 void zvcontacts_init() { runStartup("zvcontacts_init", [] {}); }
-void zvphone_init() { runStartup("zvphone_init", [] {}); }
 void zvsms_init() { runStartup("zvsms_init", [] {}); }
 void zvincomingcall_init() { runStartup("zvincomingcall_init", [] {}); }
 void zvcontrolcenter_init() { runStartup("zvcontrolcenter_init", [] {}); }

@@ -1,0 +1,217 @@
+// The keypad result views: pager index arithmetic and paging, page layout
+// (font ramp, highlight runs), ZVLabel runs, colour codes and list rows.
+#include <gtest/gtest.h>
+
+#include "dialer/keypad_list_view.h"
+#include "dialer/keypad_view.h"
+#include "dialer/zv_label.h"
+#include "dialer_fixture.h"
+#include "platform/ui/text_metrics.h"
+#include "search/device_image.h"
+
+namespace zv {
+namespace {
+
+ZVSearcher::PersonList people(int n) {
+  ZVSearcher::PersonList out;
+  for (int i = 1; i <= n; ++i) {
+    auto p = std::make_shared<ZVPerson>();
+    p->setRecordId(i);
+    p->setNameFull("P" + std::to_string(i));
+    p->setPhoneNumber("555" + std::to_string(i));
+    out.push_back(p);
+  }
+  return out;
+}
+
+class KeypadViewsTest : public testing::DialerTest {
+ protected:
+  KeypadViewsTest()
+      : proc_(launch(Dict{{"DialerFormatPhoneNubmer", false},
+                          {"DialerNameHighlightColor", 3},
+                          {"EnableAvatar", true}})) {}
+  platform::SimProcess& proc_;
+};
+
+std::string nameOf(const ZVKeypadLCDView& v) {
+  auto& l = v.nameLabels();
+  return l[0]->text() + l[1]->text() + l[2]->text();
+}
+
+TEST_F(KeypadViewsTest, PagerShowsPreviousCurrentAndNext) {
+  proc_.run([] {
+    auto pager = ZVKeypadView::make({{0, 45}, {375, 80}});
+    pager->setPersons(people(7));
+    pager->setInputNumber("55");
+    pager->updateLCDViews();
+    EXPECT_EQ(nameOf(*pager->lcdViews()[0]), "P7 (7/7)");
+    EXPECT_EQ(nameOf(*pager->lcdViews()[1]), "P1 (1/7)");
+    EXPECT_EQ(nameOf(*pager->lcdViews()[2]), "P2 (2/7)");
+    EXPECT_FALSE(pager->leftArrow()->isHidden());
+
+    // A drag to the next page rotates the pages and moves the index.
+    auto next = pager->lcdViews()[2];
+    pager->scrollView()->drag(375);
+    EXPECT_EQ(pager->index(), 1u);
+    EXPECT_EQ(pager->lcdViews()[1], next);
+    EXPECT_EQ(pager->scrollView()->contentOffset().x, 375);
+    EXPECT_EQ(pager->getNumber(), "5552");
+    // Back twice wraps to the last result.
+    pager->scrollView()->drag(-375);
+    pager->scrollView()->drag(-375);
+    EXPECT_EQ(pager->index(), 6u);
+    // A drag that settles on the same page changes nothing.
+    pager->scrollView()->drag(100);
+    EXPECT_EQ(pager->index(), 6u);
+    // The buttons fade while dragging and come back a second later.
+    EXPECT_EQ(pager->deleteButton()->alpha(), 1);
+  });
+}
+
+TEST_F(KeypadViewsTest, IndexArithmeticAtTheEdges) {
+  proc_.run([] {
+    auto pager = ZVKeypadView::make({{0, 0}, {320, 80}});
+    EXPECT_EQ(pager->getNumber(), std::nullopt);
+    EXPECT_EQ(pager->getPrevIndex(), 0u);
+    pager->setPersons(people(2));
+    EXPECT_EQ(pager->getPrevIndex(), 1u);
+    EXPECT_EQ(pager->getNextIndex(), 1u);
+    pager->setIndex(5);  // out of range: the current is the first
+    EXPECT_EQ(pager->getCurIndex(), 0u);
+    EXPECT_EQ(pager->getNextIndex(), 0u);
+    EXPECT_EQ(pager->getPrevIndex(), 0u);
+    pager->setPersons(people(1));
+    pager->setIndex(0);
+    pager->updateLCDViews();
+    EXPECT_EQ(nameOf(*pager->lcdViews()[1]), "P1");  // no counter
+    EXPECT_TRUE(pager->leftArrow()->isHidden());
+    EXPECT_FALSE(pager->scrollView()->isScrollEnabled());
+  });
+}
+
+TEST_F(KeypadViewsTest, ButtonsFollowTheTypedNumberAndTheEntry) {
+  proc_.run([] {
+    auto pager = ZVKeypadView::make({{0, 0}, {320, 80}});
+    auto typed = std::make_shared<ZVPerson>();
+    typed->setPhoneNumber("12");
+    pager->setPersons({typed});
+    pager->updateLCDViews();
+    EXPECT_TRUE(pager->deleteButton()->isHidden());  // nothing typed
+    pager->setInputNumber("12");
+    pager->updateButtons();
+    EXPECT_FALSE(pager->deleteButton()->isHidden());
+    EXPECT_FALSE(pager->addButton()->isHidden());  // the typed-number entry
+    typed->setPriority(257);  // a priority-list entry is not one
+    pager->updateButtons();
+    EXPECT_TRUE(pager->addButton()->isHidden());
+  });
+}
+
+TEST_F(KeypadViewsTest, NumberFontRampsByLengthAndLongNumbersAreNotSplit) {
+  proc_.run([] {  // an iPhone 6 screen: 40 down to 28 points
+    EXPECT_EQ(ZVKeypadLCDView::numberFontSize(12, 12, 18), 40);
+    EXPECT_EQ(ZVKeypadLCDView::numberFontSize(15, 12, 18), 34);
+    EXPECT_EQ(ZVKeypadLCDView::numberFontSize(25, 12, 18), 28);
+    auto page = ZVKeypadLCDView::make({{0, 0}, {375, 80}});
+    page->setShowsHighlight(true);
+    page->setNumber("12345678901234567890");
+    page->setHighlightNumberRange({2, 3});
+    page->setName("Zhang San");
+    page->setHighlightNameRange({0, 5});
+    page->updateLCDView();
+    EXPECT_EQ(page->numberLabels()[0]->text(), "12345678901234567890");
+    EXPECT_EQ(page->numberLabels()[1]->text(), "");
+    EXPECT_EQ(page->nameLabels()[1]->text(), "Zhang");
+    EXPECT_EQ(page->nameLabels()[0]->frame().origin.y, 55);
+    // Colour code 3 (DialerNameHighlightColor here) keeps the default.
+    EXPECT_EQ(highlightColorForCode(3), std::nullopt);
+    EXPECT_EQ(highlightColorForCode(2)->r, 1);
+  });
+}
+
+TEST_F(KeypadViewsTest, LabelRunsAndTheirFallbacks) {
+  proc_.run([] {
+    auto label = ZVLabel::make();
+    label->text = "张三丰";
+    label->highlightRange = {1, 1};
+    label->highlightColor = ui::Color{1, 0, 0, 1};
+    label->updateLabel();
+    EXPECT_EQ(label->labelLeft()->text(), "张");
+    EXPECT_EQ(label->labelCenter()->text(), "三");
+    EXPECT_EQ(label->labelRight()->text(), "丰");
+    EXPECT_EQ(label->labelCenter()->textColor().r, 1);
+    EXPECT_EQ(label->frame().size.width, ui::textWidth("张三丰", label->font));
+    label->highlightRange = {2, 2};  // runs past the end
+    label->updateLabel();
+    EXPECT_EQ(label->labelLeft()->text(), "张三丰");
+    EXPECT_EQ(label->labelCenter()->frame().size.width, 0);
+    label->highlightRange = {0, 1};
+    label->textSize = 20;  // narrower than the text: whole text, cut
+    label->updateLabel();
+    EXPECT_EQ(label->labelLeft()->text(), "张三丰");
+    EXPECT_EQ(label->frame().size.width, 20);
+  });
+}
+
+TEST_F(KeypadViewsTest, ListPutsTheTypedRowFirstAndLabelsRows) {
+  proc_.run([&] {
+    auto list = ZVKeypadListView::make({{0, 142}, {375, 356}});
+    auto persons = people(3);
+    auto typed = std::make_shared<ZVPerson>();
+    typed->setPhoneNumber("555");
+    typed->setPriority(65);
+    persons.push_back(typed);
+    list->setPersons(persons);
+    list->setInputNumber("555");
+    list->setUpInputNumber(true);
+    list->reloadData();
+    EXPECT_EQ(list->getCellIndex(0), 3u);
+    EXPECT_EQ(list->getCellIndex(1), 0u);
+    auto row0 = std::dynamic_pointer_cast<ZVKeypadListCell>(
+        list->tableView()->cellForRowAtIndex(0));
+    auto row1 = std::dynamic_pointer_cast<ZVKeypadListCell>(
+        list->tableView()->cellForRowAtIndex(1));
+    ASSERT_TRUE(row0 && row1);
+    EXPECT_EQ(row0->typeLabel->text(), "Call");
+    EXPECT_EQ(row1->typeLabel->text(), "unknown");  // no phone label
+    EXPECT_EQ(row1->nameLabel->text, "P1");
+    EXPECT_EQ(row1->numberLabel->labelCenter()->text(), "555");
+    EXPECT_EQ(row1->imageView()->tag(), 1);  // avatar keyed by record id
+    EXPECT_LE(row1->typeLabel->frame().size.width, 100);
+  });
+}
+
+TEST_F(KeypadViewsTest, ALateAvatarIsSetOnlyOnTheCellStillShowingItsContact) {
+  DevicePeople book;
+  for (int id : {1, 2}) {
+    DeviceContact c;
+    c.recordId = id;
+    c.picture = DevicePicture::kPng;
+    book.contacts.push_back(c);
+  }
+  auto file =
+      root_ + "/var/mobile/Library/AddressBook/AddressBookImages.sqlitedb";
+  std::filesystem::create_directories(
+      std::filesystem::path(file).parent_path());
+  ASSERT_EQ(writeAddressBookImages(file, book), 2);
+  auto show = [&](int recordId, bool reuse) {
+    std::shared_ptr<ui::UIImageView> image;
+    ui::ImagePtr placeholder;
+    proc_.run([&] {
+      auto list = ZVKeypadListView::make({{0, 0}, {375, 50}});
+      auto persons = people(recordId);
+      list->setPersons({persons.back()});
+      list->reloadData();
+      image = list->tableView()->cellForRowAtIndex(0)->imageView();
+      placeholder = image->image();
+      if (reuse) image->setTag(99);  // the cell now shows someone else
+    });
+    world_.advance(0);  // the background load and its hand-back run
+    return image->image() != placeholder;
+  };
+  EXPECT_FALSE(show(1, true));
+  EXPECT_TRUE(show(2, false));
+}
+
+}  // namespace
+}  // namespace zv
