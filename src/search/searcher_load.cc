@@ -90,7 +90,11 @@ void ZVSearcher::updateAddressBookDict() {
   personsDict_.clear();
   personsDict_.reserve(persons_.size());
   // A number shared by several contacts maps to the last of them.
-  for (const auto& p : persons_) personsDict_[p->getPhoneNumber()] = p;
+  // Numbers hold only keypad characters, so the raw bytes are the string.
+  for (const auto& p : persons_)
+    personsDict_[p->phoneNumber()
+                     ? std::string(p->phoneNumber(), p->phoneNumberLength())
+                     : std::string()] = p;
 }
 
 }  // namespace zv

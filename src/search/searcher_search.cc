@@ -9,16 +9,28 @@ namespace zv {
 
 namespace {
 
-// Offset of the first occurrence of key in the form, or -1. When only a
-// match at the start counts, a prefix test gives the same answer cheaper.
+// Offset of the first occurrence of key in the form, or -1. The forms are
+// a few dozen bytes at most, so a first-byte scan beats a general substring
+// search; when only a match at the start counts, a prefix test is enough.
 inline int64_t findKey(const char* form, size_t formLength, const char* key,
                        size_t keyLength, bool anywhere) {
-  if (!anywhere)
-    return formLength >= keyLength && std::memcmp(form, key, keyLength) == 0
-               ? 0
-               : -1;
-  const void* hit = memmem(form, formLength, key, keyLength);
-  return hit ? static_cast<const char*>(hit) - form : -1;
+  if (keyLength > formLength) return -1;
+  if (!anywhere || keyLength == 0)
+    return std::memcmp(form, key, keyLength) == 0 ? 0 : -1;
+  const char first = key[0];
+  const size_t lastStart = formLength - keyLength;
+  if (keyLength == 1) {
+    const void* hit = std::memchr(form, first, formLength);
+    return hit ? static_cast<const char*>(hit) - form : -1;
+  }
+  // Two bytes inline before calling out for the rest of a longer key.
+  const char second = key[1];
+  for (size_t i = 0; i <= lastStart; ++i)
+    if (form[i] == first && form[i + 1] == second &&
+        (keyLength == 2 ||
+         std::memcmp(form + i + 2, key + 2, keyLength - 2) == 0))
+      return static_cast<int64_t>(i);
+  return -1;
 }
 
 // Ranking classes, in result order.
