@@ -75,14 +75,19 @@ class Writer {
   std::vector<sqlite3_stmt*> statements_;
 };
 
+// Binds text as it is, the empty string included.
+void bindExactText(sqlite3_stmt* s, int i, const std::string& text) {
+  sqlite3_bind_text(s, i, text.data(), static_cast<int>(text.size()),
+                    SQLITE_TRANSIENT);
+}
+
 // Binds text, or NULL for an empty string (the platform leaves unset
 // fields NULL).
 void bindText(sqlite3_stmt* s, int i, const std::string& text) {
   if (text.empty()) {
     sqlite3_bind_null(s, i);
   } else {
-    sqlite3_bind_text(s, i, text.data(), static_cast<int>(text.size()),
-                      SQLITE_TRANSIENT);
+    bindExactText(s, i, text);
   }
 }
 
@@ -240,8 +245,7 @@ void writeCallHistoryStore(const std::string& file, const DevicePeople& people,
     sqlite3_bind_double(call, 8, c.date);
     sqlite3_bind_double(call, 9, c.duration);
     // A withheld number is stored as an empty text, not NULL.
-    sqlite3_bind_text(call, 10, c.address.data(),
-                      static_cast<int>(c.address.size()), SQLITE_TRANSIENT);
+    bindExactText(call, 10, c.address);
     bindText(call, 11, uuid(random));
     w.run(call);
   }
@@ -258,8 +262,7 @@ void writeCallHistoryDb(const std::string& file, const DevicePeople& people) {
   int64_t rowid = 0;
   for (const DeviceCall& c : people.calls) {
     sqlite3_bind_int64(call, 1, ++rowid);
-    sqlite3_bind_text(call, 2, c.address.data(),
-                      static_cast<int>(c.address.size()), SQLITE_TRANSIENT);
+    bindExactText(call, 2, c.address);
     sqlite3_bind_int64(
         call, 3,
         static_cast<int64_t>(std::floor(c.date + ps::kReferenceDateOffset)));
@@ -269,8 +272,7 @@ void writeCallHistoryDb(const std::string& file, const DevicePeople& people) {
         c.originated ? ps::kCallFlagsOutgoing : ps::kCallFlagsIncoming);
     sqlite3_bind_int64(call, 6, c.recordId);
     sqlite3_bind_int(call, 7, c.read ? 1 : 0);
-    sqlite3_bind_text(call, 8, c.address.data(),
-                      static_cast<int>(c.address.size()), SQLITE_TRANSIENT);
+    bindExactText(call, 8, c.address);
     w.run(call);
   }
   w.commit();

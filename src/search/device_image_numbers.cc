@@ -1,6 +1,9 @@
 #include "search/device_image_numbers.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <string_view>
+#include <utility>
 
 namespace zv::device_numbers {
 namespace {
@@ -66,6 +69,22 @@ void splitFixed(const std::string& national, std::string& area,
   subscriber = national.substr(3);
 }
 
+// Writes `style`, replacing each of its placeholder letters by its text.
+std::string expand(std::string_view style,
+                   std::initializer_list<std::pair<char, std::string>> parts) {
+  std::string out;
+  for (char c : style) {
+    auto part = std::find_if(parts.begin(), parts.end(),
+                             [c](const auto& p) { return p.first == c; });
+    if (part == parts.end()) {
+      out += c;
+    } else {
+      out += part->second;
+    }
+  }
+  return out;
+}
+
 }  // namespace
 
 std::string dialable(const std::string& text) {
@@ -94,25 +113,12 @@ std::string serviceDigits(DeviceRandom& random) {
 }
 
 Number styleMobile(const std::string& d, DeviceRandom& random) {
-  switch (random.uniform(0, 9)) {
-    case 0:
-    case 1:
-    case 2:
-      return make(d);
-    case 3:
-    case 4:
-      return make(grouped(d, " "));
-    case 5:
-      return make(grouped(d, "-"));
-    case 6:
-      return make("+86 " + grouped(d, " "));
-    case 7:
-      return make("+86" + d);
-    case 8:
-      return make("(+86) " + grouped(d, "-"));
-    default:
-      return make("0086 " + grouped(d, " "));
-  }
+  // Plain digits are the most common way a number is saved.
+  constexpr const char* kStyles[] = {"M", "M",     "M",    "G",       "G",
+                                     "D", "+86 G", "+86M", "(+86) D", "0086 G"};
+  return make(
+      expand(random.pick(kStyles),
+             {{'M', d}, {'G', grouped(d, " ")}, {'D', grouped(d, "-")}}));
 }
 
 Number mobile(DeviceRandom& random) {
@@ -125,30 +131,10 @@ Number fixed(DeviceRandom& random) {
   splitFixed(national, area, sub);
   size_t half = sub.size() - 4;
   std::string spaced = sub.substr(0, half) + " " + sub.substr(half);
-  std::string text;
-  switch (random.uniform(0, 6)) {
-    case 0:
-      text = "0" + area + "-" + sub;
-      break;
-    case 1:
-      text = "(0" + area + ") " + spaced;
-      break;
-    case 2:
-      text = "0" + area + " " + spaced;
-      break;
-    case 3:
-      text = "+86 " + area + " " + spaced;
-      break;
-    case 4:
-      text = "+86-" + area + "-" + sub;
-      break;
-    case 5:
-      text = national;
-      break;
-    default:
-      text = "(0" + area + ")" + sub;
-      break;
-  }
+  constexpr const char* kStyles[] = {"0A-S",    "(0A) P", "0A P", "+86 A P",
+                                     "+86-A-S", "0AS",    "(0A)S"};
+  std::string text =
+      expand(random.pick(kStyles), {{'A', area}, {'S', sub}, {'P', spaced}});
   // Switchboards: a pause and an extension.
   if (random.chance(0.05)) text += "," + digits(random, 3, '1');
   return make(std::move(text));
