@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "device_db.h"
 #include "platform/plist.h"
 #include "search/platform_schema.h"
 #include "sim_fixture.h"
@@ -37,14 +38,7 @@ class AddressBookTest : public testing::SimTest {
   }
 
   void exec(const char* devicePath, const std::string& sql) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open((root_ + devicePath).c_str(), &db), SQLITE_OK);
-    char* error = nullptr;
-    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error),
-              SQLITE_OK)
-        << (error ? error : "") << " in " << sql;
-    sqlite3_free(error);
-    sqlite3_close(db);
+    testing::execSql(root_ + devicePath, sql);
   }
 
   // Stores a PNG thumbnail of one colour, w x h pixels.

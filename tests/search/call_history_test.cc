@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "device_db.h"
 #include "platform/plist.h"
 #include "search/platform_schema.h"
 #include "search/ring_duration_file.h"
@@ -29,26 +30,10 @@ class CallHistoryTest : public testing::SimTest {
   }
 
   void exec(const char* devicePath, const std::string& sql) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open((root_ + devicePath).c_str(), &db), SQLITE_OK);
-    char* error = nullptr;
-    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error),
-              SQLITE_OK)
-        << (error ? error : "") << " in " << sql;
-    sqlite3_free(error);
-    sqlite3_close(db);
+    testing::execSql(root_ + devicePath, sql);
   }
   std::vector<double> column(const char* devicePath, const std::string& sql) {
-    std::vector<double> values;
-    sqlite3* db = nullptr;
-    sqlite3_open((root_ + devicePath).c_str(), &db);
-    sqlite3_stmt* query = nullptr;
-    sqlite3_prepare_v2(db, sql.c_str(), -1, &query, nullptr);
-    while (sqlite3_step(query) == SQLITE_ROW)
-      values.push_back(sqlite3_column_double(query, 0));
-    sqlite3_finalize(query);
-    sqlite3_close(db);
-    return values;
+    return testing::columnValues<double>(root_ + devicePath, sql);
   }
 
   // Calls on 8.x: (Z_PK, ZDATE, ZDURATION).
