@@ -165,6 +165,9 @@ void registerPhoneClasses(const PhoneHostOptions& options) {
   registerViews(options);
   registerDialer();
   registerApplication();
+  // The app's own classes are in place: an extension mapped before now
+  // (preloaded) may install its hooks.
+  platform::Process::current().finishLaunching();
 }
 
 void PhonePad::pressKey(char key) {

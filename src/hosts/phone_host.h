@@ -37,8 +37,10 @@ struct PhoneHostOptions {
   bool addContactButton = true;  // the dialer view responds to addContactButton
 };
 
-// Registers the Phone app's classes in the current process. Call it before
-// the extension loads, as the platform loads the app's own code first.
+// Registers the Phone app's classes in the current process and marks the
+// host launched (an extension preloaded earlier installs its hooks then).
+// Call it before loading the extension directly, as the platform loads the
+// app's own code first.
 void registerPhoneClasses(const PhoneHostOptions& options = {});
 
 class PhoneLCDView : public ui::UIView {
