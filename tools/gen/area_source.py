@@ -15,6 +15,11 @@ per number prefix, longest prefix wins at lookup time:
 - carrier-only prefixes, and for China a hand-written list of service
   numbers (emergency, carriers, banks) bound to their exact length.
 
+All texts of one database share 64 KiB. When a country's names do not fit
+(the NANP's ten thousand towns), the rarer town names are widened to their
+state or region, then rarer carrier names dropped (see fit_texts); the
+source's comment header says what was changed.
+
 Run it with /usr/bin/python3 (the system python that sees the Debian
 package).
 """
@@ -29,6 +34,9 @@ from phonenumbers.geodata import GEOCODE_DATA
 from phonenumbers.phonenumberutil import COUNTRY_CODE_TO_REGION_CODE
 
 MAX_PREFIX = 8  # longest national prefix the binary format can key
+# Texts are addressed by 16-bit offsets into one string block, which starts
+# with a NUL: every distinct text plus its NUL must fit in 64 KiB.
+TEXT_BUDGET = 0x10000
 FIXED_TYPE = {"zh": "固话"}
 
 # Service numbers of mainland China: (number, name). Three-digit numbers are
@@ -168,6 +176,108 @@ def build_records(cc, lang, fixed_type, long_form):
     return records, long_form, skipped
 
 
+def text_bytes(texts):
+    """Size of the string block holding `texts` (the leading NUL included)."""
+    return 1 + sum(len(t.encode("utf-8")) + 1 for t in set(texts) if t)
+
+
+def region_names(records, geo):
+    """{suffix: region name} for locations written "Place, SUFFIX".
+
+    A NANP location reads "Mountain View, CA" while the area code's own
+    entry reads "California"; the suffix takes the name that the shorter
+    prefixes above its places use most often (the suffix itself when no
+    such name exists)."""
+    votes = {}
+    for prefix, (location, _, _) in records.items():
+        if ", " not in location:
+            continue
+        suffix = location.rsplit(", ", 1)[1]
+        for n in range(1, len(prefix)):
+            above = geo.get(prefix[:n])
+            if above and ", " not in above:
+                votes.setdefault(suffix, {}).setdefault(above, 0)
+                votes[suffix][above] += 1
+                break
+    return {suffix: max(sorted(names), key=lambda name: names[name])
+            for suffix, names in votes.items()}
+
+
+def keep_by_use(records, field, fixed, fallback):
+    """Keeps the texts of one field (0 location, 1 type) that the most
+    records use, as long as the string block stays within the budget with
+    the `fixed` texts; every other text becomes fallback(text)."""
+    uses = {}
+    for r in records.values():
+        if r[field]:
+            uses[r[field]] = uses.get(r[field], 0) + 1
+    size = text_bytes(fixed)
+    kept = set(fixed)
+    for text in sorted(uses, key=lambda t: (-uses[t], t)):
+        if text in kept:
+            continue
+        cost = len(text.encode("utf-8")) + 1
+        if size + cost <= TEXT_BUDGET:
+            kept.add(text)
+            size += cost
+    changed = 0
+    for prefix, r in list(records.items()):
+        if r[field] and r[field] not in kept:
+            r = list(r)
+            r[field] = fallback(r[field])
+            changed += 1
+            if r[0] or r[1]:
+                records[prefix] = tuple(r)
+            else:
+                del records[prefix]
+    return changed
+
+
+def fit_texts(records, geo):
+    """Makes the distinct texts fit the 64 KiB string block.
+
+    Countries with fine-grained geocoding (the NANP has some ten thousand
+    place names) do not fit as they are. In that case, step by step until
+    they fit:
+    1. locations: the most used place names stay; the others become the
+       region above them ("Fort Lee, NJ" -> "New Jersey", the name the area
+       code itself carries), so every number still gets its state or region;
+    2. carrier texts: the most used stay, the others are dropped;
+    3. locations again: the most used regions stay, the others are dropped.
+    Returns notes for the source's comment header; exits with a message
+    when even that does not fit."""
+    def size():
+        return text_bytes(t for r in records.values() for t in r[:2])
+
+    notes = []
+    if size() <= TEXT_BUDGET:
+        return notes
+    regions = region_names(records, geo)
+
+    def region(location):
+        if ", " not in location:
+            return location
+        suffix = location.rsplit(", ", 1)[1]
+        return regions.get(suffix, suffix)
+
+    types = [r[1] for r in records.values()]
+    coarse = [region(r[0]) for r in records.values()]
+    n = keep_by_use(records, 0, types + coarse, region)
+    notes.append("%d locations were widened to their region" % n)
+    if size() > TEXT_BUDGET:
+        locations = [r[0] for r in records.values()]
+        n = keep_by_use(records, 1, locations, lambda text: "")
+        notes.append("%d carrier texts were left out" % n)
+    if size() > TEXT_BUDGET:
+        types = [r[1] for r in records.values()]
+        n = keep_by_use(records, 0, types, lambda text: "")
+        notes.append("%d locations were left out" % n)
+    if size() > TEXT_BUDGET:
+        sys.exit("area_source.py: the line-type texts alone need %d bytes, "
+                 "more than the %d a database can hold" % (size(), TEXT_BUDGET))
+    return notes
+
+
 def main():
     ap = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     ap.add_argument("--country", default="86", help="country calling code")
@@ -192,6 +302,7 @@ def main():
             records[number] = (name, "", max(len(number), 4))
     if not records:
         sys.exit("area_source.py: no data for country code " + cc)
+    notes = fit_texts(records, national_table(GEOCODE_DATA, cc, args.lang))
 
     meta = Classifier(cc).meta
     access = meta.preferred_international_prefix or meta.international_prefix
@@ -208,6 +319,8 @@ def main():
     if skipped:
         out.append("# %d prefixes longer than %d digits were left out.\n"
                    % (skipped, MAX_PREFIX))
+    for note in notes:
+        out.append("# To fit the 64 KiB of texts, %s.\n" % note)
     out.append("@version\t1\n@separator\t\\x20\n@access\t%s\n@access2\t\n"
                "@country\t%s\n@trunk\t%s\n@min\t%d\n@max\t%d\n"
                % (access, cc, trunk, min_digits, max(lengths)))
