@@ -5,44 +5,88 @@
 
 namespace zv {
 
-void ZVPerson::Buffer::release() {
-  std::free(bytes_);
-  bytes_ = nullptr;
-  size_ = 0;
+void ZVPerson::releaseBlock() {
+  if (block_ != inline_) std::free(block_);
+  block_ = inline_;
 }
 
-void ZVPerson::Buffer::assign(std::string_view text) {
-  release();
-  // A failed allocation leaves the field null; readers treat it as absent.
-  auto* copy = static_cast<char*>(std::malloc(text.size() + 1));
-  if (!copy) return;
-  if (!text.empty()) std::memcpy(copy, text.data(), text.size());
-  copy[text.size()] = '\0';
-  bytes_ = copy;
-  size_ = text.size();
+void ZVPerson::build(const std::string_view (&texts)[kFields], uint32_t present,
+                     bool filterNumber) {
+  size_t total = 0;
+  for (int f = 0; f < kFields; ++f)
+    if ((present >> f) & 1) total += texts[f].size() + 1;
+  // Composed apart from the old block, which the texts may point into.
+  char local[kInlineBytes];
+  char* out = local;
+  if (total + kReadSlack > kInlineBytes) {
+    out = static_cast<char*>(std::malloc(total + kReadSlack));
+    // A failed allocation leaves the changed fields null; readers treat
+    // them as absent.
+    if (!out) {
+      present_ &= ~present;
+      return;
+    }
+  }
+  uint32_t offset[kFields] = {}, size[kFields] = {};
+  size_t write = 0;
+  for (int f = 0; f < kFields; ++f) {
+    if (!((present >> f) & 1)) continue;
+    offset[f] = static_cast<uint32_t>(write);
+    if (f == kNumber && filterNumber) {
+      for (unsigned char c : texts[f])
+        if (isDialable(c)) out[write++] = static_cast<char>(c);
+    } else if (!texts[f].empty()) {
+      std::memcpy(out + write, texts[f].data(), texts[f].size());
+      write += texts[f].size();
+    }
+    size[f] = static_cast<uint32_t>(write - offset[f]);
+    out[write++] = '\0';
+  }
+  std::memset(out + write, 0, kReadSlack);
+  write += kReadSlack;
+  releaseBlock();
+  if (out == local) {
+    std::memcpy(inline_, local, write);
+  } else {
+    block_ = out;
+  }
+  std::memcpy(offset_, offset, sizeof offset_);
+  std::memcpy(size_, size, sizeof size_);
+  present_ = present;
 }
 
-void ZVPerson::Buffer::adopt(char* bytes, size_t size) {
-  release();
-  bytes_ = bytes;
-  size_ = bytes ? size : 0;
+void ZVPerson::assign(Field field, std::string_view text, bool filter) {
+  std::string_view texts[kFields];
+  for (int f = 0; f < kFields; ++f)
+    if ((present_ >> f) & 1) texts[f] = {block_ + offset_[f], size_[f]};
+  texts[field] = text;
+  build(texts, present_ | (1u << field), filter);
 }
 
-std::string ZVPerson::Buffer::str() const {
-  if (!bytes_) return "";
-  std::string_view view(bytes_, size_);
+void ZVPerson::setTexts(std::string_view phoneNumber, std::string_view jianPin,
+                        std::string_view english, std::string_view pinYin,
+                        std::string_view first, std::string_view full,
+                        bool hasNumber) {
+  std::string_view texts[kFields];
+  texts[kNumber] = phoneNumber;
+  texts[kJianPin] = jianPin;
+  texts[kEnglish] = english;
+  texts[kPinYin] = pinYin;
+  texts[kFirst] = first;
+  texts[kFull] = full;
+  uint32_t present = (1u << kFields) - 1;
+  if (!hasNumber) present &= ~(1u << kNumber);
+  build(texts, present, true);
+}
+
+std::string ZVPerson::str(Field f) const {
+  if (!((present_ >> f) & 1)) return "";
+  std::string_view view(block_ + offset_[f], size_[f]);
   return isValidUtf8(view) ? std::string(view) : std::string();
 }
 
 void ZVPerson::setPhoneNumber(std::string_view text) {
-  auto* copy = static_cast<char*>(std::malloc(text.size() + 1));
-  size_t write = 0;
-  if (copy) {
-    for (unsigned char c : text)
-      if (isDialable(c)) copy[write++] = static_cast<char>(c);
-    copy[write] = '\0';
-  }
-  phoneNumber_.adopt(copy, write);
+  assign(kNumber, text, true);
 }
 
 bool isValidUtf8(std::string_view text) {

@@ -2,11 +2,14 @@
 // number of one contact (or one recently called number), with the contact's
 // display name and the keypad-digit forms of that name.
 //
-// The six text fields are owned, NUL-terminated heap buffers that may be
-// null. The search loop reads them raw (no copy); the views use the string
-// getters, which give "" for a null buffer or one that is not valid UTF-8.
-// Every copying setter frees the previous buffer. setPhoneNumber() keeps only
-// the keypad's dialable characters (0-9 # * + , ;).
+// The six text fields are owned, NUL-terminated byte strings that may be
+// null. They live back to back in one block (inside the person when they are
+// short, as almost all are), so the search loop touches one allocation per
+// person and reads them raw (no copy); the views use the string getters,
+// which give "" for a null field or one that is not valid UTF-8. A setter
+// replaces its field's text and leaves the others as they were (their raw
+// pointers may move). setPhoneNumber() keeps only the keypad's dialable
+// characters (0-9 # * + , ;).
 #pragma once
 
 #include <cstddef>
@@ -31,7 +34,7 @@ class ZVPerson {
   };
 
   ZVPerson() = default;
-  ~ZVPerson() = default;
+  ~ZVPerson() { releaseBlock(); }
   ZVPerson(const ZVPerson&) = delete;
   ZVPerson& operator=(const ZVPerson&) = delete;
 
@@ -44,36 +47,46 @@ class ZVPerson {
   int32_t nameLength() const { return nameLength_; }
   void setNameLength(int32_t v) { nameLength_ = v; }
 
-  // Raw buffers (may be null) and their byte lengths (0 when null).
-  const char* phoneNumber() const { return phoneNumber_.data(); }
-  const char* nameFull() const { return nameFull_.data(); }
-  const char* nameJianPin() const { return nameJianPin_.data(); }
-  const char* namePinYin() const { return namePinYin_.data(); }
-  const char* nameFirst() const { return nameFirst_.data(); }
-  const char* nameEnglish() const { return nameEnglish_.data(); }
-  size_t phoneNumberLength() const { return phoneNumber_.size(); }
-  size_t nameJianPinLength() const { return nameJianPin_.size(); }
-  size_t namePinYinLength() const { return namePinYin_.size(); }
-  size_t nameEnglishLength() const { return nameEnglish_.size(); }
+  // Raw texts (may be null) and their byte lengths (0 when null).
+  const char* phoneNumber() const { return raw(kNumber); }
+  const char* nameFull() const { return raw(kFull); }
+  const char* nameJianPin() const { return raw(kJianPin); }
+  const char* namePinYin() const { return raw(kPinYin); }
+  const char* nameFirst() const { return raw(kFirst); }
+  const char* nameEnglish() const { return raw(kEnglish); }
+  size_t phoneNumberLength() const { return size_[kNumber]; }
+  size_t nameJianPinLength() const { return size_[kJianPin]; }
+  size_t namePinYinLength() const { return size_[kPinYin]; }
+  size_t nameEnglishLength() const { return size_[kEnglish]; }
 
-  // Copying setters: free the old buffer, store a fresh copy.
-  void setNameFull(std::string_view text) { nameFull_.assign(text); }
-  void setNameJianPin(std::string_view text) { nameJianPin_.assign(text); }
-  void setNamePinYin(std::string_view text) { namePinYin_.assign(text); }
-  void setNameFirst(std::string_view text) { nameFirst_.assign(text); }
-  void setNameEnglish(std::string_view text) { nameEnglish_.assign(text); }
+  // Copying setters: store a fresh copy in place of the old text.
+  void setNameFull(std::string_view text) { assign(kFull, text); }
+  void setNameJianPin(std::string_view text) { assign(kJianPin, text); }
+  void setNamePinYin(std::string_view text) { assign(kPinYin, text); }
+  void setNameFirst(std::string_view text) { assign(kFirst, text); }
+  void setNameEnglish(std::string_view text) { assign(kEnglish, text); }
   // Stores a copy filtered to the dialable characters, in order.
   void setPhoneNumber(std::string_view text);
   // Stores an unfiltered copy (the text is already clean).
-  void setPhoneNumberF(std::string_view text) { phoneNumber_.assign(text); }
+  void setPhoneNumberF(std::string_view text) { assign(kNumber, text); }
+  // Sets all six texts at once (the number filtered as by setPhoneNumber,
+  // or left null when !hasNumber), with a single copy; the loaders use it.
+  void setTexts(std::string_view phoneNumber, std::string_view jianPin,
+                std::string_view english, std::string_view pinYin,
+                std::string_view first, std::string_view full,
+                bool hasNumber = true);
 
-  // New strings made from the buffers; "" for null or invalid UTF-8.
-  std::string getPhoneNumber() const { return phoneNumber_.str(); }
-  std::string getNameFull() const { return nameFull_.str(); }
-  std::string getNameJianPin() const { return nameJianPin_.str(); }
-  std::string getNamePinYin() const { return namePinYin_.str(); }
-  std::string getNameFirst() const { return nameFirst_.str(); }
-  std::string getNameEnglish() const { return nameEnglish_.str(); }
+  // New strings made from the texts; "" for null or invalid UTF-8.
+  std::string getPhoneNumber() const { return str(kNumber); }
+  std::string getNameFull() const { return str(kFull); }
+  std::string getNameJianPin() const { return str(kJianPin); }
+  std::string getNamePinYin() const { return str(kPinYin); }
+  std::string getNameFirst() const { return str(kFirst); }
+  std::string getNameEnglish() const { return str(kEnglish); }
+
+  // Bytes after every text's NUL that are always readable (zero or other
+  // texts), so that a search may read a word at a time.
+  static constexpr size_t kReadSlack = 8;
 
   // True for the dialable characters that a number keeps.
   static bool isDialable(unsigned char c) {
@@ -82,36 +95,32 @@ class ZVPerson {
   }
 
  private:
-  // An owned malloc'd, NUL-terminated byte string, or null.
-  class Buffer {
-   public:
-    Buffer() = default;
-    ~Buffer() { release(); }
-    Buffer(const Buffer&) = delete;
-    Buffer& operator=(const Buffer&) = delete;
-    void assign(std::string_view text);
-    // Takes a malloc'd buffer of `size` bytes plus the NUL.
-    void adopt(char* bytes, size_t size);
-    const char* data() const { return bytes_; }
-    size_t size() const { return size_; }
-    std::string str() const;
+  // Field order in the block: the searched forms first, so that a search
+  // reads the fewest cache lines.
+  enum Field { kJianPin, kEnglish, kPinYin, kNumber, kFirst, kFull, kFields };
+  // Texts up to this many bytes in all (NULs included) stay in the person.
+  static constexpr size_t kInlineBytes = 96;
 
-   private:
-    void release();
-    char* bytes_ = nullptr;
-    size_t size_ = 0;
-  };
+  const char* raw(Field f) const {
+    return (present_ >> f) & 1 ? block_ + offset_[f] : nullptr;
+  }
+  std::string str(Field f) const;
+  void assign(Field f, std::string_view text, bool filter = false);
+  // Rebuilds the block from the `texts` whose bit is set in `present`;
+  // `filterNumber` keeps only the number's dialable characters.
+  void build(const std::string_view (&texts)[kFields], uint32_t present,
+             bool filterNumber);
+  void releaseBlock();
 
   int32_t recordId_ = -1;
   int32_t phoneType_ = -1;
   int32_t priority_ = 0;
   int32_t nameLength_ = 0;
-  Buffer phoneNumber_;
-  Buffer nameFull_;
-  Buffer nameJianPin_;
-  Buffer namePinYin_;
-  Buffer nameFirst_;
-  Buffer nameEnglish_;
+  uint32_t offset_[kFields] = {};
+  uint32_t size_[kFields] = {};
+  uint32_t present_ = 0;  // bit per field
+  char* block_ = inline_;
+  char inline_[kInlineBytes];
 };
 
 // True when `text` is well-formed UTF-8 (no overlong forms, surrogates or

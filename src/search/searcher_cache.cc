@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "platform/plist.h"
+#include "search/person_arena.h"
 
 namespace zv {
 
@@ -39,7 +40,8 @@ int32_t leadingInt(std::string_view text) {
                           std::numeric_limits<int32_t>::max()));
 }
 
-void readLine(std::string_view line, ZVSearcher::PersonList& out) {
+void readLine(std::string_view line, PersonArena& arena,
+              ZVSearcher::PersonList& out) {
   // The line's own newline ends it; it does not open an empty last field.
   if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
   std::array<std::string_view, kMaxPieces> pieces;
@@ -55,16 +57,12 @@ void readLine(std::string_view line, ZVSearcher::PersonList& out) {
     start = end + 1;
   }
   if (count < kFields) return;
-  auto person = std::make_shared<ZVPerson>();
+  auto person = arena.make();
   person->setRecordId(leadingInt(pieces[0]));
   person->setPhoneType(leadingInt(pieces[1]));
   person->setNameLength(leadingInt(pieces[2]));
-  person->setNameJianPin(pieces[3]);
-  person->setNamePinYin(pieces[4]);
-  person->setNameEnglish(pieces[5]);
-  person->setNameFirst(pieces[6]);
-  person->setPhoneNumber(pieces[7]);
-  person->setNameFull(pieces[8]);
+  person->setTexts(pieces[7], pieces[3], pieces[5], pieces[4], pieces[6],
+                   pieces[8]);
   out.push_back(std::move(person));
 }
 
@@ -86,6 +84,9 @@ std::string formatCacheLine(const ZVPerson& p) {
 }
 
 void readPersonsCache(std::string_view bytes, ZVSearcher::PersonList& out) {
+  const size_t lines = std::count(bytes.begin(), bytes.end(), '\n') + 1;
+  out.reserve(out.size() + lines);
+  PersonArena arena(lines);
   size_t pos = 0;
   while (pos < bytes.size()) {
     size_t end = pos;
@@ -95,7 +96,7 @@ void readPersonsCache(std::string_view bytes, ZVSearcher::PersonList& out) {
     pos = end;
     size_t nul = line.find('\0');
     if (nul != std::string_view::npos) line = line.substr(0, nul);
-    readLine(line, out);
+    readLine(line, arena, out);
   }
 }
 

@@ -2,6 +2,7 @@
 // encoding the contacts from the database.
 #include <string>
 
+#include "search/person_arena.h"
 #include "search/searcher.h"
 #include "search/searcher_encode.h"
 #include "search/sqlite_db.h"
@@ -49,12 +50,13 @@ void ZVSearcher::loadAddressBookDb() {
       const bool lastFirst = lastNameFirst();
       const bool company = settings_->DialerCompany();
       EncodedName encoded;
+      PersonArena arena;
       sqlite3_stmt* stmt = nullptr;
       if (sqlite3_prepare_v2(db.handle(), kContactsQuery, -1, &stmt, nullptr) ==
           SQLITE_OK) {
         while (sqlite3_step(stmt) == SQLITE_ROW) {
           if (sqlite3_column_type(stmt, 0) == SQLITE_NULL) continue;
-          auto person = std::make_shared<ZVPerson>();
+          auto person = arena.make();
           person->setRecordId(sqlite3_column_int(stmt, 0));
           std::string organization;
           const bool hasOrganization =
@@ -63,17 +65,14 @@ void ZVSearcher::loadAddressBookDb() {
           std::string name = composeDisplayName(
               cText(stmt, 1), cText(stmt, 2),
               hasOrganization ? &organization : nullptr, lastFirst);
-          person->setNameFull(name);
-          if (sqlite3_column_type(stmt, 4) != SQLITE_NULL)
-            person->setPhoneNumber(cText(stmt, 4));
+          const bool hasNumber = sqlite3_column_type(stmt, 4) != SQLITE_NULL;
           // A label column holding text converts as its leading integer.
           if (sqlite3_column_type(stmt, 5) != SQLITE_NULL)
             person->setPhoneType(sqlite3_column_int(stmt, 5));
           encodeName(name, t9hash_.get(), encoded);
-          person->setNameJianPin(encoded.jianPin);
-          person->setNamePinYin(encoded.pinYin);
-          person->setNameEnglish(encoded.english);
-          person->setNameFirst(encoded.first);
+          person->setTexts(hasNumber ? cText(stmt, 4) : std::string_view(),
+                           encoded.jianPin, encoded.english, encoded.pinYin,
+                           encoded.first, name, hasNumber);
           person->setNameLength(encoded.nameLength);
           persons_.push_back(std::move(person));
         }
