@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 
 #include "platform/plist.h"
@@ -48,8 +49,9 @@ void readLine(std::string_view line, PersonArena& arena,
   int count = 0;
   size_t start = 0;
   while (count < kMaxPieces) {
-    size_t end = line.find_first_of("\t\n", start);
-    if (end == std::string_view::npos) {
+    size_t end = start;
+    while (end < line.size() && line[end] != '\t' && line[end] != '\n') ++end;
+    if (end == line.size()) {
       pieces[count++] = line.substr(start);
       break;
     }
@@ -84,18 +86,27 @@ std::string formatCacheLine(const ZVPerson& p) {
 }
 
 void readPersonsCache(std::string_view bytes, ZVSearcher::PersonList& out) {
-  const size_t lines = std::count(bytes.begin(), bytes.end(), '\n') + 1;
+  const char* data = bytes.data();
+  const size_t size = bytes.size();
+  size_t lines = 1;
+  for (const char* p = data;
+       (p = static_cast<const char*>(std::memchr(p, '\n', data + size - p)));
+       ++p)
+    ++lines;
   out.reserve(out.size() + lines);
   PersonArena arena(lines);
   size_t pos = 0;
-  while (pos < bytes.size()) {
-    size_t end = pos;
-    while (end < bytes.size() && end - pos < kLinePiece)
-      if (bytes[end++] == '\n') break;
-    std::string_view line = bytes.substr(pos, end - pos);
-    pos = end;
-    size_t nul = line.find('\0');
-    if (nul != std::string_view::npos) line = line.substr(0, nul);
+  while (pos < size) {
+    // Up to and including the newline, at most kLinePiece bytes.
+    const size_t limit = std::min(size - pos, kLinePiece);
+    const auto* newline =
+        static_cast<const char*>(std::memchr(data + pos, '\n', limit));
+    const size_t length = newline ? newline - (data + pos) + 1 : limit;
+    std::string_view line(data + pos, length);
+    pos += length;
+    const auto* nul =
+        static_cast<const char*>(std::memchr(line.data(), '\0', length));
+    if (nul) line = line.substr(0, nul - line.data());
     readLine(line, arena, out);
   }
 }
