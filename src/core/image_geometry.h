@@ -1,17 +1,11 @@
-// Where a picture is drawn when it is scaled to fill a target size: the
-// aspect-fill rectangle with centre crop used for contact pictures. Pure
-// geometry; the pixel work lives in the UI model's image code.
+// The aspect-fill rectangle of scaleToSize:scale: for the logic; it lives
+// with the UI model's images, which draw with it.
 #pragma once
 
-#include "platform/ui/style_types.h"
+#include "platform/ui/image_geometry.h"
 
 namespace zv {
 
-// The rectangle, in the target's coordinates, to draw an image of size
-// `image` into so that it covers all of `target` with its proportions kept
-// and is centred. A wide image is scaled to the target's height and cropped
-// left and right, a tall one to the width and cropped top and bottom; a
-// square one (or one without area) fills the target exactly.
-ui::Rect aspectFillRect(platform::Size target, platform::Size image);
+using ui::aspectFillRect;
 
 }  // namespace zv

@@ -7,29 +7,10 @@
 #include <stdexcept>
 
 #include "platform/plist.h"
+#include "platform/ui/image_geometry.h"
 #include "platform/ui/image_resample.h"
 
 namespace zv::ui {
-
-namespace {
-
-// Aspect fill with centre crop. The core utilities have the same geometry
-// (core/image_geometry.h), but the platform library cannot reach up into
-// core, so the UI model keeps its own copy of these few lines.
-Rect coverRect(platform::Size image, platform::Size target) {
-  const double W = target.width, H = target.height;
-  if (image.width > image.height) {
-    const double f = H / image.height;
-    return {{-(f * image.width - W) / 2, 0}, {f * image.width, H}};
-  }
-  if (image.width < image.height) {
-    const double f = W / image.width;
-    return {{0, -(f * image.height - H) / 2}, {W, f * image.height}};
-  }
-  return {{0, 0}, {W, H}};
-}
-
-}  // namespace
 
 Image::Image(int pixelWidth, int pixelHeight, double scale,
              std::vector<uint8_t> rgba)
@@ -85,7 +66,7 @@ Pixel Image::pixel(int x, int y) const {
 }
 
 ImagePtr Image::scaleToSize(platform::Size size, int scale) const {
-  return drawnInRect(size, scale, coverRect(this->size(), size));
+  return drawnInRect(size, scale, aspectFillRect(size, this->size()));
 }
 
 ImagePtr Image::drawnInRect(platform::Size size, int scale,

@@ -1,8 +1,8 @@
-#include "core/image_geometry.h"
+#include "platform/ui/image_geometry.h"
 
-namespace zv {
+namespace zv::ui {
 
-ui::Rect aspectFillRect(platform::Size target, platform::Size image) {
+Rect aspectFillRect(platform::Size target, platform::Size image) {
   const double W = target.width, H = target.height;
   const double w = image.width, h = image.height;
   // An image without area has no proportions to keep.
@@ -15,4 +15,4 @@ ui::Rect aspectFillRect(platform::Size target, platform::Size image) {
   return {{0, -(f * h - H) / 2}, {W, f * h}};
 }
 
-}  // namespace zv
+}  // namespace zv::ui
