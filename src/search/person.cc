@@ -15,9 +15,10 @@ void ZVPerson::build(const std::string_view (&texts)[kFields], uint32_t present,
   size_t total = 0;
   for (int f = 0; f < kFields; ++f)
     if ((present >> f) & 1) total += texts[f].size() + 1;
-  // Composed apart from the old block, which the texts may point into.
+  // Composed apart from the old block, which the texts may point into; a
+  // person without texts yet (the loaders' case) is written in place.
   char local[kInlineBytes];
-  char* out = local;
+  char* out = present_ == 0 && block_ == inline_ ? inline_ : local;
   if (total + kReadSlack > kInlineBytes) {
     out = static_cast<char*>(std::malloc(total + kReadSlack));
     // A failed allocation leaves the changed fields null; readers treat
@@ -44,11 +45,13 @@ void ZVPerson::build(const std::string_view (&texts)[kFields], uint32_t present,
   }
   std::memset(out + write, 0, kReadSlack);
   write += kReadSlack;
-  releaseBlock();
-  if (out == local) {
-    std::memcpy(inline_, local, write);
-  } else {
-    block_ = out;
+  if (out != inline_) {
+    releaseBlock();
+    if (out == local) {
+      std::memcpy(inline_, local, write);
+    } else {
+      block_ = out;
+    }
   }
   std::memcpy(offset_, offset, sizeof offset_);
   std::memcpy(size_, size, sizeof size_);

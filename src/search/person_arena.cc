@@ -12,7 +12,10 @@ PersonArena::PersonArena(size_t expected)
 
 std::shared_ptr<ZVPerson> PersonArena::make() {
   if (next_ == capacity_) {
-    blocks_->list.push_back(std::make_unique<ZVPerson[]>(blockSize_));
+    // Default-initialised: the constructor sets every field that is read
+    // before it is written, so zeroing the whole block first only costs.
+    blocks_->list.push_back(
+        std::make_unique_for_overwrite<ZVPerson[]>(blockSize_));
     next_ = 0;
     capacity_ = blockSize_;
     blockSize_ = kDefaultBlock;

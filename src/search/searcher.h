@@ -23,12 +23,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
 #include "platform/value.h"
+#include "search/number_index.h"
 #include "search/person.h"
 #include "search/t9_table.h"
 
@@ -145,9 +145,9 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   // --- State ---------------------------------------------------------------
   const PersonList& persons() const { return persons_; }
   const PersonList& callHistory() const { return callHistory_; }
-  const std::unordered_map<std::string, PersonRef>& personsDict() const {
-    return personsDict_;
-  }
+  // The person of persons() whose number is `number` (the last of them
+  // when several share it), or null.
+  PersonRef personForNumber(std::string_view number) const;
   const std::optional<Dict>& priorityDict() const { return priorityDict_; }
   const std::string& lastKey() const { return lastKey_; }
   const ZVPhoneSettings& settings() const { return *settings_; }
@@ -163,7 +163,7 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   platform::Platform& platform_;
   std::shared_ptr<ZVPhoneSettings> settings_;
   PersonList persons_;
-  std::unordered_map<std::string, PersonRef> personsDict_;
+  NumberIndex personsDict_;  // over persons_
   PersonList callHistory_;
   std::optional<Dict> priorityDict_;
   bool addressBookChanged_ = false;

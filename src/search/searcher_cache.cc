@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
+#include "platform/mapped_file.h"
 #include "platform/plist.h"
 #include "search/person_arena.h"
 
@@ -41,24 +44,10 @@ int32_t leadingInt(std::string_view text) {
                           std::numeric_limits<int32_t>::max()));
 }
 
-void readLine(std::string_view line, PersonArena& arena,
-              ZVSearcher::PersonList& out) {
-  // The line's own newline ends it; it does not open an empty last field.
-  if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
-  std::array<std::string_view, kMaxPieces> pieces;
-  int count = 0;
-  size_t start = 0;
-  while (count < kMaxPieces) {
-    size_t end = start;
-    while (end < line.size() && line[end] != '\t' && line[end] != '\n') ++end;
-    if (end == line.size()) {
-      pieces[count++] = line.substr(start);
-      break;
-    }
-    pieces[count++] = line.substr(start, end - start);
-    start = end + 1;
-  }
-  if (count < kFields) return;
+using Pieces = std::array<std::string_view, kMaxPieces>;
+
+void addPerson(const Pieces& pieces, PersonArena& arena,
+               ZVSearcher::PersonList& out) {
   auto person = arena.make();
   person->setRecordId(leadingInt(pieces[0]));
   person->setPhoneType(leadingInt(pieces[1]));
@@ -66,6 +55,40 @@ void readLine(std::string_view line, PersonArena& arena,
   person->setTexts(pieces[7], pieces[3], pieces[5], pieces[4], pieces[6],
                    pieces[8]);
   out.push_back(std::move(person));
+}
+
+// The bytes that end a piece or a line.
+constexpr std::array<bool, 256> kBreaks = [] {
+  std::array<bool, 256> breaks{};
+  breaks['\t'] = breaks['\n'] = breaks['\0'] = true;
+  return breaks;
+}();
+
+// 0x80 in every byte of `word` that equals `c`, 0 elsewhere (exact: no
+// carry crosses a byte).
+constexpr uint64_t bytesEqual(uint64_t word, unsigned char c) {
+  constexpr uint64_t kLow7 = 0x7f7f7f7f7f7f7f7full;
+  const uint64_t t = word ^ (0x0101010101010101ull * c);
+  return ~(((t & kLow7) + kLow7) | t | kLow7);
+}
+
+// The first tab, newline or NUL in [p, end), or end. Fields are short, so
+// this looks at eight bytes at a time rather than calling memchr per field.
+const char* findBreak(const char* p, const char* end) {
+  for (; end - p >= 8; p += 8) {
+    uint64_t word;
+    std::memcpy(&word, p, 8);
+    const uint64_t hits = bytesEqual(word, '\t') | bytesEqual(word, '\n') |
+                          bytesEqual(word, '\0');
+    if (hits) {
+      if constexpr (std::endian::native == std::endian::little)
+        return p + std::countr_zero(hits) / 8;
+      else
+        return p + std::countl_zero(hits) / 8;
+    }
+  }
+  while (p < end && !kBreaks[static_cast<unsigned char>(*p)]) ++p;
+  return p;
 }
 
 }  // namespace
@@ -95,27 +118,41 @@ void readPersonsCache(std::string_view bytes, ZVSearcher::PersonList& out) {
     ++lines;
   out.reserve(out.size() + lines);
   PersonArena arena(lines);
+  Pieces pieces;
   size_t pos = 0;
   while (pos < size) {
-    // Up to and including the newline, at most kLinePiece bytes.
+    // One pass over the line (at most kLinePiece bytes): tabs split it, a
+    // newline or a NUL ends its text.
+    const char* const line = data + pos;
     const size_t limit = std::min(size - pos, kLinePiece);
-    const auto* newline =
-        static_cast<const char*>(std::memchr(data + pos, '\n', limit));
-    const size_t length = newline ? newline - (data + pos) + 1 : limit;
-    std::string_view line(data + pos, length);
+    const char* const end = line + limit;
+    int count = 0;
+    const char* start = line;
+    const char* stop = findBreak(line, end);
+    for (; stop < end && *stop == '\t'; stop = findBreak(stop + 1, end)) {
+      if (count < kMaxPieces - 1) {
+        pieces[count++] = std::string_view(start, stop - start);
+        start = stop + 1;
+      }
+    }
+    pieces[count++] = std::string_view(start, stop - start);
+    // The line is consumed through its newline, past any NUL.
+    size_t length = limit;
+    if (stop < end) {
+      const auto* newline =
+          static_cast<const char*>(std::memchr(stop, '\n', end - stop));
+      if (newline) length = newline - line + 1;
+    }
     pos += length;
-    const auto* nul =
-        static_cast<const char*>(std::memchr(line.data(), '\0', length));
-    if (nul) line = line.substr(0, nul - line.data());
-    readLine(line, arena, out);
+    if (count >= kFields) addPerson(pieces, arena, out);
   }
 }
 
 void ZVSearcher::loadAddressBookCache() {
-  std::string bytes;
-  if (!plist::readBytes(platform_.path(kCachePath), bytes)) return;
+  const platform::MappedFile file(platform_.path(kCachePath));
+  if (!file.ok()) return;
   persons_.clear();
-  readPersonsCache(bytes, persons_);
+  readPersonsCache(file.bytes(), persons_);
   updateAddressBookDict();
 }
 

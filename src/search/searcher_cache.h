@@ -7,10 +7,10 @@
 //
 // The reader takes lines as a 2048-byte line buffer would (a longer line is
 // read in 2047-byte pieces, each a line of its own; a NUL byte ends the
-// line), drops the line's final newline, splits the rest at every tab and
-// newline into at most 10 pieces (empty ones included, so a person with an
-// empty name survives the round trip) and keeps lines with at least 9. It
-// never reads outside the given bytes.
+// line's text), splits the text before the newline at its tabs into at
+// most 10 pieces (empty ones included, so a person with an empty name
+// survives the round trip; the last piece keeps any further tabs) and keeps
+// lines with at least 9. It never reads outside the given bytes.
 #pragma once
 
 #include <string>

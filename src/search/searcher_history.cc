@@ -29,10 +29,9 @@ void ZVSearcher::loadCallHistory() {
     std::string address = stmt.text(0).value_or("");
     std::string number = keypadString(address);
     if (number.empty()) continue;
-    auto found = personsDict_.find(number);
-    if (found != personsDict_.end()) {
+    if (const PersonRef* found = personsDict_.find(persons_, number)) {
       // The same object as in the contacts list.
-      callHistory_.push_back(found->second);
+      callHistory_.push_back(*found);
       continue;
     }
     auto person = std::make_shared<ZVPerson>();

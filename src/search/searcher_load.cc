@@ -85,15 +85,12 @@ void ZVSearcher::loadAddressBookDb() {
   updateAddressBookDict();
 }
 
-void ZVSearcher::updateAddressBookDict() {
-  personsDict_.clear();
-  personsDict_.reserve(persons_.size());
-  // A number shared by several contacts maps to the last of them.
-  // Numbers hold only keypad characters, so the raw bytes are the string.
-  for (const auto& p : persons_)
-    personsDict_[p->phoneNumber()
-                     ? std::string(p->phoneNumber(), p->phoneNumberLength())
-                     : std::string()] = p;
+void ZVSearcher::updateAddressBookDict() { personsDict_.build(persons_); }
+
+ZVSearcher::PersonRef ZVSearcher::personForNumber(
+    std::string_view number) const {
+  const PersonRef* found = personsDict_.find(persons_, number);
+  return found ? *found : nullptr;
 }
 
 }  // namespace zv

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+#include <vector>
+
 namespace zv {
 namespace {
 
@@ -67,6 +71,45 @@ TEST(CacheFileTest, MalformedLines) {
                    out);
   ASSERT_EQ(out.size(), 1u);
   EXPECT_EQ(out[0]->getNameFull().size(), 2047u - 16u);
+  // What follows a NUL is skipped up to the newline, even a tab, and the
+  // next line is read as usual.
+  out.clear();
+  constexpr char kNul[] =
+      "1\t1\t1\tj\0\tp\te\tf\t1\tx\n"
+      "2\t1\t1\tj\tp\te\tf\t1\ty\n";
+  readPersonsCache(std::string(kNul, sizeof kNul - 1), out);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_EQ(out[0]->recordId(), 2);
+}
+
+// Lines with fields of every length from 0 to 19 bytes, so that tabs fall at
+// every position of a machine word, read back field for field.
+TEST(CacheFileTest, FieldsOfEveryLengthSplitExactly) {
+  std::mt19937 rng(5);
+  std::string text;
+  std::vector<std::vector<std::string>> lines;
+  for (int n = 0; n < 400; ++n) {
+    std::vector<std::string> fields = {std::to_string(n), "1", "2"};
+    for (int f = 3; f < 9; ++f)
+      fields.push_back(std::string(rng() % 20, f == 7 ? '5' : 'a' + f));
+    for (size_t f = 0; f < fields.size(); ++f)
+      text += fields[f] + (f + 1 < fields.size() ? "\t" : "\n");
+    lines.push_back(fields);
+  }
+  ZVSearcher::PersonList out;
+  readPersonsCache(text.substr(0, text.size() - 1), out);  // no final newline
+  ASSERT_EQ(out.size(), lines.size());
+  for (size_t i = 0; i < lines.size(); ++i) {
+    const auto& p = *out[i];
+    const auto& f = lines[i];
+    ASSERT_EQ(p.recordId(), static_cast<int>(i));
+    EXPECT_EQ(p.getNameJianPin(), f[3]);
+    EXPECT_EQ(p.getNamePinYin(), f[4]);
+    EXPECT_EQ(p.getNameEnglish(), f[5]);
+    EXPECT_EQ(p.getNameFirst(), f[6]);
+    EXPECT_EQ(p.getPhoneNumber(), f[7]);
+    EXPECT_EQ(p.getNameFull(), f[8]);
+  }
 }
 
 }  // namespace

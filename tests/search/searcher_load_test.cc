@@ -49,7 +49,7 @@ TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
     }
     EXPECT_EQ(p[4]->getNameFull(), "BAl");
     EXPECT_EQ(p[4]->getPhoneNumber(), "+861088889999");
-    EXPECT_EQ(s->personsDict().at("2"), p[2]);
+    EXPECT_EQ(s->personForNumber("2"), p[2]);
     EXPECT_EQ(s->t9hash(), nullptr);  // only held while encoding
     EXPECT_FALSE(s->isAddressBookChanged());
   });
