@@ -1,15 +1,12 @@
 #include "area/area_file.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "area/area_format.h"
+#include "platform/mapped_file.h"
 
 namespace zv {
 
@@ -18,7 +15,8 @@ using namespace areafmt;
 struct ZVAreaFile {
   // The whole file, mapped read-only; blocks are copied out of it with
   // bounds checks, so a truncated or lying header cannot reach past it.
-  const uint8_t* map = nullptr;
+  platform::MappedFile* file = nullptr;
+  const uint8_t* map = nullptr;  // file's bytes
   size_t mapSize = 0;
   // The header plus a NUL, so that measuring an unterminated header text
   // stops at the header's end.
@@ -65,7 +63,7 @@ bool startsWith(const char* s, const char* prefix, size_t len) {
 }
 
 void release(ZVAreaFile* h) {
-  if (h->map) munmap(const_cast<uint8_t*>(h->map), h->mapSize);
+  delete h->file;
   std::free(h->header);
   std::free(h->keys);
   std::free(h->strings);
@@ -148,24 +146,13 @@ size_t buildResult(ZVAreaFile* h, uint16_t location, uint16_t type, int flags) {
 
 ZVAreaFile* zvarea_load(const char* path, unsigned cacheLimit) {
   if (!path) return nullptr;
-  int fd = open(path, O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return nullptr;
-  struct stat st;
   auto* h = static_cast<ZVAreaFile*>(std::calloc(1, sizeof(ZVAreaFile)));
-  if (!h || fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) ||
-      size_t(st.st_size) < kHeaderSize) {
-    close(fd);
-    std::free(h);
-    return nullptr;
-  }
-  void* map = mmap(nullptr, st.st_size, PROT_READ, MAP_PRIVATE, fd, 0);
-  close(fd);  // the mapping keeps the file
-  if (map == MAP_FAILED) {
-    std::free(h);
-    return nullptr;
-  }
-  h->map = static_cast<const uint8_t*>(map);
-  h->mapSize = st.st_size;
+  if (!h) return nullptr;
+  h->file = new (std::nothrow) platform::MappedFile(path);
+  if (!h->file || !h->file->ok() || h->file->bytes().size() < kHeaderSize)
+    return release(h), nullptr;
+  h->map = reinterpret_cast<const uint8_t*>(h->file->bytes().data());
+  h->mapSize = h->file->bytes().size();
 
   h->header = static_cast<uint8_t*>(std::calloc(1, kHeaderSize + 1));
   if (!h->header) return release(h), nullptr;
