@@ -88,6 +88,16 @@ class ZVPerson {
   // texts), so that a search may read a word at a time.
   static constexpr size_t kReadSlack = 8;
 
+  // The four searched forms as one run of bytes: initials, words, reading
+  // and number in that order, each ended by its NUL (an absent form takes
+  // no room), without the last NUL; empty when none is present. As after
+  // every text, kReadSlack bytes past its end are readable.
+  std::string_view searchedForms() const {
+    for (int f = kNumber; f >= kJianPin; --f)
+      if ((present_ >> f) & 1) return {block_, offset_[f] + size_[f]};
+    return {};
+  }
+
   // True for the dialable characters that a number keeps.
   static bool isDialable(unsigned char c) {
     return (c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+' ||

@@ -61,6 +61,18 @@ inline int64_t findKey(const char* form, size_t formLength, const char* key,
   return -1;
 }
 
+// False when the key's first two bytes (`a`, `b`: each repeated in all
+// eight bytes) occur nowhere in `forms`, which then cannot hold the key in
+// any form. The word test may see extra positions, never miss one.
+inline bool mayHoldPair(std::string_view forms, uint64_t a, uint64_t b) {
+  for (size_t base = 0; base < forms.size(); base += 8) {
+    const uint64_t v =
+        (load8(forms.data() + base) ^ a) | (load8(forms.data() + base + 1) ^ b);
+    if ((v - kOnes) & ~v & kHighs) return true;
+  }
+  return false;
+}
+
 // Ranking classes, in result order.
 enum Class {
   kInitialsWhole = 0,
@@ -124,10 +136,16 @@ void ZVSearcher::search(const PersonList& list, const char* key,
   const bool anyName = s.DialerAnyNamePos();
   const bool anyNumber = s.DialerAnyNumberPos();
   const auto keyLength = static_cast<int64_t>(length);
+  // Most persons hold the key's first two bytes nowhere; one pass over all
+  // four forms rules them out before the forms are tried one by one.
+  const bool prefilter = length >= 2;
+  const uint64_t a = prefilter ? kOnes * static_cast<unsigned char>(key[0]) : 0;
+  const uint64_t b = prefilter ? kOnes * static_cast<unsigned char>(key[1]) : 0;
 
   for (const PersonRef& ref : list) {
     ZVPerson& p = *ref;
     if (p.priority() & (ZVPerson::kExcluded | ZVPerson::kMatched)) continue;
+    if (prefilter && !mayHoldPair(p.searchedForms(), a, b)) continue;
 
     if (initials && p.nameJianPin()) {
       int64_t o =

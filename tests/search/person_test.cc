@@ -32,6 +32,34 @@ TEST(PersonTest, PhoneNumberKeepsOnlyDialableCharacters) {
   EXPECT_STREQ(p.phoneNumber(), "12 34");
 }
 
+TEST(PersonTest, SearchedFormsRunBackToBackInSearchOrder) {
+  ZVPerson p;
+  EXPECT_TRUE(p.searchedForms().empty());
+  p.setNameFull("Ann Dee Go");  // not a searched form
+  EXPECT_TRUE(p.searchedForms().empty());
+  p.setNamePinYin("266");
+  EXPECT_EQ(p.searchedForms(), "266");
+  // Set out of order; laid out initials, words, reading, number.
+  p.setPhoneNumber("139");
+  p.setNameJianPin("23");
+  EXPECT_EQ(p.searchedForms(), std::string_view("23\0"
+                                                "266\0"
+                                                "139",
+                                                10));
+  p.setNameEnglish("");
+  EXPECT_EQ(p.searchedForms(), std::string_view("23\0\0"
+                                                "266\0"
+                                                "139",
+                                                11));
+  EXPECT_EQ(p.searchedForms().data(), p.nameJianPin());
+  // Long texts move out of the person; the run moves with them.
+  p.setNameFull(std::string(200, 'x'));
+  EXPECT_EQ(p.searchedForms(), std::string_view("23\0\0"
+                                                "266\0"
+                                                "139",
+                                                11));
+}
+
 TEST(PersonTest, GettersRejectInvalidUtf8) {
   ZVPerson p;
   p.setNameFull("\xe5\xbc\xa0\xe5\xb0\x8f");  // 张小
