@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 
 #include "platform/mapped_file.h"
 #include "platform/plist.h"
+#include "search/byte_words.h"
 #include "search/person_arena.h"
 
 namespace zv {
@@ -64,28 +64,15 @@ constexpr std::array<bool, 256> kBreaks = [] {
   return breaks;
 }();
 
-// 0x80 in every byte of `word` that equals `c`, 0 elsewhere (exact: no
-// carry crosses a byte).
-constexpr uint64_t bytesEqual(uint64_t word, unsigned char c) {
-  constexpr uint64_t kLow7 = 0x7f7f7f7f7f7f7f7full;
-  const uint64_t t = word ^ (0x0101010101010101ull * c);
-  return ~(((t & kLow7) + kLow7) | t | kLow7);
-}
-
 // The first tab, newline or NUL in [p, end), or end. Fields are short, so
 // this looks at eight bytes at a time rather than calling memchr per field.
 const char* findBreak(const char* p, const char* end) {
   for (; end - p >= 8; p += 8) {
-    uint64_t word;
-    std::memcpy(&word, p, 8);
-    const uint64_t hits = bytesEqual(word, '\t') | bytesEqual(word, '\n') |
-                          bytesEqual(word, '\0');
-    if (hits) {
-      if constexpr (std::endian::native == std::endian::little)
-        return p + std::countr_zero(hits) / 8;
-      else
-        return p + std::countl_zero(hits) / 8;
-    }
+    const uint64_t word = words::load(p);
+    const uint64_t hits = words::zeroBytes(word ^ words::repeat('\t')) |
+                          words::zeroBytes(word ^ words::repeat('\n')) |
+                          words::zeroBytes(word);
+    if (hits) return p + words::firstByte(hits);
   }
   while (p < end && !kBreaks[static_cast<unsigned char>(*p)]) ++p;
   return p;

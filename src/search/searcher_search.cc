@@ -1,25 +1,21 @@
 // The keystroke search: rank every person that contains the typed key into
 // nine classes (see search(list, key, length)), narrowing the previous
 // results when the key only grew.
-#include <bit>
 #include <cstring>
 
+#include "search/byte_words.h"
 #include "search/searcher.h"
 
 namespace zv {
 
 namespace {
 
-static_assert(std::endian::native == std::endian::little,
-              "findKey reads the lowest address into the lowest byte");
-
-constexpr uint64_t kOnes = 0x0101010101010101ull;
-constexpr uint64_t kHighs = 0x8080808080808080ull;
-
-inline uint64_t load8(const char* p) {
-  uint64_t v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
+// The positions among at[0..7] where the pair (`a`, `b`: its two bytes, each
+// repeated in all eight bytes) starts, flagged as by
+// words::zeroBytesAndAbove: every real one, possibly a few above it.
+inline uint64_t pairHits(const char* at, uint64_t a, uint64_t b) {
+  return words::zeroBytesAndAbove((words::load(at) ^ a) |
+                                  (words::load(at + 1) ^ b));
 }
 
 // Offset of the first occurrence of key in the form, or -1. Looks for the
@@ -40,16 +36,11 @@ inline int64_t findKey(const char* form, size_t formLength, const char* key,
     return hit ? static_cast<const char*>(hit) - form : -1;
   }
   const char second = key[1];
-  const uint64_t a = kOnes * static_cast<unsigned char>(first);
-  const uint64_t b = kOnes * static_cast<unsigned char>(second);
+  const uint64_t a = words::repeat(first);
+  const uint64_t b = words::repeat(second);
   for (size_t base = 0; base <= lastStart; base += 8) {
-    const uint64_t x = load8(form + base) ^ a;
-    const uint64_t y = load8(form + base + 1) ^ b;
-    // A zero byte in x | y: both bytes of the pair match there.
-    const uint64_t v = x | y;
-    uint64_t hits = (v - kOnes) & ~v & kHighs;
-    while (hits) {
-      const size_t i = base + (__builtin_ctzll(hits) >> 3);
+    for (uint64_t hits = pairHits(form + base, a, b); hits;) {
+      const size_t i = base + words::firstByte(hits);
       hits &= hits - 1;
       if (i > lastStart) return -1;
       if (form[i] == first && form[i + 1] == second &&
@@ -65,11 +56,8 @@ inline int64_t findKey(const char* form, size_t formLength, const char* key,
 // eight bytes) occur nowhere in `forms`, which then cannot hold the key in
 // any form. The word test may see extra positions, never miss one.
 inline bool mayHoldPair(std::string_view forms, uint64_t a, uint64_t b) {
-  for (size_t base = 0; base < forms.size(); base += 8) {
-    const uint64_t v =
-        (load8(forms.data() + base) ^ a) | (load8(forms.data() + base + 1) ^ b);
-    if ((v - kOnes) & ~v & kHighs) return true;
-  }
+  for (size_t base = 0; base < forms.size(); base += 8)
+    if (pairHits(forms.data() + base, a, b)) return true;
   return false;
 }
 
@@ -139,8 +127,8 @@ void ZVSearcher::search(const PersonList& list, const char* key,
   // Most persons hold the key's first two bytes nowhere; one pass over all
   // four forms rules them out before the forms are tried one by one.
   const bool prefilter = length >= 2;
-  const uint64_t a = prefilter ? kOnes * static_cast<unsigned char>(key[0]) : 0;
-  const uint64_t b = prefilter ? kOnes * static_cast<unsigned char>(key[1]) : 0;
+  const uint64_t a = prefilter ? words::repeat(key[0]) : 0;
+  const uint64_t b = prefilter ? words::repeat(key[1]) : 0;
 
   for (const PersonRef& ref : list) {
     ZVPerson& p = *ref;
