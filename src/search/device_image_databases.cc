@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "platform/db/platform_schema.h"
 #include "search/device_image.h"
 #include "search/device_image_pictures.h"
 #include "search/device_image_random.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace {
