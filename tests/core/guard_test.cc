@@ -12,6 +12,11 @@ namespace {
 
 using hook::Hook;
 
+constexpr rt::Message<int(int)> kTwice{"DialerController", "twice:"};
+constexpr rt::Message<void(int)> kPress{"DialerController", "press:"};
+constexpr rt::Message<int(int)> kSubTwice{"PHDialerController", "twice:"};
+constexpr rt::Message<int(int)> kMissingTwice{"NoSuchClass", "twice:"};
+
 class GuardTest : public testing::SimTest {
  protected:
   GuardTest() : phone_(world_.launch("com.apple.mobilephone")) {
@@ -43,7 +48,7 @@ TEST_F(GuardTest, HostFirstReturnsHostResultAndSurvivesAFailure) {
   phone_.run([&] {
     int seenByWork = 0;
     ASSERT_TRUE(Hook<int(int)>::hostFirst(
-        GuardKind::Alert, "DialerController", "twice:",
+        GuardKind::Alert, kTwice,
         [&](const rt::Id&, int& result, int) {
           ++workCalls_;
           seenByWork = result;
@@ -69,8 +74,7 @@ TEST_F(GuardTest, HostFirstReturnsHostResultAndSurvivesAFailure) {
 
 TEST_F(GuardTest, OtherThrownObjectsGiveTheShortMessage) {
   phone_.run([&] {
-    Hook<void(int)>::systemFirst(GuardKind::Alert, "DialerController",
-                                 "press:", [&](const rt::Id&, int) {
+    Hook<void(int)>::systemFirst(GuardKind::Alert, kPress, [&](const rt::Id&, int) {
                                    ++workCalls_;
                                    throw 42;
                                  });
@@ -87,8 +91,7 @@ TEST_F(GuardTest, SystemDecidesConsumesOrPassesOn) {
   bool consume = true;
   bool fail = false;
   phone_.run([&] {
-    Hook<int(int)>::systemDecides(GuardKind::Log, "DialerController",
-                                  "twice:",
+    Hook<int(int)>::systemDecides(GuardKind::Log, kTwice,
                                   [&](const rt::Id&, int& result, int x) {
                                     ++workCalls_;
                                     if (fail) throw rt::Exception("E", "r");
@@ -120,13 +123,12 @@ TEST_F(GuardTest, HooksOnInheritedMethodsKeepTheInheritedHost) {
   phone_.run([&] {
     rt::Class* sub = rt::registerClass("PHDialerController", "DialerController");
     auto object = rt::create(sub);
-    Hook<int(int)>::hostFirst(GuardKind::Alert, "PHDialerController", "twice:",
+    Hook<int(int)>::hostFirst(GuardKind::Alert, kSubTwice,
                               [&](const rt::Id&, int&, int) { ++workCalls_; });
     EXPECT_EQ(rt::send<int>(object, "twice:", 4), 8);
     // The superclass itself is untouched.
     EXPECT_EQ(rt::send<int>(object_, "twice:", 4), 8);
-    EXPECT_FALSE(Hook<int(int)>::hostFirst(GuardKind::Alert, "NoSuchClass",
-                                           "twice:", nullptr));
+    EXPECT_FALSE(Hook<int(int)>::hostFirst(GuardKind::Alert, kMissingTwice, nullptr));
   });
   EXPECT_EQ(workCalls_, 1);
   EXPECT_EQ(hostCalls_, 2);
