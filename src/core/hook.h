@@ -78,7 +78,8 @@ struct Hook<R(A...)> {
   static bool hostFirst(GuardKind kind, const Message& m, HostFirstWork work) {
     return install(
         m,
-        [kind, sel = std::string(m.sel), work](const Original& host) -> Original {
+        [kind, sel = std::string(m.sel),
+         work](const Original& host) -> Original {
           return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
             if constexpr (kVoid) {
               callHost(host, self, args...);
@@ -100,7 +101,8 @@ struct Hook<R(A...)> {
                           SystemFirstWork work) {
     return install(
         m,
-        [kind, sel = std::string(m.sel), work](const Original& host) -> Original {
+        [kind, sel = std::string(m.sel),
+         work](const Original& host) -> Original {
           return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
             if (zvenabled())
               guarded(kind, self.get(), sel, [&] { work(self, args...); });
@@ -109,8 +111,7 @@ struct Hook<R(A...)> {
         });
   }
 
-  static bool systemDecides(GuardKind kind, const Message& m,
-                            Decision decide) {
+  static bool systemDecides(GuardKind kind, const Message& m, Decision decide) {
     return install(
         m,
         [kind, sel = std::string(m.sel),
@@ -134,28 +135,29 @@ struct Hook<R(A...)> {
         });
   }
 
-  static bool after(GuardKind kind, const Message& m, AfterWork work)
-    requires(!kVoid)
-  {
-    return install(
-        m, [kind, sel = std::string(m.sel),
-            work](const Original& host) -> Original {
-          return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
-            R result = callHost(host, self, args...);
-            if (!zvenabled()) return result;
-            R changed = result;
-            if (guarded(kind, self.get(), sel,
-                        [&] { work(self, changed, args...); }))
-              return changed;
-            return result;
-          };
-        });
+  static bool after(GuardKind kind, const Message& m,
+                    AfterWork work) requires(!kVoid) {
+    return install(m,
+                   [kind, sel = std::string(m.sel),
+                    work](const Original& host) -> Original {
+                     return [kind, sel, work, host](const rt::Id& self,
+                                                    A... args) -> R {
+                       R result = callHost(host, self, args...);
+                       if (!zvenabled()) return result;
+                       R changed = result;
+                       if (guarded(kind, self.get(), sel,
+                                   [&] { work(self, changed, args...); }))
+                         return changed;
+                       return result;
+                     };
+                   });
   }
 
   static bool rewriteArgs(GuardKind kind, const Message& m, RewriteWork work) {
     return install(
-        m, [kind, sel = std::string(m.sel),
-            work](const Original& host) -> Original {
+        m,
+        [kind, sel = std::string(m.sel),
+         work](const Original& host) -> Original {
           return [kind, sel, work, host](const rt::Id& self, A... args) -> R {
             if (zvenabled()) {
               std::tuple<A...> changed{args...};
@@ -212,9 +214,9 @@ bool systemDecides(GuardKind kind, const rt::Message<R(A...)>& m,
   return Hook<R(A...)>::systemDecides(kind, m, std::move(decide));
 }
 template <typename R, typename... A>
-  requires(!std::is_void_v<R>)
-bool after(GuardKind kind, const rt::Message<R(A...)>& m,
-           typename Hook<R(A...)>::AfterWork work) {
+requires(!std::is_void_v<R>) bool after(
+    GuardKind kind, const rt::Message<R(A...)>& m,
+    typename Hook<R(A...)>::AfterWork work) {
   return Hook<R(A...)>::after(kind, m, std::move(work));
 }
 template <typename R, typename... A>

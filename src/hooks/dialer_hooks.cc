@@ -3,10 +3,10 @@
 // ZVPhoneController first.
 #include <optional>
 
+#include "core/hook.h"
 #include "dialer/phone_controller.h"
 #include "hooks/module_trace.h"
 #include "hooks/modules.h"
-#include "core/hook.h"
 #include "hostsdk/phone.h"
 #include "platform/ui/messages.h"
 
@@ -34,8 +34,10 @@ void zvphone_init() {
     const auto k = GuardKind::Alert;
     using Id = const rt::Id&;
     using App = sdk::PhoneApplication;
+    // clang-format off
     hook::rewriteArgs(k, App::openURL, [controller](Id app, std::string& url) { url = controller->openURL(url, app); });
     hook::rewriteArgs(k, App::dialPhoneNumber, [controller](Id app, std::string& number, std::string&, int&, bool&, bool&) { number = controller->dialPhoneNumber(number, app); });
+    // clang-format on
   });
 }
 

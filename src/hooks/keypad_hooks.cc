@@ -108,6 +108,7 @@ void zvkeypad_init() {
     const auto k = GuardKind::Alert;
     using namespace hook;
     using Id = const rt::Id&;
+    // clang-format off
     systemFirst(k, Dialer::viewWillAppear, [c](Id self, bool) { c->viewWillAppear(self); });
     systemFirst(k, Dialer::viewWillDisappear, [c](Id, bool) { c->viewWillDisappear(); });
     systemDecides(k, Dialer::phonePadAppendString, [c](Id, rt::Id pad, std::string text) { return c->phonePadAppendString(pad, text); });
@@ -116,6 +117,7 @@ void zvkeypad_init() {
     systemDecides(k, Dialer::callButtonPressed, [c](Id, rt::Id pad) { return c->phonePadCallButtonPressed(pad); });
     rewriteArgs(k, sdk::PHHandsetDialerNameLabelView::showNameLabelAnimated, [c](Id, std::string&, std::string& label, bool&) { label = c->areaNameLabel(label); });
     hostFirst(k, sdk::PhoneApplication::applicationDidEnterBackground, [c](Id, rt::Id) { c->suspend(); });
+    // clang-format on
   });
 }
 

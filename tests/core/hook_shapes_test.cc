@@ -81,9 +81,8 @@ TEST_F(HookShapesTest, InitialisersAndDeallocAreReplaceableMessages) {
                     result = nullptr;  // a blocked call gets no screen
                     return number == "10086";
                   });
-    systemFirst(GuardKind::Log, CallScreen::dealloc, [&](const rt::Id& self) {
-      log_.push_back("hook dealloc");
-    });
+    systemFirst(GuardKind::Log, CallScreen::dealloc,
+                [&](const rt::Id& self) { log_.push_back("hook dealloc"); });
 
     rt::Id screen = rt::make(CallScreen::initWithCall, "13800138000");
     ASSERT_NE(screen, nullptr);
@@ -135,9 +134,9 @@ TEST_F(HookShapesTest, ClassMethodsAndLateClasses) {
     EXPECT_TRUE(row());
     EXPECT_EQ(rt::send(rt::classObject(rt::getClass("LateScreen")), lateCount),
               42);
-    EXPECT_EQ(
-        rt::send(rt::classObject(rt::getClass("CallScreen")), CallScreen::callCount),
-        2);
+    EXPECT_EQ(rt::send(rt::classObject(rt::getClass("CallScreen")),
+                       CallScreen::callCount),
+              2);
   });
 }
 

@@ -1,10 +1,9 @@
 // The simulated Phone app on its own, with no extension loaded: it must
 // behave like the platform's keypad, and its variants must lack exactly the
 // capabilities they say.
-#include "hosts/phone/app.h"
-
 #include <gtest/gtest.h>
 
+#include "hosts/phone/app.h"
 #include "sim_fixture.h"
 
 namespace zv::hosts {

@@ -60,11 +60,10 @@ class World : public SimTest {
   // Starts `host` in a new simulated process on a phone with that system
   // version and screen, loads the extension (pass nullptr for a host
   // without it) and runs what start-up queued for now.
-  platform::SimProcess& start(const hosts::HostDefinition& host,
-                              std::string_view systemVersion = "8.1",
-                              std::string_view screenInches = "4.7",
-                              hosts::ExtensionEntry extension =
-                                  ZorvelInitializer) {
+  platform::SimProcess& start(
+      const hosts::HostDefinition& host, std::string_view systemVersion = "8.1",
+      std::string_view screenInches = "4.7",
+      hosts::ExtensionEntry extension = ZorvelInitializer) {
     auto facts = platform::simulatedDevice(systemVersion, screenInches);
     EXPECT_TRUE(facts) << "no phone has a " << screenInches << "-inch screen";
     auto& process = hosts::launchSimulated(

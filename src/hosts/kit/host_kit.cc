@@ -12,9 +12,9 @@ std::shared_ptr<ui::UIApplication> launch(const HostDefinition& host,
   auto& process = platform::Process::current();
   const auto& bundle = process.platform().device().bundleIdentifier;
   if (bundle != host.bundleIdentifier)
-    throw rt::Exception("NSInternalInconsistencyException",
-                        "host " + host.bundleIdentifier +
-                            " launched in process " + bundle);
+    throw rt::Exception(
+        "NSInternalInconsistencyException",
+        "host " + host.bundleIdentifier + " launched in process " + bundle);
   ui::registerClasses(process.runtime());
   if (host.registerClasses) host.registerClasses();
   process.finishLaunching();

@@ -42,13 +42,12 @@ void registerApplication() {
     a.dialled.push_back({*number, "", 0, false, false});
     return true;
   });
-  rt::define(App::dialPhoneNumber,
-             [](const rt::Id& s, std::string number, std::string uid,
-                int service, bool assist, bool assisted) {
-               self<PhoneApplication>(s).dialled.push_back(
-                   {std::move(number), std::move(uid), service, assist,
-                    assisted});
-             });
+  rt::define(App::dialPhoneNumber, [](const rt::Id& s, std::string number,
+                                      std::string uid, int service, bool assist,
+                                      bool assisted) {
+    self<PhoneApplication>(s).dialled.push_back(
+        {std::move(number), std::move(uid), service, assist, assisted});
+  });
   rt::define(App::applicationDidEnterBackground, [](const rt::Id& s, rt::Id) {
     self<PhoneApplication>(s).inBackground = true;
   });
@@ -57,17 +56,16 @@ void registerApplication() {
 }  // namespace
 
 HostDefinition phoneHost(const PhoneHostOptions& options) {
-  return HostDefinition{
-      "com.apple.mobilephone",
-      [options] {
-        registerKeypadClasses(options);
-        registerApplication();
-      },
-      [] {
-        return std::static_pointer_cast<ui::UIApplication>(
-            std::dynamic_pointer_cast<PhoneApplication>(
-                rt::alloc(rt::getClass(App::kName))));
-      }};
+  return HostDefinition{"com.apple.mobilephone",
+                        [options] {
+                          registerKeypadClasses(options);
+                          registerApplication();
+                        },
+                        [] {
+                          return std::static_pointer_cast<ui::UIApplication>(
+                              std::dynamic_pointer_cast<PhoneApplication>(
+                                  rt::alloc(rt::getClass(App::kName))));
+                        }};
 }
 
 const char* PhoneApplication::tabName(int tab) {

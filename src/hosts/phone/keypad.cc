@@ -2,7 +2,6 @@
 
 #include "hosts/phone/app.h"
 #include "hostsdk/phone.h"
-
 #include "platform/platform.h"
 #include "platform/process.h"
 
@@ -20,26 +19,27 @@ std::string& numberOf(DialerController& d) {
 void registerViews(const PhoneHostOptions& options) {
   rt::registerClass<PhoneLCDView>(PhoneLCDView::kClassName, "UIView");
   if (options.readableDisplay)
-    rt::define(sdk::PHHandsetDialerLCDView::text, [](const rt::Id& s) {
-      return self<PhoneLCDView>(s).number;
-    });
+    rt::define(sdk::PHHandsetDialerLCDView::text,
+               [](const rt::Id& s) { return self<PhoneLCDView>(s).number; });
   if (options.settableDisplay)
     rt::define(sdk::PHHandsetDialerLCDView::setTextNeedsFormat,
-        [](const rt::Id& s, std::string text, bool format) {
-          auto& v = self<PhoneLCDView>(s);
-          v.number = std::move(text);
-          v.formatted = format;
-        });
+               [](const rt::Id& s, std::string text, bool format) {
+                 auto& v = self<PhoneLCDView>(s);
+                 v.number = std::move(text);
+                 v.formatted = format;
+               });
 
-  rt::registerClass<PhoneNameLabelView>(PhoneNameLabelView::kClassName, "UIView");
+  rt::registerClass<PhoneNameLabelView>(PhoneNameLabelView::kClassName,
+                                        "UIView");
   rt::define(sdk::PHHandsetDialerNameLabelView::showNameLabelAnimated,
-      [](const rt::Id& s, std::string n, std::string l, bool) {
-        auto& v = self<PhoneNameLabelView>(s);
-        v.name = std::move(n);
-        v.label = std::move(l);
-      });
+             [](const rt::Id& s, std::string n, std::string l, bool) {
+               auto& v = self<PhoneNameLabelView>(s);
+               v.name = std::move(n);
+               v.label = std::move(l);
+             });
 
-  rt::registerClass<PhoneAddContactButton>(PhoneAddContactButton::kClassName, "UIButton");
+  rt::registerClass<PhoneAddContactButton>(PhoneAddContactButton::kClassName,
+                                           "UIButton");
   rt::define(sdk::PHAddContactButton::addToContactsLabel, [](const rt::Id& s) {
     return rt::Id(self<PhoneAddContactButton>(s).label);
   });
@@ -56,54 +56,62 @@ void registerViews(const PhoneHostOptions& options) {
 }
 
 void registerDialer() {
-  rt::registerClass<DialerController>(DialerController::kClassName, "UIViewController");
+  rt::registerClass<DialerController>(DialerController::kClassName,
+                                      "UIViewController");
   rt::define(sdk::DialerController::dialerView, [](const rt::Id& s) {
     return rt::Id(self<DialerController>(s).dialerView());
   });
   rt::define(sdk::DialerController::viewWillAppear, [](const rt::Id& s, bool) {
     self<DialerController>(s).hostDisplayChanged();
   });
-  rt::define(sdk::DialerController::viewWillDisappear, [](const rt::Id&, bool) {});
-  rt::define(sdk::DialerController::phonePadAppendString, [](const rt::Id& s, rt::Id, std::string text) {
-        auto& d = self<DialerController>(s);
-        numberOf(d) += text;
-        d.hostDisplayChanged();
-      });
-  rt::define(sdk::DialerController::phonePadReplaceLastDigitWithString, [](const rt::Id& s, rt::Id, std::string text) {
-        auto& d = self<DialerController>(s);
-        std::string& n = numberOf(d);
-        if (!n.empty()) n.pop_back();
-        n += text;
-        d.hostDisplayChanged();
-      });
-  rt::define(sdk::DialerController::phonePadDeleteLastDigit, [](const rt::Id& s, rt::Id) {
-    auto& d = self<DialerController>(s);
-    std::string& n = numberOf(d);
-    if (!n.empty()) n.pop_back();
-    d.hostDisplayChanged();
-  });
-  rt::define(sdk::DialerController::callButtonPressed, [](const rt::Id& s, rt::Id) {
-    auto& d = self<DialerController>(s);
-    std::string& n = numberOf(d);
-    if (n.empty()) {
-      // An empty keypad recalls the last number dialled instead of dialling.
-      n = d.lastDialled;
-      d.hostDisplayChanged();
-      return;
-    }
-    auto app = ui::UIApplication::shared();
-    d.lastDialled = n;
-    std::string number = n;
-    n.clear();
-    d.hostDisplayChanged();
-    if (app)
-      rt::send(app, sdk::PhoneApplication::dialPhoneNumber, number,
-               std::string(), 0, false, false);
-  });
-  rt::define(sdk::DialerController::addButtonClicked, [](const rt::Id& s, rt::Id) {
-        auto& d = self<DialerController>(s);
-        d.addContactRequests.push_back(numberOf(d));
-      });
+  rt::define(sdk::DialerController::viewWillDisappear,
+             [](const rt::Id&, bool) {});
+  rt::define(sdk::DialerController::phonePadAppendString,
+             [](const rt::Id& s, rt::Id, std::string text) {
+               auto& d = self<DialerController>(s);
+               numberOf(d) += text;
+               d.hostDisplayChanged();
+             });
+  rt::define(sdk::DialerController::phonePadReplaceLastDigitWithString,
+             [](const rt::Id& s, rt::Id, std::string text) {
+               auto& d = self<DialerController>(s);
+               std::string& n = numberOf(d);
+               if (!n.empty()) n.pop_back();
+               n += text;
+               d.hostDisplayChanged();
+             });
+  rt::define(sdk::DialerController::phonePadDeleteLastDigit,
+             [](const rt::Id& s, rt::Id) {
+               auto& d = self<DialerController>(s);
+               std::string& n = numberOf(d);
+               if (!n.empty()) n.pop_back();
+               d.hostDisplayChanged();
+             });
+  rt::define(sdk::DialerController::callButtonPressed,
+             [](const rt::Id& s, rt::Id) {
+               auto& d = self<DialerController>(s);
+               std::string& n = numberOf(d);
+               if (n.empty()) {
+                 // An empty keypad recalls the last number dialled instead of
+                 // dialling.
+                 n = d.lastDialled;
+                 d.hostDisplayChanged();
+                 return;
+               }
+               auto app = ui::UIApplication::shared();
+               d.lastDialled = n;
+               std::string number = n;
+               n.clear();
+               d.hostDisplayChanged();
+               if (app)
+                 rt::send(app, sdk::PhoneApplication::dialPhoneNumber, number,
+                          std::string(), 0, false, false);
+             });
+  rt::define(sdk::DialerController::addButtonClicked,
+             [](const rt::Id& s, rt::Id) {
+               auto& d = self<DialerController>(s);
+               d.addContactRequests.push_back(numberOf(d));
+             });
 }
 
 }  // namespace
@@ -115,22 +123,26 @@ void registerKeypadClasses(const PhoneHostOptions& options) {
 
 void PhonePad::pressKey(char key) {
   if (auto d = delegate.lock())
-    rt::send(d, sdk::DialerController::phonePadAppendString, shared_from_this(), std::string(1, key));
+    rt::send(d, sdk::DialerController::phonePadAppendString, shared_from_this(),
+             std::string(1, key));
 }
 
 void PhonePad::holdZero() {
   pressKey('0');
   if (auto d = delegate.lock())
-    rt::send(d, sdk::DialerController::phonePadReplaceLastDigitWithString, shared_from_this(), std::string("+"));
+    rt::send(d, sdk::DialerController::phonePadReplaceLastDigitWithString,
+             shared_from_this(), std::string("+"));
 }
 
 void PhonePad::pressDelete() {
   if (auto d = delegate.lock())
-    rt::send(d, sdk::DialerController::phonePadDeleteLastDigit, shared_from_this());
+    rt::send(d, sdk::DialerController::phonePadDeleteLastDigit,
+             shared_from_this());
 }
 
 void PhonePad::pressCall() {
-  if (auto d = delegate.lock()) rt::send(d, sdk::DialerController::callButtonPressed, shared_from_this());
+  if (auto d = delegate.lock())
+    rt::send(d, sdk::DialerController::callButtonPressed, shared_from_this());
 }
 
 std::shared_ptr<ui::UIView> DialerController::loadView() {
@@ -182,7 +194,8 @@ void DialerController::hostDisplayChanged() {
     name = it->second.first;
     label = it->second.second;
   }
-  rt::send(v->nameLabel, sdk::PHHandsetDialerNameLabelView::showNameLabelAnimated, name,
+  rt::send(v->nameLabel,
+           sdk::PHHandsetDialerNameLabelView::showNameLabelAnimated, name,
            label, false);
 }
 

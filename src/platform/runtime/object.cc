@@ -100,9 +100,8 @@ Class* Runtime::registerClass(std::string_view name,
   Class* super = superclass.empty() ? nullptr : getClass(superclass);
   auto cls = std::make_unique<Class>(std::string(name), super, false);
   // The metaclass chain mirrors the class chain so class methods inherit.
-  auto meta = std::make_unique<Class>(std::string(name),
-                                      super ? super->metaClass() : nullptr,
-                                      true);
+  auto meta = std::make_unique<Class>(
+      std::string(name), super ? super->metaClass() : nullptr, true);
   cls->meta_class_ = meta.get();
   Class* out = cls.get();
   classes_.emplace(std::string(name), std::move(cls));

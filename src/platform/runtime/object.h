@@ -142,7 +142,6 @@ inline Class* getClass(std::string_view name) {
 }
 inline Id classObject(Class* cls) { return runtime().classObject(cls); }
 
-
 // Ends an object's life the way the platform does: when the last reference
 // goes, "dealloc" is sent as a message (so a replacement of it runs), inside
 // the process the object was made in, then the C++ object is destroyed.
@@ -180,9 +179,9 @@ Class* registerClass(std::string_view name, std::string_view superclass = "") {
 // Adds or overwrites a method on cls (class_addMethod / class_replaceMethod).
 template <typename Sig>
 void addMethod(Class* cls, std::string_view selector, Imp<Sig> imp) {
-  cls->setMethod(selector,
-                 Method{typeid(Sig), std::make_shared<const Imp<Sig>>(
-                                         std::move(imp))});
+  cls->setMethod(
+      selector,
+      Method{typeid(Sig), std::make_shared<const Imp<Sig>>(std::move(imp))});
 }
 
 // Thrown (as a platform exception) when a method is looked up or replaced

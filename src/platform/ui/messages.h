@@ -43,13 +43,15 @@ struct UIImageView {
 struct UIButton {
   static constexpr std::string_view kName = "UIButton";
   static constexpr rt::Message<void(ImagePtr, int)> setImageForState{kName, "setImage:forState:"};
-  static constexpr rt::Message<void(int)> sendActionsForControlEvents{kName, "sendActionsForControlEvents:"};
+  static constexpr rt::Message<void(int)> sendActionsForControlEvents{
+      kName, "sendActionsForControlEvents:"};
 };
 
 struct UIScrollView {
   static constexpr std::string_view kName = "UIScrollView";
   static constexpr rt::Message<Point()> contentOffset{kName, "contentOffset"};
-  static constexpr rt::Message<void(Point, bool)> setContentOffsetAnimated{kName, "setContentOffset:animated:"};
+  static constexpr rt::Message<void(Point, bool)> setContentOffsetAnimated{
+      kName, "setContentOffset:animated:"};
 };
 
 struct UITableView {
@@ -60,7 +62,8 @@ struct UITableView {
 struct UIActionSheet {
   static constexpr std::string_view kName = "UIActionSheet";
   static constexpr rt::Message<void(rt::Id)> showInView{kName, "showInView:"};
-  static constexpr rt::Message<void(int, bool)> dismissWithClickedButtonIndexAnimated{kName, "dismissWithClickedButtonIndex:animated:"};
+  static constexpr rt::Message<void(int, bool)> dismissWithClickedButtonIndexAnimated{
+      kName, "dismissWithClickedButtonIndex:animated:"};
 };
 
 struct UIAlertView {
@@ -77,8 +80,10 @@ struct UIViewController {
 
 struct UINavigationController {
   static constexpr std::string_view kName = "UINavigationController";
-  static constexpr rt::Message<void(rt::Id, bool)> pushViewControllerAnimated{kName, "pushViewController:animated:"};
-  static constexpr rt::Message<rt::Id(bool)> popViewControllerAnimated{kName, "popViewControllerAnimated:"};
+  static constexpr rt::Message<void(rt::Id, bool)> pushViewControllerAnimated{
+      kName, "pushViewController:animated:"};
+  static constexpr rt::Message<rt::Id(bool)> popViewControllerAnimated{
+      kName, "popViewControllerAnimated:"};
   static constexpr rt::Message<rt::Id()> topViewController{kName, "topViewController"};
 };
 
@@ -90,8 +95,7 @@ struct UITabBarController {
 
 struct UIApplication {
   static constexpr std::string_view kName = "UIApplication";
-  static constexpr rt::Message<rt::Id()> sharedApplication{
-      kName, "sharedApplication", true};
+  static constexpr rt::Message<rt::Id()> sharedApplication{kName, "sharedApplication", true};
   static constexpr rt::Message<bool(std::string)> openURL{kName, "openURL:"};
 };
 

@@ -2,9 +2,9 @@
 #include "platform/platform.h"
 #include "platform/process.h"
 #include "platform/ui/application.h"
-#include "platform/ui/messages.h"
 #include "platform/ui/button.h"
 #include "platform/ui/label.h"
+#include "platform/ui/messages.h"
 #include "platform/ui/sheets.h"
 #include "platform/ui/table_view.h"
 #include "platform/ui/view_controller.h"
@@ -20,113 +20,120 @@ rt::Class* typed(rt::Class* cls) {
 }
 
 void registerView(rt::Runtime& rt) {
-  rt::Class* c = typed<UIView>(rt.registerClass("UIView"));
+  typed<UIView>(rt.registerClass("UIView"));
   rt::define(msg::UIView::viewWithTag, [](const rt::Id& s, int tag) {
     return rt::Id(self<UIView>(s).viewWithTag(tag));
   });
   rt::define(msg::UIView::addSubview, [](const rt::Id& s, rt::Id v) {
     self<UIView>(s).addSubview(std::dynamic_pointer_cast<UIView>(v));
   });
-  rt::define(msg::UIView::removeFromSuperview, [](const rt::Id& s) {
-    self<UIView>(s).removeFromSuperview();
-  });
+  rt::define(msg::UIView::removeFromSuperview,
+             [](const rt::Id& s) { self<UIView>(s).removeFromSuperview(); });
   rt::define(msg::UIView::superview, [](const rt::Id& s) {
     return rt::Id(self<UIView>(s).superview());
   });
-  rt::define(msg::UIView::isHidden, [](const rt::Id& s) {
-    return self<UIView>(s).isHidden();
-  });
-  rt::define(msg::UIView::setHidden, [](const rt::Id& s, bool h) {
-    self<UIView>(s).setHidden(h);
-  });
-  rt::define(msg::UIView::alpha, [](const rt::Id& s) { return self<UIView>(s).alpha(); });
-  rt::define(msg::UIView::setAlpha, [](const rt::Id& s, double a) {
-    self<UIView>(s).setAlpha(a);
-  });
+  rt::define(msg::UIView::isHidden,
+             [](const rt::Id& s) { return self<UIView>(s).isHidden(); });
+  rt::define(msg::UIView::setHidden,
+             [](const rt::Id& s, bool h) { self<UIView>(s).setHidden(h); });
+  rt::define(msg::UIView::alpha,
+             [](const rt::Id& s) { return self<UIView>(s).alpha(); });
+  rt::define(msg::UIView::setAlpha,
+             [](const rt::Id& s, double a) { self<UIView>(s).setAlpha(a); });
   rt::define(msg::UIView::tag,
-                       [](const rt::Id& s) { return self<UIView>(s).tag(); });
-  rt::define(msg::UIView::setTag, [](const rt::Id& s, int t) { self<UIView>(s).setTag(t); });
-  rt::define(msg::UIView::frame, [](const rt::Id& s) { return self<UIView>(s).frame(); });
-  rt::define(msg::UIView::setFrame, [](const rt::Id& s, Rect r) {
-    self<UIView>(s).setFrame(r);
-  });
+             [](const rt::Id& s) { return self<UIView>(s).tag(); });
+  rt::define(msg::UIView::setTag,
+             [](const rt::Id& s, int t) { self<UIView>(s).setTag(t); });
+  rt::define(msg::UIView::frame,
+             [](const rt::Id& s) { return self<UIView>(s).frame(); });
+  rt::define(msg::UIView::setFrame,
+             [](const rt::Id& s, Rect r) { self<UIView>(s).setFrame(r); });
   rt::define(msg::UIView::sizeToFit,
-                        [](const rt::Id& s) { self<UIView>(s).sizeToFit(); });
+             [](const rt::Id& s) { self<UIView>(s).sizeToFit(); });
 }
 
 void registerControls(rt::Runtime& rt) {
-  rt::Class* label = typed<UILabel>(rt.registerClass("UILabel", "UIView"));
-  rt::define(msg::UILabel::text, [](const rt::Id& s) { return self<UILabel>(s).text(); });
+  typed<UILabel>(rt.registerClass("UILabel", "UIView"));
+  rt::define(msg::UILabel::text,
+             [](const rt::Id& s) { return self<UILabel>(s).text(); });
   rt::define(msg::UILabel::setText, [](const rt::Id& s, std::string t) {
-        self<UILabel>(s).setText(std::move(t));
-      });
-  rt::Class* image = typed<UIImageView>(rt.registerClass("UIImageView", "UIView"));
+    self<UILabel>(s).setText(std::move(t));
+  });
+  typed<UIImageView>(rt.registerClass("UIImageView", "UIView"));
   rt::define(msg::UIImageView::setImage, [](const rt::Id& s, ImagePtr i) {
-                                  self<UIImageView>(s).setImage(std::move(i));
-                                });
-  rt::Class* button = typed<UIButton>(rt.registerClass("UIButton", "UIView"));
-  rt::define(msg::UIButton::setImageForState, [](const rt::Id& s, ImagePtr i, int state) {
-        self<UIButton>(s).setImage(std::move(i), state);
-      });
-  rt::define(msg::UIButton::sendActionsForControlEvents, [](const rt::Id& s, int events) {
-        self<UIButton>(s).sendActionsForControlEvents(events);
-      });
-  rt::Class* scroll = typed<UIScrollView>(rt.registerClass("UIScrollView", "UIView"));
+    self<UIImageView>(s).setImage(std::move(i));
+  });
+  typed<UIButton>(rt.registerClass("UIButton", "UIView"));
+  rt::define(msg::UIButton::setImageForState,
+             [](const rt::Id& s, ImagePtr i, int state) {
+               self<UIButton>(s).setImage(std::move(i), state);
+             });
+  rt::define(msg::UIButton::sendActionsForControlEvents,
+             [](const rt::Id& s, int events) {
+               self<UIButton>(s).sendActionsForControlEvents(events);
+             });
+  typed<UIScrollView>(rt.registerClass("UIScrollView", "UIView"));
   rt::define(msg::UIScrollView::contentOffset, [](const rt::Id& s) {
     return self<UIScrollView>(s).contentOffset();
   });
-  rt::define(msg::UIScrollView::setContentOffsetAnimated, [](const rt::Id& s, Point p, bool) {
-        self<UIScrollView>(s).setContentOffset(p);
-      });
-  rt::Class* table = typed<UITableView>(rt.registerClass("UITableView", "UIScrollView"));
-  rt::define(msg::UITableView::reloadData, [](const rt::Id& s) {
-    self<UITableView>(s).reloadData();
-  });
+  rt::define(msg::UIScrollView::setContentOffsetAnimated,
+             [](const rt::Id& s, Point p, bool) {
+               self<UIScrollView>(s).setContentOffset(p);
+             });
+  typed<UITableView>(rt.registerClass("UITableView", "UIScrollView"));
+  rt::define(msg::UITableView::reloadData,
+             [](const rt::Id& s) { self<UITableView>(s).reloadData(); });
   typed<UITableViewCell>(rt.registerClass("UITableViewCell", "UIView"));
 }
 
 void registerSheets(rt::Runtime& rt) {
-  rt::Class* sheet = typed<UIActionSheet>(rt.registerClass("UIActionSheet", "UIView"));
+  typed<UIActionSheet>(rt.registerClass("UIActionSheet", "UIView"));
   rt::define(msg::UIActionSheet::showInView, [](const rt::Id& s, rt::Id v) {
-        self<UIActionSheet>(s).showInView(std::dynamic_pointer_cast<UIView>(v));
-      });
+    self<UIActionSheet>(s).showInView(std::dynamic_pointer_cast<UIView>(v));
+  });
   rt::define(msg::UIActionSheet::dismissWithClickedButtonIndexAnimated,
-      [](const rt::Id& s, int index, bool) {
-        self<UIActionSheet>(s).dismissWithClickedButtonIndex(index);
-      });
-  rt::Class* alert = typed<UIAlertView>(rt.registerClass("UIAlertView", "UIView"));
+             [](const rt::Id& s, int index, bool) {
+               self<UIActionSheet>(s).dismissWithClickedButtonIndex(index);
+             });
+  typed<UIAlertView>(rt.registerClass("UIAlertView", "UIView"));
   rt::define(msg::UIAlertView::show,
-                        [](const rt::Id& s) { self<UIAlertView>(s).show(); });
+             [](const rt::Id& s) { self<UIAlertView>(s).show(); });
 }
 
 void registerControllers(rt::Runtime& rt) {
-  rt::Class* vc = typed<UIViewController>(rt.registerClass("UIViewController"));
+  typed<UIViewController>(rt.registerClass("UIViewController"));
   rt::define(msg::UIViewController::view, [](const rt::Id& s) {
     return rt::Id(self<UIViewController>(s).view());
   });
   rt::define(msg::UIViewController::viewWillAppear, [](const rt::Id&, bool) {});
-  rt::define(msg::UIViewController::viewWillDisappear, [](const rt::Id&, bool) {});
-  rt::Class* nav =
-      typed<UINavigationController>(rt.registerClass("UINavigationController", "UIViewController"));
+  rt::define(msg::UIViewController::viewWillDisappear,
+             [](const rt::Id&, bool) {});
+  typed<UINavigationController>(
+      rt.registerClass("UINavigationController", "UIViewController"));
   rt::define(msg::UINavigationController::pushViewControllerAnimated,
-      [](const rt::Id& s, rt::Id v, bool animated) {
-        self<UINavigationController>(s).pushViewController(
-            std::dynamic_pointer_cast<UIViewController>(v), animated);
-      });
-  rt::define(msg::UINavigationController::popViewControllerAnimated, [](const rt::Id& s, bool animated) {
+             [](const rt::Id& s, rt::Id v, bool animated) {
+               self<UINavigationController>(s).pushViewController(
+                   std::dynamic_pointer_cast<UIViewController>(v), animated);
+             });
+  rt::define(
+      msg::UINavigationController::popViewControllerAnimated,
+      [](const rt::Id& s, bool animated) {
         return rt::Id(self<UINavigationController>(s).popViewControllerAnimated(
             animated));
       });
-  rt::define(msg::UINavigationController::topViewController, [](const rt::Id& s) {
-    return rt::Id(self<UINavigationController>(s).topViewController());
-  });
-  rt::Class* tabs = typed<UITabBarController>(rt.registerClass("UITabBarController", "UIViewController"));
+  rt::define(
+      msg::UINavigationController::topViewController, [](const rt::Id& s) {
+        return rt::Id(self<UINavigationController>(s).topViewController());
+      });
+  typed<UITabBarController>(
+      rt.registerClass("UITabBarController", "UIViewController"));
   rt::define(msg::UITabBarController::selectedIndex, [](const rt::Id& s) {
     return self<UITabBarController>(s).selectedIndex();
   });
-  rt::define(msg::UITabBarController::setSelectedIndex, [](const rt::Id& s, int i) {
-                             self<UITabBarController>(s).setSelectedIndex(i);
-                           });
+  rt::define(msg::UITabBarController::setSelectedIndex,
+             [](const rt::Id& s, int i) {
+               self<UITabBarController>(s).setSelectedIndex(i);
+             });
 }
 
 void registerApplication(rt::Runtime& rt) {
