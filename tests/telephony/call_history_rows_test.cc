@@ -3,6 +3,7 @@
 // ended.
 #include <cmath>
 
+#include "hostsdk/telephony.h"
 #include "platform/platform.h"
 #include "search/call_history.h"
 #include "telephony_fixture.h"
@@ -32,11 +33,12 @@ TEST_P(CallHistoryRowsTest, UnansweredCallRingsTwelveSecondsAndLeavesOneRow) {
   for (int second = 0; second < 12; ++second) {
     world_.advance(second == 0 ? 0 : 1);
     in(springboard, [&] {
-      rt::Id center = rt::send<rt::Id>(
-          rt::classObject(rt::getClass("TUCallCenter")), "sharedInstance");
-      rt::Id call = rt::send<rt::Id>(center, "incomingCall");
+      rt::Id center =
+          rt::send(rt::classObject(rt::getClass(sdk::TUCallCenter::kName)),
+                   sdk::TUCallCenter::sharedInstance);
+      rt::Id call = rt::send(center, sdk::TUCallCenter::incomingCall);
       ASSERT_NE(call, nullptr) << "at second " << second;
-      EXPECT_EQ(rt::send<int>(call, "status"), kCallRinging);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::status), kCallRinging);
     });
     EXPECT_TRUE(rows().empty()) << "a row before the call ended";
   }
@@ -56,7 +58,7 @@ TEST_P(CallHistoryRowsTest, UnansweredCallRingsTwelveSecondsAndLeavesOneRow) {
       << "only the generation's own database is written";
   in(springboard, [&] {
     rt::Id center = platform::callCenter();
-    EXPECT_EQ(rt::send<rt::Id>(center, "incomingCall"), nullptr);
+    EXPECT_EQ(rt::send(center, sdk::TUCallCenter::incomingCall), nullptr);
   });
 }
 
@@ -170,7 +172,7 @@ TEST_P(CallHistoryRowsTest, TheRowIsThereWhenTheProcessHearsTheCallEnded) {
   std::vector<int> heard;
   in(incall, [&] {
     platform::observeCallStatus([&](const rt::Id& call) {
-      const int status = rt::send<int>(call, "status");
+      const int status = rt::send(call, sdk::TUCall::status);
       heard.push_back(status);
       if (status < platform::kCallEnding) return;
       // As a call screen going away does: the ring-duration store reads

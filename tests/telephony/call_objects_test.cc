@@ -3,6 +3,7 @@
 // arrive on the process's run loop in order.
 #include <map>
 
+#include "hostsdk/telephony.h"
 #include "platform/db/contact_lookup.h"
 #include "platform/runtime/notification.h"
 #include "telephony_fixture.h"
@@ -13,12 +14,14 @@ namespace {
 using platform::CallId;
 
 rt::Id center() {
-  return rt::send<rt::Id>(rt::classObject(rt::getClass("TUCallCenter")),
-                          "sharedInstance");
+  return rt::send(rt::classObject(rt::getClass(sdk::TUCallCenter::kName)),
+                  sdk::TUCallCenter::sharedInstance);
 }
-rt::Id incoming() { return rt::send<rt::Id>(center(), "incomingCall"); }
+rt::Id incoming() {
+  return rt::send(center(), sdk::TUCallCenter::incomingCall);
+}
 rt::Id incomingVideo() {
-  return rt::send<rt::Id>(center(), "incomingVideoCall");
+  return rt::send(center(), sdk::TUCallCenter::incomingVideoCall);
 }
 
 TEST_F(TelephonyTest, CallPropertiesComeFromTheNetworkAndTheAddressBook) {
@@ -52,15 +55,13 @@ TEST_F(TelephonyTest, CallPropertiesComeFromTheNetworkAndTheAddressBook) {
     in(springboard, [&] {
       rt::Id call = incoming();
       ASSERT_NE(call, nullptr);
-      EXPECT_EQ(rt::send<int>(call, "status"), platform::kCallRinging);
-      EXPECT_EQ(rt::send<std::optional<std::string>>(call, "destinationID"),
-                c.destinationID);
-      EXPECT_EQ(rt::send<int>(call, "abUID"), c.abUID);
-      EXPECT_EQ(rt::send<std::optional<std::string>>(call, "localizedLabel"),
-                c.label);
-      EXPECT_EQ(rt::send<bool>(call, "isBlocked"), c.blocked);
-      EXPECT_FALSE(rt::send<bool>(call, "isOutgoing"));
-      EXPECT_NE(rt::send<rt::Id>(call, "call"), nullptr);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::status), platform::kCallRinging);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::destinationID), c.destinationID);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::abUID), c.abUID);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::localizedLabel), c.label);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::isBlocked), c.blocked);
+      EXPECT_FALSE(rt::send(call, sdk::TUCall::isOutgoing));
+      EXPECT_NE(rt::send(call, sdk::TUCall::call), nullptr);
     });
     network().remoteHangup(id);
     world_.advance(0);
@@ -80,7 +81,8 @@ TEST_F(TelephonyTest, NumbersMatchAcrossPrefixesButNotByTheirTailsAlone) {
   auto& springboard = launch("com.apple.springboard");
   network().incoming("13800138000");
   world_.advance(0);
-  in(springboard, [&] { EXPECT_EQ(rt::send<int>(incoming(), "abUID"), -1); });
+  in(springboard,
+     [&] { EXPECT_EQ(rt::send(incoming(), sdk::TUCall::abUID), -1); });
 }
 
 TEST_F(TelephonyTest, VoiceAndVideoCallsAreFoundApart) {
@@ -92,7 +94,7 @@ TEST_F(TelephonyTest, VoiceAndVideoCallsAreFoundApart) {
     EXPECT_EQ(incoming(), nullptr);
     rt::Id call = incomingVideo();
     ASSERT_NE(call, nullptr);
-    EXPECT_EQ(rt::send<rt::Id>(call, "call"), nullptr)
+    EXPECT_EQ(rt::send(call, sdk::TUCall::call), nullptr)
         << "a video call has no core-telephony handle";
   });
   const CallId voice = network().incoming("10086");
@@ -119,31 +121,32 @@ TEST_F(TelephonyTest, EveryProcessSeesTheDevicesCallsAsItsOwnObjects) {
     first = platform::callObject(id);
     ASSERT_NE(first, nullptr);
     EXPECT_EQ(platform::callObject(id), first) << "one object per call";
-    EXPECT_TRUE(rt::send<bool>(first, "isOutgoing"));
-    EXPECT_EQ(rt::send<int>(first, "status"), platform::kCallDialling);
+    EXPECT_TRUE(rt::send(first, sdk::TUCall::isOutgoing));
+    EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallDialling);
   });
   in(incall, [&] {
     rt::Id other = platform::callObject(id);
     ASSERT_NE(other, nullptr);
     EXPECT_NE(other, first) << "class tables and objects are per process";
-    EXPECT_EQ(rt::send<int>(other, "status"), platform::kCallDialling);
+    EXPECT_EQ(rt::send(other, sdk::TUCall::status), platform::kCallDialling);
   });
   network().connect(id);
   world_.advance(0);
-  in(springboard,
-     [&] { EXPECT_EQ(rt::send<int>(first, "status"), platform::kCallActive); });
+  in(springboard, [&] {
+    EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallActive);
+  });
   // A process started during the call knows it at once.
   auto& phone = launch("com.apple.mobilephone");
   in(phone, [&] {
     ASSERT_NE(platform::callObject(id), nullptr);
-    EXPECT_EQ(rt::send<int>(platform::callObject(id), "status"),
+    EXPECT_EQ(rt::send(platform::callObject(id), sdk::TUCall::status),
               platform::kCallActive);
   });
   network().end(id);
   world_.advance(0);
   in(springboard, [&] {
     EXPECT_EQ(platform::callObject(id), nullptr);
-    EXPECT_EQ(rt::send<int>(first, "status"), platform::kCallEnded)
+    EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallEnded)
         << "an object kept past the end shows the end";
   });
 }
@@ -158,7 +161,7 @@ TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
       // The object already shows the change it is told about.
       const CallId id = platform::callInfo(call)->id;
       heard.push_back(std::to_string(id) + ":" +
-                      std::to_string(rt::send<int>(call, "status")));
+                      std::to_string(rt::send(call, sdk::TUCall::status)));
       auto [it, fresh] = objects.emplace(id, call);
       EXPECT_EQ(it->second, call) << "the same object for every change";
     });
@@ -166,7 +169,7 @@ TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
   std::vector<int> springboardHeard;
   platform::CallObserverToken token = in(springboard, [&] {
     return platform::observeCallStatus([&](const rt::Id& call) {
-      springboardHeard.push_back(rt::send<int>(call, "status"));
+      springboardHeard.push_back(rt::send(call, sdk::TUCall::status));
     });
   });
 
@@ -202,11 +205,11 @@ TEST_F(TelephonyTest, AStatusNotificationCarriesTheCall) {
   in(incall, [&] {
     const CallId id = network().incoming("10086");
     rt::Id call = platform::callObject(id);
-    rt::Id note =
-        rt::makeNotification(platform::kCallStatusChangedNotification, call);
-    EXPECT_EQ(rt::send<std::string>(note, "name"),
+    rt::Id note = rt::makeNotification(
+        platform::msg::kCallStatusChangedNotification, call);
+    EXPECT_EQ(rt::send(note, sdk::NSNotification::name),
               "TUCallCenterCallStatusChangedNotification");
-    EXPECT_EQ(rt::send<rt::Id>(note, "object"), call);
+    EXPECT_EQ(rt::send(note, sdk::NSNotification::object), call);
   });
 }
 

@@ -2,6 +2,8 @@
 // it: hanging calls up, the cellular-data switch, system sounds from files,
 // bulletins, the carrier name; and the telephony of a computer with no
 // modem.
+#include "core/hook.h"
+#include "hostsdk/telephony.h"
 #include "platform/linux/no_modem_telephony.h"
 #include "platform/platform.h"
 #include "platform/telephony/core_telephony.h"
@@ -20,7 +22,7 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandle) {
   world_.advance(3);
   in(springboard, [&] {
     rt::Id call = platform::callObject(blocked);
-    platform::CTCallDisconnect(rt::send<rt::Id>(call, "call"));
+    platform::CTCallDisconnect(rt::send(call, sdk::TUCall::call));
     // Not a handle, and nil: nothing happens.
     platform::CTCallDisconnect(call);
     platform::CTCallDisconnect(nullptr);
@@ -39,7 +41,7 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandle) {
 
   // A stale handle of an ended call: recorded, nothing more happens.
   in(springboard, [&] {
-    rt::Id handle = rt::send<rt::Id>(platform::callObject(other), "call");
+    rt::Id handle = rt::send(platform::callObject(other), sdk::TUCall::call);
     network().remoteHangup(other);
     platform::CTCallDisconnect(handle);
   });
@@ -109,16 +111,15 @@ TEST_F(TelephonyTest, ABulletinShowsTheTitleTheRuntimeAnswers) {
     rt::Id bulletin = ui::makeBulletin(
         {"13800138000", "com.apple.mobilephone",
          Dict{{"contactInfo", Value("13800138000")}}, Date{438170400}});
-    EXPECT_EQ(rt::send<Dict>(bulletin, "context")["contactInfo"].stringValue(),
+    EXPECT_EQ(rt::send(bulletin, sdk::BBBulletin::context)["contactInfo"]
+                  .stringValue(),
               "13800138000");
-    EXPECT_EQ(rt::send<std::optional<Date>>(bulletin, "date"), Date{438170400});
+    EXPECT_EQ(rt::send(bulletin, sdk::BBBulletin::date), Date{438170400});
     ui::presentBulletin(bulletin);
     // A replaced title is what the banner shows.
-    rt::Class* cls = rt::getClass(ui::kBulletinClass);
-    auto original = rt::hookMessage<std::string()>(cls, "title", nullptr);
-    rt::hookMessage<std::string()>(
-        cls, "title",
-        [original](const rt::Id& self) { return original(self) + "  北京"; });
+    ASSERT_TRUE(hook::after(
+        GuardKind::Log, sdk::BBBulletin::title,
+        [](const rt::Id&, std::string& title) { title += "  北京"; }));
     ui::presentBulletin(bulletin);
     ui::presentBulletin(
         ui::makeBulletin({"Hi", "com.apple.MobileSMS", {}, {}}));

@@ -13,13 +13,13 @@ class NotificationObject : public Object {
 };
 
 Class* notificationClass() {
-  if (Class* existing = getClass(kNotificationClass)) return existing;
-  Class* cls = registerClass(kNotificationClass);
-  addMethod<std::string()>(cls, "name", [](const Id& self) {
+  if (Class* existing = getClass(msg::NSNotification::kName)) return existing;
+  Class* cls = registerClass<NotificationObject>(msg::NSNotification::kName);
+  define(msg::NSNotification::name, [](const Id& self) {
     auto n = as<NotificationObject>(self);
     return n ? n->name : std::string();
   });
-  addMethod<Id()>(cls, "object", [](const Id& self) -> Id {
+  define(msg::NSNotification::object, [](const Id& self) -> Id {
     auto n = as<NotificationObject>(self);
     return n ? n->object : nullptr;
   });

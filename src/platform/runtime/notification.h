@@ -5,11 +5,18 @@
 
 #include <string>
 
+#include "platform/runtime/message.h"
 #include "platform/runtime/object.h"
 
 namespace zv::rt {
 
-inline constexpr char kNotificationClass[] = "NSNotification";
+namespace msg {
+struct NSNotification {
+  static constexpr std::string_view kName = "NSNotification";
+  static constexpr Message<std::string()> name{kName, "name"};
+  static constexpr Message<Id()> object{kName, "object"};
+};
+}  // namespace msg
 
 // A notification named `name` about `object` (may be nil), in the current
 // process; registers the class there on first use.

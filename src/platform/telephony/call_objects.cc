@@ -39,7 +39,7 @@ class ProcessCalls {
   ProcessCalls& operator=(const ProcessCalls&) = delete;
 
   rt::Id center() {
-    if (!center_) center_ = rt::create(rt::getClass(kTUCallCenterClass));
+    if (!center_) center_ = rt::create(rt::getClass(msg::TUCallCenter::kName));
     return center_;
   }
 
@@ -71,10 +71,11 @@ class ProcessCalls {
   std::shared_ptr<TUCallObject> objectFor(const CallInfo& info) {
     auto& call = live_[info.id];
     if (!call) {
-      call = rt::create<TUCallObject>(rt::getClass(kTUCallClass));
+      call = rt::create<TUCallObject>(rt::getClass(msg::TUCall::kName));
       call->info = info;
       if (!info.isVideo) {
-        auto handle = rt::create<CTCallObject>(rt::getClass(kCTCallClass));
+        auto handle =
+            rt::create<CTCallObject>(rt::getClass(msg::CTCall::kName));
         handle->id = info.id;
         call->handle = std::move(handle);
       }
@@ -120,42 +121,44 @@ const CallInfo& infoOf(const rt::Id& self) {
 }  // namespace
 
 void registerTelephonyClasses(rt::Runtime& runtime) {
-  if (runtime.getClass(kTUCallClass)) return;
-  rt::Class* center = runtime.registerClass(kTUCallCenterClass);
-  rt::addMethod<rt::Id()>(center->metaClass(), "sharedInstance",
-                          [](const rt::Id&) { return callCenter(); });
-  rt::addMethod<rt::Id()>(center, "incomingCall", [](const rt::Id&) {
-    return processCalls().ringing(false);
-  });
-  rt::addMethod<rt::Id()>(center, "incomingVideoCall", [](const rt::Id&) {
-    return processCalls().ringing(true);
-  });
+  if (runtime.getClass(msg::TUCall::kName)) return;
+  runtime.registerClass(msg::TUCallCenter::kName);
+  runtime.registerClass(msg::TUCall::kName)
+      ->setFactory(
+          [](rt::Class* c) -> rt::Id { return rt::create<TUCallObject>(c); });
+  runtime.registerClass(msg::CTCall::kName)
+      ->setFactory(
+          [](rt::Class* c) -> rt::Id { return rt::create<CTCallObject>(c); });
+  using C = msg::TUCallCenter;
+  rt::define(runtime, C::sharedInstance,
+             [](const rt::Id&) { return callCenter(); });
+  rt::define(runtime, C::incomingCall,
+             [](const rt::Id&) { return processCalls().ringing(false); });
+  rt::define(runtime, C::incomingVideoCall,
+             [](const rt::Id&) { return processCalls().ringing(true); });
 
-  rt::Class* call = runtime.registerClass(kTUCallClass);
-  rt::addMethod<int()>(call, "status",
-                       [](const rt::Id& s) { return infoOf(s).status; });
-  rt::addMethod<std::optional<std::string>()>(
-      call, "destinationID",
-      [](const rt::Id& s) { return infoOf(s).destinationID; });
-  rt::addMethod<int()>(call, "abUID",
-                       [](const rt::Id& s) { return infoOf(s).abUID; });
-  rt::addMethod<bool()>(call, "isBlocked",
-                        [](const rt::Id& s) { return infoOf(s).isBlocked; });
-  rt::addMethod<bool()>(call, "isOutgoing",
-                        [](const rt::Id& s) { return infoOf(s).isOutgoing; });
-  rt::addMethod<rt::Id()>(call, "call", [](const rt::Id& s) -> rt::Id {
+  using T = msg::TUCall;
+  rt::define(runtime, T::status,
+             [](const rt::Id& s) { return infoOf(s).status; });
+  rt::define(runtime, T::destinationID,
+             [](const rt::Id& s) { return infoOf(s).destinationID; });
+  rt::define(runtime, T::abUID,
+             [](const rt::Id& s) { return infoOf(s).abUID; });
+  rt::define(runtime, T::isBlocked,
+             [](const rt::Id& s) { return infoOf(s).isBlocked; });
+  rt::define(runtime, T::isOutgoing,
+             [](const rt::Id& s) { return infoOf(s).isOutgoing; });
+  rt::define(runtime, T::call, [](const rt::Id& s) -> rt::Id {
     auto object = rt::as<TUCallObject>(s);
     return object ? object->handle : nullptr;
   });
-  rt::addMethod<std::optional<std::string>()>(
-      call, "localizedLabel",
-      [](const rt::Id& s) -> std::optional<std::string> {
-        const CallInfo& info = infoOf(s);
-        if (info.abUID == -1 || info.contactLabel.empty()) return std::nullopt;
-        return copyLocalizedLabel(info.contactLabel);
-      });
-
-  runtime.registerClass(kCTCallClass);
+  rt::define(runtime, T::localizedLabel,
+             [](const rt::Id& s) -> std::optional<std::string> {
+               const CallInfo& info = infoOf(s);
+               if (info.abUID == -1 || info.contactLabel.empty())
+                 return std::nullopt;
+               return copyLocalizedLabel(info.contactLabel);
+             });
 }
 
 rt::Id callCenter() { return processCalls().center(); }

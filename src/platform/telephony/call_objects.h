@@ -10,6 +10,8 @@
 //                 of the number, nullopt when none)
 //   CTCall        the core-telephony handle that CTCallDisconnect takes
 //
+// (their typed messages: telephony/messages.h).
+//
 // Class tables are per process: a process that uses telephony registers
 // the classes (registerTelephonyClasses; the first call object made in a
 // process registers them too). The device owns the calls; a process holds
@@ -24,19 +26,10 @@
 #include <optional>
 
 #include "platform/runtime/object.h"
+#include "platform/telephony/messages.h"
 #include "platform/telephony/telephony.h"
 
 namespace zv::platform {
-
-inline constexpr char kTUCallCenterClass[] = "TUCallCenter";
-inline constexpr char kTUCallClass[] = "TUCall";
-inline constexpr char kCTCallClass[] = "CTCall";
-
-// The in-process notification a call-status change is posted as on the
-// platform (its object is the TUCall); see makeNotification in
-// runtime/notification.h for hosts that take the notification object.
-inline constexpr char kCallStatusChangedNotification[] =
-    "TUCallCenterCallStatusChangedNotification";
 
 // Registers the three classes in `runtime` (again: nothing changes).
 void registerTelephonyClasses(rt::Runtime& runtime);

@@ -6,7 +6,7 @@
 namespace zv::platform {
 
 void CTCallDisconnect(const rt::Id& call) {
-  if (!call || call->className() != kCTCallClass) return;
+  if (!call || call->className() != msg::CTCall::kName) return;
   if (auto info = callInfo(call)) current().telephony().disconnect(info->id);
 }
 

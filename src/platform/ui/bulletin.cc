@@ -24,14 +24,17 @@ const BulletinContent& contentOf(const rt::Id& self) {
 void registerBulletinClass(rt::Runtime& runtime) {
   if (runtime.getClass(kBulletinClass)) return;
   rt::Class* cls = runtime.registerClass(kBulletinClass);
-  rt::addMethod<std::string()>(
-      cls, "title", [](const rt::Id& s) { return contentOf(s).title; });
-  rt::addMethod<std::string()>(
-      cls, "sectionID", [](const rt::Id& s) { return contentOf(s).sectionID; });
-  rt::addMethod<Dict()>(cls, "context",
-                        [](const rt::Id& s) { return contentOf(s).context; });
-  rt::addMethod<std::optional<Date>()>(
-      cls, "date", [](const rt::Id& s) { return contentOf(s).date; });
+  cls->setFactory(
+      [](rt::Class* c) -> rt::Id { return rt::create<BulletinObject>(c); });
+  using B = msg::BBBulletin;
+  rt::define(runtime, B::title,
+             [](const rt::Id& s) { return contentOf(s).title; });
+  rt::define(runtime, B::sectionID,
+             [](const rt::Id& s) { return contentOf(s).sectionID; });
+  rt::define(runtime, B::context,
+             [](const rt::Id& s) { return contentOf(s).context; });
+  rt::define(runtime, B::date,
+             [](const rt::Id& s) { return contentOf(s).date; });
 }
 
 rt::Id makeBulletin(BulletinContent content) {
@@ -43,8 +46,8 @@ rt::Id makeBulletin(BulletinContent content) {
 
 void presentBulletin(const rt::Id& bulletin) {
   if (!bulletin) return;
-  const std::string title = rt::send<std::string>(bulletin, "title");
-  const std::string section = rt::send<std::string>(bulletin, "sectionID");
+  const std::string title = rt::send(bulletin, msg::BBBulletin::title);
+  const std::string section = rt::send(bulletin, msg::BBBulletin::sectionID);
   platform::current().showBanner(section, title);
 }
 

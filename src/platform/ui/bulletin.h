@@ -9,12 +9,23 @@
 #include <optional>
 #include <string>
 
+#include "platform/runtime/message.h"
 #include "platform/runtime/object.h"
 #include "platform/value.h"
 
 namespace zv::ui {
 
-inline constexpr char kBulletinClass[] = "BBBulletin";
+namespace msg {
+struct BBBulletin {
+  static constexpr std::string_view kName = "BBBulletin";
+  static constexpr rt::Message<std::string()> title{kName, "title"};
+  static constexpr rt::Message<std::string()> sectionID{kName, "sectionID"};
+  static constexpr rt::Message<Dict()> context{kName, "context"};
+  static constexpr rt::Message<std::optional<Date>()> date{kName, "date"};
+};
+}  // namespace msg
+
+inline constexpr std::string_view kBulletinClass = msg::BBBulletin::kName;
 
 struct BulletinContent {
   std::string title;
