@@ -1,11 +1,12 @@
 // The three hook shapes and the exception guard, on a host class of a
 // simulated process.
+#include "core/guard.h"
+
 #include <gtest/gtest.h>
 
-#include "core/guard.h"
 #include "core/hook.h"
 #include "core/zv_exception.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv::hosts {
 namespace {

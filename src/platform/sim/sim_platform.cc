@@ -10,6 +10,7 @@ namespace zv::platform {
 
 SimWorld::SimWorld(std::string root, double epoch)
     : root_(std::move(root)), epoch_(epoch) {
+  Process::beginSimulation();
   std::error_code ec;
   std::filesystem::create_directories(root_, ec);
 }
@@ -23,6 +24,7 @@ SimWorld::~SimWorld() {
   queue_.clear();
   observers_.clear();
   processes_.clear();
+  Process::endSimulation();
 }
 
 SimProcess& SimWorld::launch(std::string bundleIdentifier, DeviceFacts facts) {

@@ -9,9 +9,9 @@
 #include <stdexcept>
 #include <tuple>
 
-#include "search/device_image.h"
-#include "search/device_image_pictures.h"
-#include "search/device_image_random.h"
+#include "devicegen/device_image.h"
+#include "devicegen/device_image_pictures.h"
+#include "devicegen/device_image_random.h"
 #include "search/platform_schema.h"
 
 namespace zv {

@@ -1,10 +1,10 @@
-#include "search/device_image.h"
+#include "devicegen/device_image.h"
 
 #include <filesystem>
 #include <stdexcept>
 
+#include "devicegen/device_image_pictures.h"
 #include "platform/plist.h"
-#include "search/device_image_pictures.h"
 #include "search/platform_schema.h"
 
 namespace zv {

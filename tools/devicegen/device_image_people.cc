@@ -1,10 +1,10 @@
-#include "search/device_image_people.h"
+#include "devicegen/device_image_people.h"
 
 #include <algorithm>
 #include <cstdio>
 
-#include "search/device_image_numbers.h"
-#include "search/device_image_random.h"
+#include "devicegen/device_image_numbers.h"
+#include "devicegen/device_image_random.h"
 #include "search/platform_schema.h"
 
 namespace zv {
