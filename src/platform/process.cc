@@ -58,7 +58,7 @@ Process& Process::current() {
     throw std::logic_error(
         "no process context on this thread: enter a simulated process "
         "(SimProcess::run or Process::Scope) before using the platform");
-  return Default();
+  return linuxDefault();
 }
 
 void Process::setDefault(Process* process) { g_default = process; }

@@ -42,7 +42,7 @@ TEST(ProcessContextTest, ASimulatedWorldNeverFallsBackToTheLinuxPlatform) {
     EXPECT_THROW(Process::current(), std::logic_error);
   }
   // A program on the real platform: the Linux default, the same each time.
-  EXPECT_EQ(&Process::current(), &Process::Default());
+  EXPECT_EQ(&Process::current(), &Process::linuxDefault());
   EXPECT_EQ(&current(), &LinuxPlatform::instance());
   EXPECT_EQ(&Process::current(), &Process::current());
 }

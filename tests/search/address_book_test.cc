@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"
 

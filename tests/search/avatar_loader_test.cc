@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/db/platform_schema.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/ui/view.h"
 #include "search/address_book.h"
-#include "search/platform_schema.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"
 

@@ -7,8 +7,8 @@
 
 #include <filesystem>
 
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 #include "search/ring_duration_file.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"
 

@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "devicegen/device_image_pictures.h"
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace {

@@ -12,7 +12,7 @@
 #include "devicegen/device_image.h"
 #include "devicegen/device_image_pictures.h"
 #include "devicegen/device_image_random.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "devicegen/device_image_numbers.h"
 #include "devicegen/device_image_random.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv {
 namespace {

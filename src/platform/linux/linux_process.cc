@@ -8,7 +8,7 @@
 
 namespace zv::platform {
 
-Process& Process::Default() {
+Process& Process::linuxDefault() {
   static std::once_flag once;
   static Process* process = nullptr;
   std::call_once(once, [] {

@@ -1,5 +1,6 @@
-// The phone platform's own SQLite databases that the search engine reads and
-// the call-history tools change: their device paths, table layouts and the
+// The phone platform's own SQLite databases, which the search engine reads,
+// the telephony writes call records into and the call-history tools change:
+// their device paths (defined here once), table layouts and the
 // few fixed values stored in them (multi-value property numbers, label keys,
 // the reference date of the platform's timestamps).
 //
