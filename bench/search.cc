@@ -19,8 +19,8 @@
 #include <string>
 #include <vector>
 
+#include "devicegen/device_image.h"
 #include "platform/sim/sim_platform.h"
-#include "search/device_image.h"
 #include "search/searcher.h"
 
 namespace {

@@ -5,30 +5,9 @@
 #include "core/number_utils.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
+#include "platform/utf8.h"
 
 namespace zv {
-
-namespace {
-
-// Whether `s` is well-formed UTF-8; a database text cut inside a character
-// (or made of stale bytes) does not convert to a string.
-bool validUtf8(std::string_view s) {
-  for (size_t i = 0; i < s.size();) {
-    unsigned char c = s[i];
-    size_t n = c < 0x80                 ? 0
-               : c >= 0xC2 && c <= 0xDF ? 1
-               : c >= 0xE0 && c <= 0xEF ? 2
-               : c >= 0xF0 && c <= 0xF4 ? 3
-                                        : 4;
-    if (n == 4 || s.size() - i < n + 1) return false;
-    for (size_t j = 1; j <= n; ++j)
-      if ((static_cast<unsigned char>(s[i + j]) & 0xC0) != 0x80) return false;
-    i += n + 1;
-  }
-  return true;
-}
-
-}  // namespace
 
 ZVAreaLoader::ZVAreaLoader() : _settings(ZVGeneralSettings::sharedInstance()) {}
 
@@ -51,7 +30,7 @@ void ZVAreaLoader::loadData() {
   if (_loaded) return;
   _loaded = true;
   if (!_area) {
-    std::string path = databaseFile_;
+    std::string path = database_file_;
     if (path.empty() && !_settings->AreaDatabase().empty())
       path = platform::current().path(kAreaFolder + _settings->AreaDatabase());
     if (!path.empty()) _area = zvarea_load(path.c_str(), kCacheLimit);
@@ -127,7 +106,9 @@ std::optional<std::string> ZVAreaLoader::getArea(std::string_view number,
                 (withType ? areafmt::kWantType : 0) |
                 (withAlone ? areafmt::kWantAlone : 0);
     const char* text = zvarea_get(_area, k.c_str(), flags);
-    if (!text || !validUtf8(text)) return std::nullopt;
+    // A database text cut inside a character (or made of stale bytes) does
+    // not convert to a string.
+    if (!text || !isValidUtf8(text)) return std::nullopt;
     answer = text;
   }
   if (!answer || answer->empty()) return std::nullopt;

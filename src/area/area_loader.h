@@ -59,7 +59,7 @@ class ZVAreaLoader {
   // Tools only: open this host file instead of the AreaDatabase setting's
   // file from the next loadData on ("" restores the setting).
   void setDatabaseFile(std::string hostPath) {
-    databaseFile_ = std::move(hostPath);
+    database_file_ = std::move(hostPath);
   }
   bool loaded() const { return _loaded; }
   bool hasDatabase() const { return _area != nullptr; }
@@ -77,7 +77,7 @@ class ZVAreaLoader {
   std::string _lastArea;
   std::string _lastNumber;
   bool _lastWithName = false, _lastWithType = false, _lastWithAlone = false;
-  std::string databaseFile_;
+  std::string database_file_;
 };
 
 }  // namespace zv

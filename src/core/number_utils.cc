@@ -3,24 +3,10 @@
 #include <algorithm>
 
 #include "platform/runtime/object.h"
+#include "platform/utf8.h"
 
 namespace zv {
 namespace {
-
-bool isKeypadByte(char c) {
-  return (c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+' ||
-         c == ',' || c == ';';
-}
-
-// Length in UTF-16 code units, the unit the platform's strings count in.
-size_t utf16Length(std::string_view text) {
-  size_t n = 0;
-  for (unsigned char c : text) {
-    if ((c & 0xC0) == 0x80) continue;  // continuation byte
-    n += (c >= 0xF0) ? 2 : 1;          // 4-byte sequences need a pair
-  }
-  return n;
-}
 
 // The empty text is neither a prefix, a suffix nor a part of another text.
 bool hasPrefix(std::string_view s, std::string_view p) {
@@ -63,7 +49,7 @@ bool matchesStarPattern(std::string_view p, std::string_view k) {
 std::string keypadString(std::string_view text) {
   std::string out;
   for (char c : text.substr(0, std::min<size_t>(text.size(), 255)))
-    if (isKeypadByte(c)) out += c;
+    if (isDialable(c)) out += c;
   return out;
 }
 

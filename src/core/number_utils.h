@@ -14,7 +14,15 @@ namespace zv {
 // The platform's not-found index.
 inline constexpr size_t kNotFound = static_cast<size_t>(-1);
 
-// Keeps only 0-9 # * + , ; of the first 255 bytes, in order ("" when none).
+// The dialable characters, the only ones a phone number keeps:
+// 0-9 # * + , ;
+constexpr bool isDialable(char c) {
+  return (c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+' ||
+         c == ',' || c == ';';
+}
+
+// Keeps only the dialable characters of the first 255 bytes, in order (""
+// when none).
 std::string keypadString(std::string_view text);
 
 // Display form through the runtime's "CNPhoneNumber" class when it exists

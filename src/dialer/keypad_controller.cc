@@ -1,22 +1,19 @@
 #include "dialer/keypad_controller.h"
 
 #include "area/area_loader.h"
+#include "core/area_label.h"
 #include "core/device.h"
 #include "core/number_utils.h"
 #include "dialer/phone_controller.h"
 #include "dialer/text_runs.h"
 #include "platform/platform.h"
+#include "platform/utf8.h"
 
 namespace zv {
 namespace {
 
 std::string localized(const char* key) {
   return platform::current().localizedString(key, "Zorvel");
-}
-
-bool endsWith(std::string_view s, std::string_view suffix) {
-  return s.size() >= suffix.size() &&
-         s.substr(s.size() - suffix.size()) == suffix;
 }
 
 void popLastCharacter(std::string& s) {
@@ -317,8 +314,8 @@ void ZVKeypadController::keypadViewAddToContactsButtonPressed() {
 // --- The long-press menu ---------------------------------------------------
 
 void ZVKeypadController::keypadViewMenuButtonLongPress() {
-  if (menuShown_) return;
-  menuShown_ = true;
+  if (menu_shown_) return;
+  menu_shown_ = true;
   hideListView();
   const std::string n = _keypadView->getNumber().value_or("");
   const std::string& prefix = _settings->PrefixNumber();
@@ -348,7 +345,7 @@ void ZVKeypadController::keypadViewMenuButtonLongPress() {
 
 void ZVKeypadController::actionSheetClickedButtonAtIndex(
     ui::UIActionSheet& sheet, int index) {
-  menuShown_ = false;
+  menu_shown_ = false;
   if (index == sheet.cancelButtonIndex()) return;
   switch (sheet.tag()) {
     case kMenuCopyPrefixMessage:
@@ -416,9 +413,7 @@ std::string ZVKeypadController::areaNameLabel(const std::string& label) {
     return label;
   auto area = displayArea();
   if (!area) return label;
-  if (label.empty()) return *area;
-  if (endsWith(label, *area)) return label;
-  return label + " " + *area;
+  return appendArea(label, *area, AreaGap::kOne);
 }
 
 void ZVKeypadController::areaAddToContacts() {
@@ -433,8 +428,8 @@ void ZVKeypadController::areaAddToContacts() {
   if (!_addToContactsText) _addToContactsText = label->text();
   if (!area) {
     label->setText(*_addToContactsText);
-  } else if (!endsWith(label->text(), *area)) {
-    label->setText(*_addToContactsText + " " + *area);
+  } else if (!labelEndsWithArea(label->text(), *area)) {
+    label->setText(joinArea(*_addToContactsText, *area, AreaGap::kOne));
   }
 }
 

@@ -94,7 +94,7 @@ class ZVKeypadController
   const std::shared_ptr<ui::UIButton>& onoffButton() const {
     return _onoffButton;
   }
-  bool isMenuShown() const { return menuShown_; }
+  bool isMenuShown() const { return menu_shown_; }
 
  private:
   enum class Key { Append, Replace, Delete };
@@ -135,7 +135,7 @@ class ZVKeypadController
   std::optional<std::string> _addToContactsText;
   // Process-wide: one long-press menu at a time, and the host capability
   // answers, unknown until first asked with a dialer, then fixed.
-  bool menuShown_ = false;
+  bool menu_shown_ = false;
   std::optional<bool> capabilities_[3];
 };
 

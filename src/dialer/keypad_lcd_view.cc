@@ -6,6 +6,7 @@
 #include "core/style.h"
 #include "dialer/text_runs.h"
 #include "platform/ui/text_metrics.h"
+#include "platform/utf8.h"
 
 namespace zv {
 namespace {
@@ -36,7 +37,7 @@ std::shared_ptr<ZVKeypadLCDView> ZVKeypadLCDView::make(const ui::Rect& frame) {
 }
 
 void ZVKeypadLCDView::build() {
-  for (auto* line : {&numberLabels_, &nameLabels_})
+  for (auto* line : {&number_labels_, &name_labels_})
     for (auto& l : *line) {
       l = ui::make<ui::UILabel>();
       addSubview(l);
@@ -130,13 +131,13 @@ void ZVKeypadLCDView::updateLCDView() {
   const double boxWidth = width - (roomForAvatar ? 110 : 70);
   const size_t a = roomForAvatar ? 10 : 12, b = roomForAvatar ? 15 : 18;
 
-  const size_t length = ui::characterCount(number_);
+  const size_t length = characterCount(number_);
   ui::Font numberFont =
       ZVFont::thinSystemFontOfSize(numberFontSize(length, a, b));
   const bool splitNumber = length > 0 && length < 20 && showsHighlight_ &&
                            highlightNumberRange_.length > 0;
   const double numberTop = UIDevice::isPhone4screen() ? 6 : 8;
-  layoutLine(numberLabels_, number_, highlightNumberRange_, splitNumber,
+  layoutLine(number_labels_, number_, highlightNumberRange_, splitNumber,
              numberFont, boxX, boxWidth, numberTop, 40, length < b);
 
   const bool splitName = ui::textWidth(name_, kNameFont) < 310 &&
@@ -148,15 +149,15 @@ void ZVKeypadLCDView::updateLCDView() {
     nameTop = 55;
   else if (UIDevice::isPhone6pscreen())
     nameTop = 66;
-  layoutLine(nameLabels_, name_, highlightNameRange_, splitName, kNameFont,
+  layoutLine(name_labels_, name_, highlightNameRange_, splitName, kNameFont,
              boxX, boxWidth, nameTop, 20, true);
 
-  applyColor(numberLabels_[1], numberHighlightColor_, appliedNumberColor_);
-  applyColor(nameLabels_[1], nameHighlightColor_, appliedNameColor_);
+  applyColor(number_labels_[1], numberHighlightColor_, applied_number_color_);
+  applyColor(name_labels_[1], nameHighlightColor_, appliedNameColor_);
 }
 
 void ZVKeypadLCDView::clearLCDView() {
-  for (auto* line : {&numberLabels_, &nameLabels_})
+  for (auto* line : {&number_labels_, &name_labels_})
     for (auto& l : *line) l->setText("");
   number_.clear();
   name_.clear();

@@ -10,9 +10,9 @@
 #include <array>
 #include <memory>
 
+#include "core/highlight_range.h"
 #include "dialer/zv_label.h"
 #include "platform/ui/label.h"
-#include "search/searcher.h"
 
 namespace zv {
 
@@ -52,8 +52,8 @@ class ZVKeypadLCDView : public ui::UIView {
   void clearLCDView();
 
   // The labels of a line, left / centre / right.
-  const std::array<std::shared_ptr<ui::UILabel>, 3>& numberLabels() const { return numberLabels_; }
-  const std::array<std::shared_ptr<ui::UILabel>, 3>& nameLabels() const { return nameLabels_; }
+  const std::array<std::shared_ptr<ui::UILabel>, 3>& numberLabels() const { return number_labels_; }
+  const std::array<std::shared_ptr<ui::UILabel>, 3>& nameLabels() const { return name_labels_; }
   const std::shared_ptr<ui::UIImageView>& avatarImageView() const { return avatarImageView_; }
 
   // The screen's largest and smallest number font sizes, and the size for a
@@ -72,14 +72,14 @@ class ZVKeypadLCDView : public ui::UIView {
   std::weak_ptr<ZVKeypadLCDViewDelegate> delegate_;
   std::string number_, name_;
   ui::ImagePtr avatar_;
-  std::array<std::shared_ptr<ui::UILabel>, 3> numberLabels_, nameLabels_;
+  std::array<std::shared_ptr<ui::UILabel>, 3> number_labels_, name_labels_;
   std::shared_ptr<ui::UIImageView> avatarImageView_;
   bool showsAvatar_ = false;
   bool showsHighlight_ = false;
   ZVRange highlightNumberRange_, highlightNameRange_;
   int numberHighlightColor_ = 0, nameHighlightColor_ = 0;
   // The codes last applied to the centre labels (-1: none yet).
-  int appliedNumberColor_ = -1, appliedNameColor_ = -1;
+  int applied_number_color_ = -1, appliedNameColor_ = -1;
 };
 
 }  // namespace zv

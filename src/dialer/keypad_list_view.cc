@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "area/area_loader.h"
+#include "core/area_label.h"
 #include "core/number_utils.h"
 #include "dialer/keypad_lcd_view.h"
 #include "platform/platform.h"
 #include "search/address_book.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -131,7 +133,7 @@ std::shared_ptr<ui::UITableViewCell> ZVKeypadListView::cellForRow(
   if (s.EnableArea() && s.AreaNameKeypadList()) {
     if (auto area = _area->getArea(p.getPhoneNumber(), s.AreaNameKeypadList(),
                                    s.AreaTypeKeypadList())) {
-      type = type.empty() ? *area : type + " " + *area;
+      type = type.empty() ? *area : joinArea(type, *area, AreaGap::kOne);
     }
   }
   cell->typeLabel->setText(type);
@@ -160,17 +162,7 @@ void ZVKeypadListView::setAvatar(ZVKeypadListCell& cell, int32_t recordId) {
     return;
   }
   image->setImage(_addressbook->getNullAvatarWithsize(size));
-  std::weak_ptr<ui::UIImageView> weakImage = image;
-  auto book = _addressbook;
-  auto& platform = platform::current();
-  platform.dispatchBackground([weakImage, book, recordId, size, &platform] {
-    ui::ImagePtr avatar = book->getAvatar(recordId, size);
-    platform.dispatchMain([weakImage, avatar, recordId] {
-      auto view = weakImage.lock();
-      // The cell may show another contact by now.
-      if (view && view->tag() == recordId && avatar) view->setImage(avatar);
-    });
-  });
+  loadAvatarInBackground(image, recordId, _addressbook, recordId, size);
 }
 
 }  // namespace zv

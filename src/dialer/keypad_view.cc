@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "area/area_loader.h"
+#include "core/area_label.h"
 #include "core/number_utils.h"
 #include "platform/platform.h"
 #include "search/address_book.h"
@@ -156,8 +157,7 @@ std::string ZVKeypadView::getFormattedLabel(const ZVPerson& person) {
     if (auto area =
             _area->getArea(person.getPhoneNumber(), _settings->AreaNameKeypad(),
                            _settings->AreaTypeKeypad())) {
-      if (!label.empty()) label += ' ';
-      label += *area;
+      label = label.empty() ? *area : joinArea(label, *area, AreaGap::kOne);
     }
   }
   return label;

@@ -58,7 +58,7 @@ bool ZVPhoneController::isInAutoPrefixDialView(const rt::Id& app) {
   if (s.PrefixFavorites() && s.PrefixCallHistory() && s.PrefixContacts() &&
       s.PrefixKeypad())
     return true;
-  std::optional<int> tab = tabQuery_ ? tabQuery_(app) : std::nullopt;
+  std::optional<int> tab = tab_query_ ? tab_query_(app) : std::nullopt;
   if (!tab) return false;
   switch (*tab) {
     case 0:

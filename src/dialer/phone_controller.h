@@ -43,7 +43,7 @@ class ZVPhoneController {
   static std::shared_ptr<ZVPhoneController> sharedInstance();
   ZVPhoneController();
 
-  void setTabQuery(TabQuery query) { tabQuery_ = std::move(query); }
+  void setTabQuery(TabQuery query) { tab_query_ = std::move(query); }
 
   // A "tel:" URL with the prefix put before its number (its query dropped),
   // or `url` unchanged.
@@ -67,7 +67,7 @@ class ZVPhoneController {
   std::shared_ptr<ZVAreaLoader> _area;
   std::shared_ptr<ZVAddressBook> _addressbook;
   std::optional<Dict> _exclude;
-  TabQuery tabQuery_;
+  TabQuery tab_query_;
 };
 
 }  // namespace zv

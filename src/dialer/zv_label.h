@@ -8,8 +8,8 @@
 
 #include <optional>
 
+#include "core/highlight_range.h"
 #include "platform/ui/label.h"
-#include "search/searcher.h"
 
 namespace zv {
 

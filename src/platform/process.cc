@@ -1,9 +1,8 @@
 #include "platform/process.h"
 
-#include <mutex>
+#include <atomic>
+#include <stdexcept>
 
-#include "platform/linux/linux_platform.h"
-#include "platform/phone_number_class.h"
 #include "platform/platform.h"
 #include "platform/telephony/call_objects.h"
 
@@ -11,7 +10,8 @@ namespace zv::platform {
 namespace {
 
 thread_local Process* t_current = nullptr;
-Process* g_default = nullptr;
+std::atomic<Process*> g_default{nullptr};
+std::atomic<int> g_simulations{0};
 
 }  // namespace
 
@@ -54,21 +54,19 @@ void Process::finishLaunching() {
 
 Process& Process::current() {
   if (t_current) return *t_current;
-  if (g_default) return *g_default;
-  // A real program: one context on the Linux platform, for its whole life.
-  static std::once_flag once;
-  static Process* process = nullptr;
-  std::call_once(once, [] {
-    process = new Process(&LinuxPlatform::instance());
-    // The platform's own classes that every real process has.
-    registerPhoneNumberClass(process->runtime());
-    registerTelephonyClasses(process->runtime());
-    if (!g_default) g_default = process;
-  });
-  return g_default ? *g_default : *process;
+  if (Process* process = g_default.load()) return *process;
+  if (g_simulations.load() > 0)
+    throw std::logic_error(
+        "no process context on this thread: enter a simulated process "
+        "(SimProcess::run or Process::Scope) before using the platform");
+  return linuxDefault();
 }
 
 void Process::setDefault(Process* process) { g_default = process; }
+
+void Process::beginSimulation() { ++g_simulations; }
+
+void Process::endSimulation() { --g_simulations; }
 
 Process::Scope::Scope(Process& process) : previous_(t_current) {
   t_current = &process;

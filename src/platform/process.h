@@ -3,11 +3,15 @@
 // enable switch, the lazily created service and settings singletons, the
 // trace of started modules).
 //
-// A real program has one context, created on first use with the Linux
-// platform. The simulated platform runs several host processes in one
-// binary, each with its own context; Process::current() is the context of
-// the calling thread (set with Process::Scope), falling back to the
-// program-wide default.
+// A real program has one context on the Linux platform,
+// Process::linuxDefault(), defined beside the Linux platform (as a storage
+// library defines its default environment beside its POSIX implementation)
+// and made on first use. The simulated platform runs several host processes
+// in one binary, each with its own context; Process::current() is the
+// context of the calling thread (set with Process::Scope), else the
+// program-wide default. The two platforms stay separate doors: while a
+// simulated world exists, a thread that entered none of its processes gets
+// an error, never the real platform.
 #pragma once
 
 #include <functional>
@@ -31,11 +35,19 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
-  // The context of the calling thread. In a program that never set one,
-  // creates the default context on the Linux platform.
+  // The context of the calling thread: the one a Scope made current, else
+  // the one given to setDefault, else linuxDefault(). While a simulated world
+  // exists (see beginSimulation) the last step throws std::logic_error.
   static Process& current();
   // The default context of the program (used by threads that set none).
   static void setDefault(Process* process);
+  // A real program's context on the Linux platform, made on first use and
+  // kept for the program's life. Defined in platform/linux/linux_process.cc.
+  static Process& linuxDefault();
+  // Counts the simulated worlds alive (SimWorld's constructor and
+  // destructor call these).
+  static void beginSimulation();
+  static void endSimulation();
 
   // Makes `process` current on this thread for the scope's lifetime.
   class Scope {

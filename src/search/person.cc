@@ -35,7 +35,8 @@ void ZVPerson::build(const std::string_view (&texts)[kFields], uint32_t present,
     offset[f] = static_cast<uint32_t>(write);
     if (f == kNumber && filterNumber) {
       for (unsigned char c : texts[f])
-        if (isDialable(c)) out[write++] = static_cast<char>(c);
+        if (isDialable(static_cast<char>(c)))
+          out[write++] = static_cast<char>(c);
     } else if (!texts[f].empty()) {
       std::memcpy(out + write, texts[f].data(), texts[f].size());
       write += texts[f].size();
@@ -90,42 +91,6 @@ std::string ZVPerson::str(Field f) const {
 
 void ZVPerson::setPhoneNumber(std::string_view text) {
   assign(kNumber, text, true);
-}
-
-bool isValidUtf8(std::string_view text) {
-  const auto* p = reinterpret_cast<const unsigned char*>(text.data());
-  const auto* end = p + text.size();
-  while (p < end) {
-    unsigned char c = *p;
-    if (c < 0x80) {
-      ++p;
-      continue;
-    }
-    int extra;
-    uint32_t cp;
-    if (c >= 0xC2 && c <= 0xDF) {
-      extra = 1;
-      cp = c & 0x1F;
-    } else if (c >= 0xE0 && c <= 0xEF) {
-      extra = 2;
-      cp = c & 0x0F;
-    } else if (c >= 0xF0 && c <= 0xF4) {
-      extra = 3;
-      cp = c & 0x07;
-    } else {
-      return false;
-    }
-    if (end - p <= extra) return false;
-    for (int i = 1; i <= extra; ++i) {
-      if ((p[i] & 0xC0) != 0x80) return false;
-      cp = (cp << 6) | (p[i] & 0x3F);
-    }
-    if ((extra == 2 && cp < 0x800) || (extra == 3 && cp < 0x10000) ||
-        cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
-      return false;
-    p += extra + 1;
-  }
-  return true;
 }
 
 }  // namespace zv

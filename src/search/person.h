@@ -17,6 +17,9 @@
 #include <string>
 #include <string_view>
 
+#include "core/number_utils.h"
+#include "platform/utf8.h"
+
 namespace zv {
 
 class ZVPerson {
@@ -98,12 +101,6 @@ class ZVPerson {
     return {};
   }
 
-  // True for the dialable characters that a number keeps.
-  static bool isDialable(unsigned char c) {
-    return (c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+' ||
-           c == ',' || c == ';';
-  }
-
  private:
   // Field order in the block: the searched forms first, so that a search
   // reads the fewest cache lines.
@@ -132,9 +129,5 @@ class ZVPerson {
   char* block_ = inline_;
   char inline_[kInlineBytes];
 };
-
-// True when `text` is well-formed UTF-8 (no overlong forms, surrogates or
-// code points above U+10FFFF).
-bool isValidUtf8(std::string_view text);
 
 }  // namespace zv

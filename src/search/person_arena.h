@@ -27,7 +27,7 @@ class PersonArena {
   std::shared_ptr<Blocks> blocks_;
   size_t next_ = 0;
   size_t capacity_ = 0;
-  size_t blockSize_;
+  size_t block_size_;
 };
 
 }  // namespace zv

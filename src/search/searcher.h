@@ -25,6 +25,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/highlight_range.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
 #include "platform/value.h"
@@ -33,13 +34,6 @@
 #include "search/t9_table.h"
 
 namespace zv {
-
-// A highlight range: location and length, (0, 0) for none.
-struct ZVRange {
-  int64_t location = 0;
-  int64_t length = 0;
-  bool operator==(const ZVRange&) const = default;
-};
 
 class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
  public:
@@ -173,7 +167,7 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
 
   // Subscriptions (0 = none).
   platform::ObserverToken t9Observer_ = 0;
-  platform::ObserverToken addressBookObserver_ = 0;
+  platform::ObserverToken address_book_observer_ = 0;
 };
 
 }  // namespace zv

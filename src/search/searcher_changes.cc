@@ -8,18 +8,18 @@
 namespace zv {
 
 void ZVSearcher::regisiterAddressBookChangeCallback() {
-  if (addressBookObserver_) return;
+  if (address_book_observer_) return;
   std::weak_ptr<ZVSearcher> weak = weak_from_this();
-  addressBookObserver_ = platform_.observe(
+  address_book_observer_ = platform_.observe(
       platform::kAddressBookExternalChangeNotification, [weak] {
         if (auto self = weak.lock()) self->setAddressBookChanged();
       });
 }
 
 void ZVSearcher::unregisiterAddressBookChangeCallback() {
-  if (!addressBookObserver_) return;
-  platform_.removeObserver(addressBookObserver_);
-  addressBookObserver_ = 0;
+  if (!address_book_observer_) return;
+  platform_.removeObserver(address_book_observer_);
+  address_book_observer_ = 0;
 }
 
 void ZVSearcher::setAddressBookChanged() {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/number_utils.h"
+
 namespace zv {
 
 namespace {
@@ -13,10 +15,6 @@ constexpr size_t kStopAt = 254;
 // Name parts are cut to this many bytes.
 constexpr size_t kNameLimit = 255;
 
-bool isKeypadSymbol(unsigned char c) {
-  return c == '#' || c == '*' || c == '+' || c == ',' || c == ';';
-}
-
 // The length digit of a reading. Readings are meant to be at most 9 bytes;
 // a longer one still gets a single non-NUL byte, so F stays one byte per
 // character and can never end early.
@@ -25,13 +23,6 @@ char lengthDigit(size_t length) {
 }
 
 }  // namespace
-
-size_t utf8CharCount(std::string_view text) {
-  size_t count = 0;
-  for (size_t i = 0; i < text.size(); ++count)
-    i += utf8CharLength(static_cast<unsigned char>(text[i]));
-  return count;
-}
 
 void encodeName(std::string_view name, const T9Table* table, EncodedName& out) {
   std::string& J = out.jianPin;
@@ -48,10 +39,8 @@ void encodeName(std::string_view name, const T9Table* table, EncodedName& out) {
 
   size_t i = 0;
   while (i < name.size()) {
-    size_t n = utf8CharLength(static_cast<unsigned char>(name[i]));
-    if (n > name.size() - i) n = name.size() - i;
-    std::string_view c = name.substr(i, n);
-    i += n;
+    std::string_view c = t9CharacterAt(name, i);
+    i += c.size();
     const bool last = i >= name.size();
 
     const std::string* reading = table ? table->lookup(c) : nullptr;
@@ -70,7 +59,7 @@ void encodeName(std::string_view name, const T9Table* table, EncodedName& out) {
       }
       lastOutput = position;
       wordStart = false;
-    } else if (n > 1) {
+    } else if (c.size() > 1) {
       J += '*';
       P += '*';
       E += '*';
@@ -78,8 +67,7 @@ void encodeName(std::string_view name, const T9Table* table, EncodedName& out) {
     } else {
       unsigned char b = static_cast<unsigned char>(c[0]);
       char d = keypadLetter(b);
-      if (!d && ((b >= '0' && b <= '9') || isKeypadSymbol(b)))
-        d = static_cast<char>(b);
+      if (!d && isDialable(static_cast<char>(b))) d = static_cast<char>(b);
       if (d) {
         J += d;
         P += d;

@@ -45,7 +45,4 @@ std::string composeDisplayName(std::string_view first, std::string_view last,
                                const std::string* organization,
                                bool lastNameFirst);
 
-// Number of characters of `text` by the lead-byte rule of utf8CharLength.
-size_t utf8CharCount(std::string_view text);
-
 }  // namespace zv

@@ -5,49 +5,12 @@
 #include <cstring>
 #include <string>
 
+#include "platform/utf8.h"
 #include "search/searcher.h"
 
 namespace zv {
 
 namespace {
-
-// The display name as UTF-16 units; a byte that does not start a
-// well-formed sequence counts as one unit.
-std::u16string utf16(std::string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  const auto* p = reinterpret_cast<const unsigned char*>(text.data());
-  size_t n = text.size();
-  for (size_t i = 0; i < n;) {
-    unsigned char c = p[i];
-    int extra = c >= 0xF0 && c <= 0xF4   ? 3
-                : c >= 0xE0 && c <= 0xEF ? 2
-                : c >= 0xC2 && c <= 0xDF ? 1
-                                         : 0;
-    uint32_t cp = extra == 0 ? c : c & (0x3F >> extra);
-    bool ok = extra == 0 ? c < 0x80 : i + extra < n;
-    for (int k = 1; ok && k <= extra; ++k) {
-      if ((p[i + k] & 0xC0) != 0x80)
-        ok = false;
-      else
-        cp = (cp << 6) | (p[i + k] & 0x3F);
-    }
-    if (!ok) {
-      out += u'\uFFFD';
-      ++i;
-      continue;
-    }
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      out += static_cast<char16_t>(0xD800 + (cp >> 10));
-      out += static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
-    } else {
-      out += static_cast<char16_t>(cp);
-    }
-    i += extra + 1;
-  }
-  return out;
-}
 
 int64_t find(const char* form, std::string_view key) {
   if (!form) return -1;
@@ -61,7 +24,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 ZVRange ZVSearcher::getShiftSpaceNameRange(ZVRange range,
                                            std::string_view name) {
-  std::u16string units = utf16(name);
+  std::u16string units = toUtf16(name);
   for (size_t i = 0; i < units.size(); ++i) {
     if (units[i] != u' ') continue;
     const auto at = static_cast<int64_t>(i);
@@ -77,7 +40,7 @@ ZVRange ZVSearcher::getShiftSpaceNameRange(ZVRange range,
 
 ZVRange ZVSearcher::getShiftSpaceEnglishNameRange(ZVRange range,
                                                   std::string_view name) {
-  std::u16string units = utf16(name);
+  std::u16string units = toUtf16(name);
   int64_t skip = range.location;
   int64_t cover = range.length;
   ZVRange out;

@@ -1,5 +1,6 @@
 #include "search/t9_table.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/plist.h"
@@ -19,12 +20,10 @@ constexpr size_t kLinePiece = 2047;
 // past the end of the text.
 template <typename F>
 void forEachCharacter(std::string_view text, F&& f) {
-  size_t i = 0;
-  while (i < text.size()) {
-    size_t n = utf8CharLength(static_cast<unsigned char>(text[i]));
-    if (n > text.size() - i) n = text.size() - i;
-    f(text.substr(i, n));
-    i += n;
+  for (size_t i = 0; i < text.size();) {
+    std::string_view c = t9CharacterAt(text, i);
+    f(c);
+    i += c.size();
   }
 }
 
@@ -40,6 +39,18 @@ int utf8CharLength(unsigned char lead) {
   for (int bit = 5, length = 2; bit >= 1; --bit, ++length)
     if (!(lead & (1u << bit))) return length;
   return (lead & 1) ? 1 : 7;
+}
+
+std::string_view t9CharacterAt(std::string_view text, size_t i) {
+  size_t n = utf8CharLength(static_cast<unsigned char>(text[i]));
+  return text.substr(i, std::min(n, text.size() - i));
+}
+
+size_t utf8CharCount(std::string_view text) {
+  size_t count = 0;
+  for (size_t i = 0; i < text.size(); ++count)
+    i += t9CharacterAt(text, i).size();
+  return count;
 }
 
 char keypadLetter(unsigned char c) {

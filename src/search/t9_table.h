@@ -28,6 +28,11 @@ namespace zv {
 // ASCII, stray continuation bytes and 0xFF; otherwise the first clear bit
 // among bits 5..1 gives 2..6, and 0xFE gives 7.
 int utf8CharLength(unsigned char lead);
+// The character of `text` that starts at byte `i` by that rule, cut at the
+// end of the text.
+std::string_view t9CharacterAt(std::string_view text, size_t i);
+// Number of characters of `text` by that rule.
+size_t utf8CharCount(std::string_view text);
 
 // The keypad digit of an ASCII letter (either case), or 0 for any other
 // byte.

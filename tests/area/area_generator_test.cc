@@ -12,6 +12,7 @@
 #include "area_test_util.h"
 #include "core/settings.h"
 #include "platform/platform.h"
+#include "support/device_files.h"
 
 namespace zv::testing {
 namespace {
@@ -30,17 +31,11 @@ int run(const std::string& command) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-std::string readText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 class UsaDatabaseTest : public SimTest {
  protected:
   void SetUp() override {
-    if (!havePhonenumbers()) GTEST_SKIP() << "no python3-phonenumbers";
+    ASSERT_TRUE(havePhonenumbers())
+        << "scripts/setup installs python3-phonenumbers";
   }
   std::string area(std::string_view number) {
     return proc_.run([&] {
@@ -60,7 +55,7 @@ TEST_F(UsaDatabaseTest, GeneratedSourceFitsAndAnswersThroughTheService) {
                 "/tools/gen/area_source.py --country 1 --lang en -o '" +
                 source + "'"),
             0);
-  std::string text = readText(source);
+  std::string text = readFile(source);
   EXPECT_NE(text.find("locations were widened to their region"),
             std::string::npos);
   std::string bytes;
@@ -95,12 +90,13 @@ TEST_F(UsaDatabaseTest, GeneratedSourceFitsAndAnswersThroughTheService) {
 // Every prefix of up to three digits and a sample of the longer ones, in
 // every written form, against the China database of the sample device.
 TEST(ChinaDatabaseCheck, AgreesWithThePublicData) {
-  if (!havePhonenumbers()) GTEST_SKIP() << "no python3-phonenumbers";
+  ASSERT_TRUE(havePhonenumbers())
+      << "scripts/setup installs python3-phonenumbers";
   const std::string zorvel = ZV_BINARY_DIR "/zorvel";
   const std::string db =
       ZV_BINARY_DIR "/sample-device/Library/Zorvel/Area/China";
-  if (!fs::exists(zorvel) || !fs::exists(db))
-    GTEST_SKIP() << "build the zorvel and sample_device targets first";
+  ASSERT_TRUE(fs::exists(zorvel) && fs::exists(db))
+      << "the suite depends on the zorvel and sample_device targets";
   EXPECT_EQ(run("/usr/bin/python3 " ZV_SOURCE_DIR
                 "/tools/gen/check_area.py --samples 3000 --zorvel '" +
                 zorvel + "' --db '" + db + "'"),

@@ -5,6 +5,7 @@
 #include "area_test_util.h"
 #include "core/settings.h"
 #include "platform/platform.h"
+#include "support/device_files.h"
 
 namespace zv::testing {
 namespace {
@@ -18,8 +19,8 @@ class AreaLoaderTest : public SimTest {
     std::filesystem::create_directories(root_ + "/Library/Zorvel/Area");
     writeBytes(root_ + "/Library/Zorvel/Area/China", compileText(source));
   }
-  void writePlist(const char* devicePath, Dict dict) {
-    proc_.run([&] { platform::writeDictionary(devicePath, dict); });
+  void writePlist(const std::string& devicePath, const Dict& dict) {
+    testing::writePlist(root_ + devicePath, dict);
   }
   std::string area(std::string_view number, bool name, bool type,
                    bool alone = false) {

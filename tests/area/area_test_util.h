@@ -10,7 +10,7 @@
 
 #include "area/area_compiler.h"
 #include "area/area_file.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv::testing {
 

@@ -5,7 +5,8 @@
 #include <iterator>
 
 #include "fuzz/area_reader_input.h"
-#include "sim_fixture.h"
+#include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv::testing {
 namespace {
@@ -15,8 +16,7 @@ TEST(AreaFuzzCorpusTest, ReplaysEveryInput) {
   auto dir = std::filesystem::path(ZV_SOURCE_DIR) / "fuzz/corpus/area_reader";
   int inputs = 0;
   for (const auto& entry : std::filesystem::directory_iterator(dir)) {
-    std::ifstream in(entry.path(), std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    std::string bytes = readFile(entry.path());
     fuzzing::runAreaReader(reinterpret_cast<const uint8_t*>(bytes.data()),
                            bytes.size(), root.path() + "/db");
     ++inputs;

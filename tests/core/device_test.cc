@@ -4,7 +4,7 @@
 
 #include "core/image_geometry.h"
 #include "core/style.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

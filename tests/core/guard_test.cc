@@ -6,7 +6,7 @@
 
 #include "core/hook.h"
 #include "core/zv_exception.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

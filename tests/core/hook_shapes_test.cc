@@ -8,7 +8,7 @@
 #include "core/guard.h"
 #include "core/hook.h"
 #include "platform/runtime/message.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

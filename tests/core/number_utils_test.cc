@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/phone_number_class.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

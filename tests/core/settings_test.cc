@@ -9,7 +9,7 @@
 
 #include "core/settings_catalogue.h"
 #include "platform/plist.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

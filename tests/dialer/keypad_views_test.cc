@@ -2,12 +2,12 @@
 // (font ramp, highlight runs), ZVLabel runs, colour codes and list rows.
 #include <gtest/gtest.h>
 
+#include "devicegen/device_image.h"
 #include "dialer/keypad_list_view.h"
 #include "dialer/keypad_view.h"
 #include "dialer/zv_label.h"
 #include "dialer_fixture.h"
 #include "platform/ui/text_metrics.h"
-#include "search/device_image.h"
 
 namespace zv {
 namespace {

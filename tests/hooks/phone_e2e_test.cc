@@ -9,32 +9,21 @@
 #include <sstream>
 
 #include "area/area_compiler.h"
+#include "devicegen/device_image.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone/app.h"
 #include "platform/plist.h"
 #include "platform/ui/sheets.h"
-#include "search/device_image.h"
-#include "sim_fixture.h"
+#include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
 
 using hosts::PhoneApplication;
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-// The compiled China database, made once for the whole suite.
-const std::string& chinaDatabase() {
-  static const std::string bytes = area::compile(area::parseSource(
-      readFile(ZV_SOURCE_DIR "/data/area/China.txt"), "China"));
-  return bytes;
-}
+using testing::chinaDatabase;
 
 DeviceContact contact(int64_t id, std::string first, std::string last,
                       std::string number) {
@@ -68,14 +57,10 @@ class PhoneE2ETest : public testing::SimTest {
   }
 
   void write(const std::string& devicePath, const std::string& bytes) {
-    auto path = std::filesystem::path(root_ + devicePath);
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
+    testing::writeFile(root_ + devicePath, bytes);
   }
   void writePlist(const std::string& devicePath, const Dict& dict) {
-    auto path = std::filesystem::path(root_ + devicePath);
-    std::filesystem::create_directories(path.parent_path());
-    ASSERT_TRUE(plist::writeFile(path.string(), Value(dict)));
+    testing::writePlist(root_ + devicePath, dict);
   }
 
   // Starts the Phone app with the extension loaded.

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "hooks/modules.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

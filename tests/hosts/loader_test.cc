@@ -10,7 +10,7 @@
 #include <string>
 
 #include "platform/plist.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

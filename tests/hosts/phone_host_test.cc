@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/phone/app.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv::hosts {
 namespace {

@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv::platform {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/runtime/object.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

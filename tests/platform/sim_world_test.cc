@@ -2,7 +2,7 @@
 
 #include "platform/platform.h"
 #include "platform/process.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

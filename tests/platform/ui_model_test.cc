@@ -8,7 +8,8 @@
 #include "platform/ui/table_view.h"
 #include "platform/ui/text_metrics.h"
 #include "platform/ui/view_controller.h"
-#include "sim_fixture.h"
+#include "platform/utf8.h"
+#include "support/sim_fixture.h"
 
 namespace zv::ui {
 namespace {

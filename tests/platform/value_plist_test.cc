@@ -7,7 +7,7 @@
 
 #include "platform/plist.h"
 #include "platform/value.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

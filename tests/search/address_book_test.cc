@@ -7,10 +7,10 @@
 #include <thread>
 #include <vector>
 
-#include "device_db.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "sim_fixture.h"
+#include "support/device_db.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

@@ -7,11 +7,11 @@
 
 #include <filesystem>
 
-#include "device_db.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/ring_duration_file.h"
-#include "sim_fixture.h"
+#include "support/device_db.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "support/device_files.h"
+
 #define ZV_FUZZ_ENTRY static int fuzzT9Table
 #include "fuzz/t9_table.cc"
 #undef ZV_FUZZ_ENTRY
@@ -20,10 +22,7 @@ int replay(const char* corpus, int (*target)(const uint8_t*, size_t)) {
   int files = 0;
   auto dir = std::filesystem::path(ZV_SOURCE_DIR) / "fuzz/corpus" / corpus;
   for (const auto& entry : std::filesystem::directory_iterator(dir)) {
-    std::ifstream in(entry.path(), std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    std::string bytes = ss.str();
+    std::string bytes = zv::testing::readFile(entry.path());
     EXPECT_EQ(
         target(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()), 0)
         << entry.path();

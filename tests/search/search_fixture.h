@@ -11,7 +11,7 @@
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/searcher.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv::testing {
 

@@ -7,6 +7,7 @@
 #include "core/settings.h"
 #include "search/searcher.h"
 #include "search_fixture.h"
+#include "support/device_files.h"
 
 namespace zv::testing {
 namespace {
@@ -14,10 +15,7 @@ namespace {
 class SearcherLoadTest : public SearchTest {
  protected:
   std::string readCache() {
-    std::ifstream in(root_ + ZVSearcher::kCachePath, std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
+    return testing::readFile(root_ + ZVSearcher::kCachePath);
   }
   bool storedFlag() {
     return phone().run([] {

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "platform/plist.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

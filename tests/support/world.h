@@ -23,7 +23,7 @@
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
 #include "platform/sim/device_presets.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 #include "support/device_files.h"
 
 namespace zv::testing {

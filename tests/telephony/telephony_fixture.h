@@ -14,7 +14,7 @@
 #include "platform/runtime/object.h"
 #include "platform/sim/sim_platform.h"
 #include "platform/telephony/call_objects.h"
-#include "sim_fixture.h"
+#include "support/sim_fixture.h"
 
 namespace zv::testing {
 

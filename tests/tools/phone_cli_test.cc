@@ -8,10 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "area/area_compiler.h"
-#include "platform/plist.h"
-#include "search/device_image.h"
-#include "sim_fixture.h"
+#include "devicegen/device_image.h"
+#include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
@@ -21,13 +20,10 @@ namespace fs = std::filesystem;
 class PhoneCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!fs::exists(binary_)) GTEST_SKIP() << "build the zorvel target first";
-    std::ifstream in(ZV_SOURCE_DIR "/data/area/China.txt", std::ios::binary);
-    std::stringstream source;
-    source << in.rdbuf();
-    fs::create_directories(root_ + "/Library/Zorvel/Area");
-    std::ofstream(root_ + "/Library/Zorvel/Area/China", std::ios::binary)
-        << area::compile(area::parseSource(source.str(), "China"));
+    ASSERT_TRUE(fs::exists(binary_))
+        << "the suite depends on the zorvel target";
+    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+                       testing::chinaDatabase());
     DevicePeople people;
     people.labels = {"_$!<Mobile>!$_"};
     DeviceContact mary;
@@ -41,14 +37,13 @@ class PhoneCliTest : public ::testing::Test {
         root_ + "/var/mobile/Library/AddressBook/AddressBook.sqlitedb", people,
         1);
     const std::string prefs = root_ + "/var/mobile/Library/Preferences/";
-    ASSERT_TRUE(
-        plist::writeFile(prefs + "zorvel.plist",
-                         Value(Dict{{"EnablePrefix", true},
-                                    {"PrefixNumber", "17951"},
-                                    {"PrefixLocalAreaCode", "010"},
-                                    {"DialerFormatPhoneNubmer", false}})));
-    ASSERT_TRUE(plist::writeFile(prefs + "zorvel.keypad.plist",
-                                 Value(Dict{{"EnableSearch", true}})));
+    testing::writePlist(prefs + "zorvel.plist",
+                        Dict{{"EnablePrefix", true},
+                             {"PrefixNumber", "17951"},
+                             {"PrefixLocalAreaCode", "010"},
+                             {"DialerFormatPhoneNubmer", false}});
+    testing::writePlist(prefs + "zorvel.keypad.plist",
+                        Dict{{"EnableSearch", true}});
   }
   void TearDown() override { fs::remove_all(root_); }
 
@@ -61,10 +56,7 @@ class PhoneCliTest : public ::testing::Test {
     size_t n;
     while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
     int status = pclose(pipe);
-    std::ifstream e(errPath);
-    std::stringstream text;
-    text << e.rdbuf();
-    err = text.str();
+    err = testing::readFile(errPath);
     fs::remove(errPath);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }

@@ -10,7 +10,8 @@
 #include <string>
 
 #include "platform/plist.h"
-#include "sim_fixture.h"
+#include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
@@ -25,7 +26,8 @@ struct RunResult {
 class SettingsCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!fs::exists(binary_)) GTEST_SKIP() << "build the zorvel target first";
+    ASSERT_TRUE(fs::exists(binary_))
+        << "the suite depends on the zorvel target";
   }
   void TearDown() override { fs::remove_all(root_); }
 
@@ -40,10 +42,7 @@ class SettingsCliTest : public ::testing::Test {
     while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) result.out.append(buf, n);
     int status = pclose(pipe);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    std::ifstream err(errPath);
-    std::stringstream text;
-    text << err.rdbuf();
-    result.err = text.str();
+    result.err = testing::readFile(errPath);
     fs::remove(errPath);
     return result;
   }

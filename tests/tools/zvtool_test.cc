@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "device_db.h"
 #include "platform/db/platform_schema.h"
-#include "sim_fixture.h"
+#include "support/device_db.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

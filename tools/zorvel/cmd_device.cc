@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "search/device_image.h"
+#include "devicegen/device_image.h"
 #include "tools/zorvel/command.h"
 
 namespace zv::cli {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "core/number_utils.h"
+#include "platform/utf8.h"
 #include "search/person.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
@@ -22,16 +24,12 @@ struct SearchArgs {
   std::vector<std::string> keys;
 };
 
-// Byte offset in UTF-8 `text` of the UTF-16 unit index `units`.
+// Byte offset in UTF-8 `text` of the UTF-16 unit index `units`; a position
+// past the end or inside a surrogate pair marks up to the end.
 size_t byteOffset(const std::string& text, int64_t units) {
-  size_t i = 0;
-  while (i < text.size() && units > 0) {
-    unsigned char c = static_cast<unsigned char>(text[i]);
-    size_t n = c < 0x80 ? 1 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
-    units -= n == 4 ? 2 : 1;
-    i = std::min(text.size(), i + n);
-  }
-  return i;
+  size_t i =
+      utf8OffsetOfUtf16(text, static_cast<size_t>(std::max<int64_t>(units, 0)));
+  return i == std::string::npos ? text.size() : i;
 }
 
 // The text with the range (UTF-16 units, or bytes when `bytes`) in [ ].
@@ -61,8 +59,7 @@ std::pair<ZVRange, ZVRange> rowRanges(const ZVPerson& p,
 void checkKey(const std::string& key) {
   if (key.empty()) throw CommandError("empty key");
   for (char c : key)
-    if (!ZVPerson::isDialable(static_cast<unsigned char>(c)))
-      throw CommandError("not a keypad key: " + key);
+    if (!isDialable(c)) throw CommandError("not a keypad key: " + key);
 }
 
 void run(const SearchArgs& args) {

@@ -1,10 +1,14 @@
 #include "platform/linux/linux_platform.h"
 
+#include <glib-unix.h>
 #include <glib.h>
+#include <sys/eventfd.h>
 #include <syslog.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <thread>
 #include <vector>
@@ -41,26 +45,62 @@ struct LinuxPlatform::Impl {
   NoModemTelephony telephony;
   uint32_t next_sound_id = 4096;
 
-  // Queues a block on the main loop's context. Always through a source, so
-  // the block runs later on the thread that runs the loop: invoking directly
-  // would run it at once on a caller that happens to be able to acquire the
-  // context (the main thread outside the loop, or the notification thread).
-  void invoke(std::function<void()> block) {
-    auto* heap = new std::function<void()>(std::move(block));
-    GSource* source = g_idle_source_new();
-    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+  // Blocks for the main loop. Any thread queues them under `queue_lock` and
+  // wakes the loop through an eventfd; the loop thread runs them in order.
+  // They always run later, from the loop, never on the caller (the main
+  // thread outside the loop, or the notification thread). GLib's own
+  // structures are touched only by the loop thread: ThreadSanitizer cannot
+  // see GLib's internal locks, but it does see this one.
+  std::mutex queue_lock;
+  std::deque<std::function<void()>> queue;
+  int wake_fd = -1;
+  GSource* wake_source = nullptr;
+
+  void startQueue() {
+    wake_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    wake_source = g_unix_fd_source_new(wake_fd, G_IO_IN);
+    g_source_set_priority(wake_source, G_PRIORITY_DEFAULT);
+    GUnixFDSourceFunc wake = [](int fd, GIOCondition,
+                                gpointer data) -> gboolean {
+      uint64_t count;
+      while (read(fd, &count, sizeof count) > 0) {
+      }
+      static_cast<Impl*>(data)->runQueued();
+      return G_SOURCE_CONTINUE;
+    };
+    // An fd source calls its callback with the fd signature (GLib's
+    // documented cast through G_SOURCE_FUNC).
     g_source_set_callback(
-        source,
-        [](gpointer data) -> gboolean {
-          (*static_cast<std::function<void()>*>(data))();
-          return G_SOURCE_REMOVE;
-        },
-        heap,
-        [](gpointer data) {
-          delete static_cast<std::function<void()>*>(data);
-        });
-    g_source_attach(source, context);
-    g_source_unref(source);
+        wake_source,
+        reinterpret_cast<GSourceFunc>(reinterpret_cast<void (*)()>(wake)), this,
+        nullptr);
+    g_source_attach(wake_source, context);
+  }
+
+  void stopQueue() {
+    g_source_destroy(wake_source);
+    g_source_unref(wake_source);
+    close(wake_fd);
+  }
+
+  void invoke(std::function<void()> block) {
+    {
+      std::lock_guard<std::mutex> hold(queue_lock);
+      queue.push_back(std::move(block));
+    }
+    const uint64_t one = 1;
+    [[maybe_unused]] ssize_t n = write(wake_fd, &one, sizeof one);
+  }
+
+  // Runs what was queued when the loop woke; blocks queued meanwhile wake it
+  // again, so timers get their turn in between.
+  void runQueued() {
+    std::deque<std::function<void()>> due;
+    {
+      std::lock_guard<std::mutex> hold(queue_lock);
+      due.swap(queue);
+    }
+    for (auto& block : due) block();
   }
 
   void deliver(const std::string& name, Scope scope) {
@@ -82,6 +122,7 @@ LinuxPlatform& LinuxPlatform::instance() {
 LinuxPlatform::LinuxPlatform() : impl_(std::make_unique<Impl>()) {
   impl_->context = g_main_context_default();
   impl_->loop = g_main_loop_new(impl_->context, FALSE);
+  impl_->startQueue();
   // A host program run under the extension names itself through the
   // environment, as the platform's launcher would.
   const char* bundle = std::getenv("ZORVEL_BUNDLE_ID");
@@ -90,6 +131,7 @@ LinuxPlatform::LinuxPlatform() : impl_(std::make_unique<Impl>()) {
 
 LinuxPlatform::~LinuxPlatform() {
   impl_->bus.reset();
+  impl_->stopQueue();
   g_main_loop_unref(impl_->loop);
 }
 

@@ -12,6 +12,7 @@ SimWorld::SimWorld(std::string root, double epoch)
     : root_(std::move(root)),
       epoch_(epoch),
       telephony_(std::make_unique<SimTelephony>(*this)) {
+  Process::beginSimulation();
   std::error_code ec;
   std::filesystem::create_directories(root_, ec);
 }
@@ -25,6 +26,7 @@ SimWorld::~SimWorld() {
   queue_.clear();
   observers_.clear();
   processes_.clear();
+  Process::endSimulation();
 }
 
 SimProcess& SimWorld::launch(std::string bundleIdentifier, DeviceFacts facts) {

@@ -2,22 +2,10 @@
 
 #include <cmath>
 
+#include "platform/utf8.h"
+
 namespace zv::ui {
 namespace {
-
-// Decodes the code point at text[i] and advances i past it.
-char32_t nextCodePoint(std::string_view text, size_t& i) {
-  unsigned char lead = static_cast<unsigned char>(text[i]);
-  int extra = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : 0;
-  char32_t cp = extra == 0 ? lead : lead & (0x3F >> extra);
-  ++i;
-  for (int k = 0; k < extra && i < text.size(); ++k, ++i) {
-    unsigned char c = static_cast<unsigned char>(text[i]);
-    if ((c & 0xC0) != 0x80) break;
-    cp = (cp << 6) | (c & 0x3F);
-  }
-  return cp;
-}
 
 bool isWide(char32_t cp) {
   return (cp >= 0x1100 && cp <= 0x115F) || (cp >= 0x2E80 && cp <= 0xA4CF) ||
@@ -55,7 +43,9 @@ double textWidth(std::string_view text, const Font& font) {
   double ems = 0;
   const double weight = weightFactor(font);
   for (size_t i = 0; i < text.size();) {
-    char32_t cp = nextCodePoint(text, i);
+    Utf8Char c = utf8CharAt(text, i);
+    i += c.bytes;
+    const char32_t cp = c.codePoint;
     ems += isWide(cp) ? 1.0 : advance(cp) * weight;
   }
   // Round up to a quarter point, as text layout snaps to device pixels.
@@ -63,11 +53,5 @@ double textWidth(std::string_view text, const Font& font) {
 }
 
 double lineHeight(const Font& font) { return std::ceil(font.size * 1.2); }
-
-size_t characterCount(std::string_view text) {
-  size_t n = 0;
-  for (size_t i = 0; i < text.size(); ++n) nextCodePoint(text, i);
-  return n;
-}
 
 }  // namespace zv::ui

@@ -18,8 +18,4 @@ double textWidth(std::string_view text, const Font& font);
 // Height in points of one line of text in `font`.
 double lineHeight(const Font& font);
 
-// Number of characters (code points) of UTF-8 text; a stray continuation
-// byte counts as one character.
-size_t characterCount(std::string_view text);
-
 }  // namespace zv::ui

@@ -1,11 +1,11 @@
-#include "search/device_image_people.h"
+#include "devicegen/device_image_people.h"
 
 #include <algorithm>
 #include <cstdio>
 
+#include "devicegen/device_image_numbers.h"
+#include "devicegen/device_image_random.h"
 #include "platform/db/platform_schema.h"
-#include "search/device_image_numbers.h"
-#include "search/device_image_random.h"
 
 namespace zv {
 namespace {

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "search/device_image_random.h"
+#include "devicegen/device_image_random.h"
 
 namespace zv::device_numbers {
 

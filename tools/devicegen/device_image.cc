@@ -1,11 +1,11 @@
-#include "search/device_image.h"
+#include "devicegen/device_image.h"
 
 #include <filesystem>
 #include <stdexcept>
 
+#include "devicegen/device_image_pictures.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/device_image_pictures.h"
 
 namespace zv {
 namespace {

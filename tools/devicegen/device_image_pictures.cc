@@ -1,4 +1,4 @@
-#include "search/device_image_pictures.h"
+#include "devicegen/device_image_pictures.h"
 
 #include <algorithm>
 #include <cmath>

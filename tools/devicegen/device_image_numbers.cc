@@ -1,9 +1,11 @@
-#include "search/device_image_numbers.h"
+#include "devicegen/device_image_numbers.h"
 
 #include <algorithm>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
+
+#include "core/number_utils.h"
 
 namespace zv::device_numbers {
 namespace {
@@ -89,11 +91,8 @@ std::string expand(std::string_view style,
 
 std::string dialable(const std::string& text) {
   std::string out;
-  for (char c : text) {
-    if ((c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+' ||
-        c == ',' || c == ';')
-      out += c;
-  }
+  for (char c : text)
+    if (isDialable(c)) out += c;
   return out;
 }
 

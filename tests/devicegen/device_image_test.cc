@@ -1,6 +1,6 @@
 // Generated device images: the platform queries of the search engine run on
 // them, they are deterministic, and their contents look like a real phone's.
-#include "search/device_image.h"
+#include "devicegen/device_image.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -18,6 +18,7 @@
 
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
+#include "support/device_files.h"
 
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
@@ -32,12 +33,7 @@ namespace ps = platform_schema;
 const std::string kTable =
     std::string(ZV_SOURCE_DIR) + "/data/table/PinYin.txt";
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream out;
-  out << in.rdbuf();
-  return out.str();
-}
+using testing::readFile;
 
 using Row = std::vector<std::string>;  // NULL reads as "<null>"
 

@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <string>
 
-#include "search/device_image_people.h"
+#include "devicegen/device_image_people.h"
 
 namespace zv {
 

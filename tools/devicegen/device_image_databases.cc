@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "devicegen/device_image.h"
+#include "devicegen/device_image_pictures.h"
+#include "devicegen/device_image_random.h"
 #include "platform/db/platform_schema.h"
-#include "search/device_image.h"
-#include "search/device_image_pictures.h"
-#include "search/device_image_random.h"
 
 namespace zv {
 namespace {
