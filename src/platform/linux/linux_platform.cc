@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/linux/address_book_watch.h"
 #include "platform/linux/notify_bus.h"
 #include "platform/plist.h"
 
@@ -36,6 +37,7 @@ struct LinuxPlatform::Impl {
   ObserverToken next_token = 1;
   std::string pasteboard;
   std::unique_ptr<NotifyBus> bus;
+  std::unique_ptr<AddressBookWatch> addressBookWatch;
 
   // Queues a block on the main loop's context. Always through a source, so
   // the block runs later on the thread that runs the loop: invoking directly
@@ -71,8 +73,24 @@ struct LinuxPlatform::Impl {
 };
 
 LinuxPlatform& LinuxPlatform::instance() {
-  static LinuxPlatform* platform = new LinuxPlatform();
+  // Never destroyed (threads and callbacks may still reach it at exit), but
+  // what it leaves in the device folder goes when the program ends.
+  static LinuxPlatform* platform = [] {
+    auto* p = new LinuxPlatform();
+    std::atexit([] { instance().shutdown(); });
+    return p;
+  }();
   return *platform;
+}
+
+void LinuxPlatform::shutdown() {
+  std::unique_ptr<NotifyBus> bus;
+  {
+    std::lock_guard<std::mutex> lock(impl_->mutex);
+    bus = std::move(impl_->bus);
+  }
+  bus.reset();  // joins the listener and removes its socket
+  impl_->addressBookWatch.reset();
 }
 
 LinuxPlatform::LinuxPlatform() : impl_(std::make_unique<Impl>()) {
@@ -214,6 +232,18 @@ ObserverToken LinuxPlatform::observe(std::string_view name,
           });
     }
     impl_->bus->listen();
+    // Whoever writes the address book on Linux does not announce it: the
+    // signal comes from watching the database itself.
+    if (name == kAddressBookExternalChangeNotification &&
+        !impl_->addressBookWatch) {
+      Impl* impl = impl_.get();
+      impl_->addressBookWatch = std::make_unique<AddressBookWatch>(
+          path("/var/mobile/Library/AddressBook/AddressBook.sqlitedb"),
+          kAddressBookSettle, [impl] {
+            impl->deliver(kAddressBookExternalChangeNotification,
+                          Scope::System);
+          });
+    }
   }
   return token;
 }
