@@ -40,7 +40,8 @@ std::string readText(const std::string& path) {
 class UsaDatabaseTest : public SimTest {
  protected:
   void SetUp() override {
-    if (!havePhonenumbers()) GTEST_SKIP() << "no python3-phonenumbers";
+    ASSERT_TRUE(havePhonenumbers())
+        << "python3-phonenumbers is missing (scripts/setup)";
   }
   std::string area(std::string_view number) {
     return proc_.run([&] {
@@ -95,12 +96,13 @@ TEST_F(UsaDatabaseTest, GeneratedSourceFitsAndAnswersThroughTheService) {
 // Every prefix of up to three digits and a sample of the longer ones, in
 // every written form, against the China database of the sample device.
 TEST(ChinaDatabaseCheck, AgreesWithThePublicData) {
-  if (!havePhonenumbers()) GTEST_SKIP() << "no python3-phonenumbers";
+  ASSERT_TRUE(havePhonenumbers())
+      << "python3-phonenumbers is missing (scripts/setup)";
   const std::string zorvel = ZV_BINARY_DIR "/zorvel";
   const std::string db =
       ZV_BINARY_DIR "/sample-device/Library/Zorvel/Area/China";
-  if (!fs::exists(zorvel) || !fs::exists(db))
-    GTEST_SKIP() << "build the zorvel and sample_device targets first";
+  ASSERT_TRUE(fs::exists(zorvel) && fs::exists(db))
+      << "the zorvel and sample_device targets were not built";
   EXPECT_EQ(run("/usr/bin/python3 " ZV_SOURCE_DIR
                 "/tools/gen/check_area.py --samples 3000 --zorvel '" +
                 zorvel + "' --db '" + db + "'"),

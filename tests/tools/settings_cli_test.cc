@@ -25,7 +25,7 @@ struct RunResult {
 class SettingsCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!fs::exists(binary_)) GTEST_SKIP() << "build the zorvel target first";
+    ASSERT_TRUE(fs::exists(binary_)) << "the zorvel program was not built";
   }
   void TearDown() override { fs::remove_all(root_); }
 
