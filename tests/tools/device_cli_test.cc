@@ -106,3 +106,41 @@ TEST_F(DeviceCliTest, ContactsDeletedWithAnotherToolAreNotShown) {
 
 }  // namespace
 }  // namespace zv::testing
+
+namespace zv::testing {
+namespace {
+
+TEST_F(DeviceCliTest, SearchSaysWhichFileItCannotRead) {
+  ASSERT_EQ(create("--contacts 5 --calls 0").status, 0);
+  const std::string search = "search --root '" + dir() + "' 2";
+  // A missing reading table only costs the readings: said, then answered.
+  fs::remove(dir() + "/Library/Zorvel/Table/PinYin.txt");
+  auto r = runZorvel(search);
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.err, "zorvel: no reading table at " + dir() +
+                       "/Library/Zorvel/Table/PinYin.txt; names are matched "
+                       "without their readings\n");
+  // Settings and flags that do not parse are said too.
+  std::ofstream(dir() + "/var/mobile/Library/Preferences/zorvel.keypad.plist")
+      << "garbage";
+  r = runZorvel(search);
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.err.find("keypad flags file"), std::string::npos) << r.err;
+  // No address book, or one that is not a database: no answer at all.
+  const std::string book = dir() + platform_schema::kAddressBookPath;
+  std::ofstream(book, std::ios::trunc) << std::string(4096, 'x');
+  r = runZorvel(search);
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out, "");
+  EXPECT_NE(r.err.find("zorvel: cannot read the address book " + book),
+            std::string::npos)
+      << r.err;
+  fs::remove(book);
+  r = runZorvel(search);
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("zorvel: no address book at " + book + "\n"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace zv::testing
