@@ -86,7 +86,8 @@ void installZvtool(const std::string& dir, const std::string& tool) {
   if (ec)
     throw CommandError("cannot install " + target.string() + ": " +
                        ec.message());
-  if (platform::runDeviceCommand(dir, "/Library/Zorvel/zvtool --install") != 0)
+  if (platform::runDeviceCommand(
+          dir, "/Library/Zorvel/zvtool --install >/dev/null") != 0)
     throw CommandError("zvtool --install failed on " + dir);
 }
 
