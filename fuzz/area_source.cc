@@ -1,13 +1,14 @@
 // Feeds arbitrary text to the area source compiler (`zorvel areadb build`
 // input): a source that parses must compile, and the compiled file must
 // read back to the same source and answer lookups without leaving it.
+#include "area/area_source.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 
 #include "area/area_compiler.h"
-#include "area/area_source.h"
 
 // The corpus replay test includes this file with its own entry name.
 #ifndef ZV_FUZZ_ENTRY
@@ -31,8 +32,8 @@ ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
   // What was compiled reads back as what was written.
   auto again = zv::area::decompile(bytes, "fuzz");
   if (zv::area::formatSource(again) !=
-      zv::area::formatSource(zv::area::decompile(
-          zv::area::compile(again, "fuzz"), "fuzz")))
+      zv::area::formatSource(
+          zv::area::decompile(zv::area::compile(again, "fuzz"), "fuzz")))
     std::abort();
   return 0;
 }

@@ -51,7 +51,8 @@ class Bytes {
     return static_cast<int64_t>(v);
   }
   std::string_view text(size_t max) {
-    size_t n = std::min<size_t>(byte() % (max + 1), size_ - std::min(at_, size_));
+    size_t n =
+        std::min<size_t>(byte() % (max + 1), size_ - std::min(at_, size_));
     std::string_view out(reinterpret_cast<const char*>(data_) + at_, n);
     at_ += n;
     return out;

@@ -79,8 +79,8 @@ ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
                            ps::kCallHistoryStorePath})
     std::filesystem::remove(d.root + path);
   fill(d.root + ps::kAddressBookPath, ps::Database::kAddressBook,
-       "INSERT INTO ABPerson(ROWID,First,Last,Organization) VALUES(?,?,?,?)",
-       4, in);
+       "INSERT INTO ABPerson(ROWID,First,Last,Organization) VALUES(?,?,?,?)", 4,
+       in);
   fill(d.root + ps::kAddressBookPath, ps::Database::kAddressBook,
        "INSERT INTO ABMultiValue(record_id,property,label,value) "
        "VALUES(?,3,?,?)",
