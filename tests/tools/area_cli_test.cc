@@ -91,6 +91,22 @@ TEST_F(AreaCliTest, MissingOrDamagedDefaultDatabaseIsAnError) {
   EXPECT_EQ(r.err, "zorvel: no area database at " + db() + "\n");
 }
 
+TEST_F(AreaCliTest, UnparsableSettingsAreSaidAndDefaultsUsed) {
+  const std::string prefs = root_ + "/var/mobile/Library/Preferences/";
+  fs::create_directories(prefs);
+  std::ofstream(prefs + "zorvel.plist") << "<plist><dict>";
+  std::ofstream(prefs + "zorvel.area.plist") << "\x01";
+  auto r = runZorvel(area("010"));
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "北京市 固话\n");
+  EXPECT_EQ(r.err, "zorvel: settings file " + prefs +
+                       "zorvel.plist does not parse; using defaults\n"
+                       "zorvel: area overrides file " +
+                       prefs +
+                       "zorvel.area.plist does not parse; using "
+                       "defaults\n");
+}
+
 TEST_F(AreaCliTest, RunsLeaveNoNotificationSocketBehind) {
   ASSERT_EQ(runZorvel(area("010")).status, 0);
   const std::string folder = root_ + "/var/run/zorvel/notify";

@@ -17,6 +17,7 @@
 #include <nlohmann/json.hpp>
 
 #include "area/area_loader.h"
+#include "core/settings.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
 #include "tools/zorvel/command.h"
@@ -126,6 +127,8 @@ class Answers {
 void run(const AreaOptions& o) {
   if (o.json && o.tsv) throw UsageError("--json and --tsv exclude each other");
   applyRoot(o.root);
+  warnUnparsable(ZVSettings::kPath, "settings file");
+  warnUnparsable(ZVAreaLoader::kCustomAreaPath, "area overrides file");
   auto loader = ZVAreaLoader::sharedInstance();
   openDatabase(*loader, o.db);
   Answers answers(o, *loader);

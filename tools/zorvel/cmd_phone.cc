@@ -10,12 +10,14 @@
 #include <string>
 #include <vector>
 
+#include "core/settings.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone_host.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/sim_platform.h"
 #include "platform/ui/sheets.h"
+#include "search/searcher.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/phone_screen.h"
 
@@ -201,6 +203,8 @@ void run(const PhoneOptions& options) {
   for (const auto& action : options.actions) checkAction(action);
   deviceFor(options);
   applyRoot(options.root);
+  warnUnparsable(ZVSettings::kPath, "settings file");
+  warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
   std::optional<ScratchDevice> scratch;
   if (options.scratch) scratch.emplace();
   platform::SimWorld world(platform::LinuxPlatform::instance().root());

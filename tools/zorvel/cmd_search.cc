@@ -76,20 +76,12 @@ void warn(const std::string& line) {
   std::fprintf(stderr, "zorvel: %s\n", line.c_str());
 }
 
-// A property-list file that is there but does not parse: said on stderr,
-// and the search goes on with the defaults the extension would use.
-void checkPlist(const char* devicePath, const char* what) {
-  const std::string path = platform::current().path(devicePath);
-  if (std::filesystem::exists(path) && !plist::readDictionary(path))
-    warn(what + std::string(" ") + path + " does not parse; using defaults");
-}
-
 // The files the search reads. Without a readable address book there is no
 // answer worth giving; a missing reading table only loses the readings of
 // names (said on stderr).
 void checkFiles() {
-  checkPlist(ZVSettings::kPath, "settings file");
-  checkPlist(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
+  warnUnparsable(ZVSettings::kPath, "settings file");
+  warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
   const std::string book =
       platform::current().path(ZVSearcher::kAddressBookPath);
   if (!std::filesystem::is_regular_file(book))

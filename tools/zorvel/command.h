@@ -43,6 +43,11 @@ struct Registration {
 void addRootOption(CLI::App& command, std::string& root);
 void applyRoot(const std::string& root);
 
+// Says on stderr, in one line, that a property-list file of the device is
+// there but does not parse (the command goes on with the defaults the
+// extension would use). `what` names it ("settings file").
+void warnUnparsable(const char* devicePath, const char* what);
+
 // A throw-away copy of the current device root, made the root for the
 // rest of the command and removed when this goes (sessions' --scratch).
 class ScratchDevice {

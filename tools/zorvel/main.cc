@@ -12,6 +12,7 @@
 
 #include "core/zv_exception.h"
 #include "platform/linux/linux_platform.h"
+#include "platform/plist.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/output.h"
 
@@ -33,6 +34,13 @@ void applyRoot(const std::string& root) {
   if (!root.empty()) platform.setRoot(root);
   if (!std::filesystem::is_directory(platform.root()))
     throw CommandError("device root not found: " + platform.root());
+}
+
+void warnUnparsable(const char* devicePath, const char* what) {
+  const std::string path = platform::current().path(devicePath);
+  if (std::filesystem::exists(path) && !plist::readDictionary(path))
+    std::fprintf(stderr, "zorvel: %s %s does not parse; using defaults\n", what,
+                 path.c_str());
 }
 
 ScratchDevice::ScratchDevice() {
