@@ -22,21 +22,23 @@ struct Device {
 };
 
 inline Device& device() {
-  static Device d = [] {
+  // Never destroyed: the fuzzer exits from inside a run, and the clean-up
+  // below still needs it then.
+  static Device* d = [] {
     std::string root = (std::filesystem::temp_directory_path() /
                         ("zvfuzz." + std::to_string(::getpid())))
                            .string();
     std::filesystem::create_directories(root);
-    // Never destroyed: the fuzzer exits from inside a run.
     auto* world = new platform::SimWorld(root);
-    Device out{root, world, &world->launch("com.apple.mobilephone")};
+    auto* out =
+        new Device{root, world, &world->launch("com.apple.mobilephone")};
     std::atexit([] {
       std::error_code ec;
       std::filesystem::remove_all(device().root, ec);
     });
     return out;
   }();
-  return d;
+  return *d;
 }
 
 // Reads fuzz bytes front to back; past the end every read gives zero/empty.

@@ -153,6 +153,16 @@ TEST_F(SearcherLoadTest, ChangesMadeWhileNobodyWatchedAreNoticedAtStart) {
   });
 }
 
+TEST_F(SearcherLoadTest, AnEmptyCacheFileFallsBackToTheDatabase) {
+  writeContacts({{1, "Ann", "Lee", nullptr, {"100"}}});
+  writeCache("");
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 1u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann Lee");
+  });
+}
+
 TEST_F(SearcherLoadTest, TableChangeForcesReencoding) {
   writeTable("1=张\n");
   writeContacts({{1, "张", nullptr, nullptr, {"100"}}});
