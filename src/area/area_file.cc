@@ -189,6 +189,14 @@ ZVAreaFile* zvarea_load(const char* path, unsigned cacheLimit) {
   return h;
 }
 
+bool zvarea_intact(const ZVAreaFile* area) {
+  if (!area) return false;
+  for (size_t at : {kKeyIndexAt, kRangeTableAt, kStringBlockAt, kRecordTableAt})
+    if (!insideFile(area, field32(area, at), field32(area, at + 4)))
+      return false;
+  return true;
+}
+
 void zvarea_unload(ZVAreaFile* area) {
   if (area) release(area);
 }

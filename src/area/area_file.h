@@ -21,6 +21,9 @@ struct ZVAreaFile;
 
 // Opens `path`; null on any failure (nothing is left open).
 ZVAreaFile* zvarea_load(const char* path, unsigned cacheLimit);
+// True when all four blocks the header points at lie inside the file (a
+// truncated file loads, but finds nothing in its missing part).
+bool zvarea_intact(const ZVAreaFile* area);
 // Closes the handle; null is ignored.
 void zvarea_unload(ZVAreaFile* area);
 // Looks `number` (digits with an optional leading "+") up. flags: 1 the

@@ -30,9 +30,7 @@ void ZVAreaLoader::loadData() {
   if (_loaded) return;
   _loaded = true;
   if (!_area) {
-    std::string path = database_file_;
-    if (path.empty() && !_settings->AreaDatabase().empty())
-      path = platform::current().path(kAreaFolder + _settings->AreaDatabase());
+    std::string path = databasePath();
     if (!path.empty()) _area = zvarea_load(path.c_str(), kCacheLimit);
   }
   if (!_customArea) {
@@ -45,6 +43,14 @@ void ZVAreaLoader::loadData() {
     }
   }
 }
+
+std::string ZVAreaLoader::databasePath() const {
+  if (!database_file_.empty()) return database_file_;
+  if (_settings->AreaDatabase().empty()) return "";
+  return platform::current().path(kAreaFolder + _settings->AreaDatabase());
+}
+
+bool ZVAreaLoader::databaseIntact() const { return zvarea_intact(_area); }
 
 void ZVAreaLoader::unloadData() {
   zvarea_unload(_area);

@@ -63,6 +63,10 @@ class ZVAreaLoader {
   }
   bool loaded() const { return _loaded; }
   bool hasDatabase() const { return _area != nullptr; }
+  // The open database is whole (see zvarea_intact).
+  bool databaseIntact() const;
+  // Host path of the database loadData opens ("" when none is set).
+  std::string databasePath() const;
 
  private:
   ZVAreaLoader();

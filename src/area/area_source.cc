@@ -48,6 +48,7 @@ class Parser {
   std::string unescape(std::string_view s) const {
     std::string out;
     for (size_t i = 0; i < s.size(); ++i) {
+      if (s[i] == '\0') fail("texts cannot hold a NUL byte");
       if (s[i] != '\\') {
         out += s[i];
         continue;

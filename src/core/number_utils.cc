@@ -26,9 +26,21 @@ std::string withoutStars(std::string_view p) {
 }
 
 // A "#" pattern: a prefix match where "#" stands for any one character.
+// Positions are characters (UTF-16 units), as the platform compares them;
+// `k` is a keypad string, so it is ASCII and no wider than `p` here. A
+// character outside ASCII in `p` never equals a character of `k`.
 bool matchesHashPattern(std::string_view p, std::string_view k) {
-  for (size_t i = 0; i < p.size(); ++i)
-    if (p[i] != '#' && p[i] != k[i]) return false;
+  size_t i = 0;  // position in k
+  for (size_t at = 0; at < p.size(); ++i) {
+    const unsigned char c = static_cast<unsigned char>(p[at]);
+    if (c < 0x80) {
+      if (c != '#' && (i >= k.size() || c != static_cast<unsigned char>(k[i])))
+        return false;
+      ++at;
+      continue;
+    }
+    return false;
+  }
   return true;
 }
 
@@ -59,10 +71,9 @@ std::string formattedStringValue(std::string_view text) {
   if (!cls) return std::string(text);
   rt::Id number = rt::send<rt::Id>(
       rt::classObject(cls), "phoneNumberWithStringValue:", std::string(text));
-  std::string formatted = rt::send<std::string>(number, "formattedStringValue");
-  // A number object that could not be made formats to nothing; show the text
-  // as it was rather than an empty label.
-  return formatted.empty() ? std::string(text) : formatted;
+  // What the platform's formatter gives is the answer, an empty text
+  // included: callers show what the platform would.
+  return rt::send<std::string>(number, "formattedStringValue");
 }
 
 size_t indexOfPhoneNumber(const std::vector<std::string>& patterns,
@@ -74,7 +85,7 @@ size_t indexOfPhoneNumber(const std::vector<std::string>& patterns,
   for (const std::string& p : patterns) {
     // Longer patterns are skipped without being counted: callers rely on the
     // index counting only the patterns that were tried.
-    if (p.size() > k.size()) continue;
+    if (utf16Length(p) > k.size()) continue;
     if (p == k) return tested;
     const bool match = p.find('#') != std::string::npos
                            ? matchesHashPattern(p, k)

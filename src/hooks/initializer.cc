@@ -2,6 +2,7 @@
 #include "hooks/loader_probe.h"
 #include "hooks/modules.h"
 #include "platform/platform.h"
+#include "platform/process.h"
 
 namespace zv {
 
@@ -14,11 +15,19 @@ const std::vector<HostStartup>& startupTable() {
       {"com.apple.MobileSMS", {zvsms_init, zvcontacts_init}},
       {"com.apple.springboard", {zvincomingcall_init, zvcontrolcenter_init}},
       {"com.apple.InCallService", {zvincallservice_init}},
-      // Not a real host: proves that loading the extension reaches a host.
-      {kLoaderProbeBundle, {zvloaderprobe_init}},
   };
   return table;
 }
+
+namespace {
+
+// Routines that only test hosts ask for, through Process::extraHosts.
+void (*testRoutine(const std::string& name))() {
+  if (name == "zvloaderprobe_init") return zvloaderprobe_init;
+  return nullptr;
+}
+
+}  // namespace
 
 }  // namespace zv
 
@@ -29,5 +38,14 @@ extern "C" void ZorvelInitializer() {
     if (!zv::zv_init()) return;
     for (auto routine : host.routines) routine();
     return;
+  }
+  const auto& extra = zv::platform::Process::current().extraHosts;
+  bool tested = false;
+  for (const auto& [host, name] : extra) {
+    auto routine = zv::testRoutine(name);
+    if (host != bundle || !routine) continue;
+    if (!tested && !zv::zv_init()) return;
+    tested = true;
+    routine();
   }
 }

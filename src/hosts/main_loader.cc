@@ -42,6 +42,9 @@ int main(int argc, char** argv) {
         "com.zorvel.loaderprobe";
 
   auto& process = zv::platform::Process::current();
+  // The probe is no product host: this program tells the extension about it.
+  process.extraHosts.emplace_back("com.zorvel.loaderprobe",
+                                  "zvloaderprobe_init");
   registerProbeClass();
   // A preloaded extension has been waiting for this.
   process.finishLaunching();

@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/plist.h"
@@ -21,18 +22,33 @@ bool writeDictionary(std::string_view devicePath, const Dict& dict) {
   return plist::writeFile(current().path(devicePath), Value(dict));
 }
 
-int runDeviceCommand(const std::string& root, const std::string& command) {
-  std::string mapped = command;
-  if (!mapped.empty() && mapped.front() == '/') mapped = root + mapped;
-  std::string quotedRoot = "'";
-  for (char c : root) {
+namespace {
+
+// `text` as one word for the shell.
+std::string shellQuoted(std::string_view text) {
+  std::string out = "'";
+  for (char c : text) {
     if (c == '\'')
-      quotedRoot += "'\\''";
+      out += "'\\''";
     else
-      quotedRoot += c;
+      out += c;
   }
-  quotedRoot += "'";
-  return std::system(("ZORVEL_ROOT=" + quotedRoot + " " + mapped).c_str());
+  return out + "'";
+}
+
+}  // namespace
+
+int runDeviceCommand(const std::string& root, const std::string& command) {
+  // The program's path is mapped under the root and quoted with it, so a
+  // root whose path holds blanks or quotes still names the program; the
+  // arguments after it stay as the caller wrote them.
+  std::string mapped = command;
+  if (!mapped.empty() && mapped.front() == '/') {
+    const size_t end = std::min(mapped.find(' '), mapped.size());
+    mapped = shellQuoted(root + mapped.substr(0, end)) + mapped.substr(end);
+  }
+  return std::system(
+      ("ZORVEL_ROOT=" + shellQuoted(root) + " " + mapped).c_str());
 }
 
 }  // namespace zv::platform

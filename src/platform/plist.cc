@@ -33,11 +33,11 @@ Value fromNode(plist_t node, int depth) {
       return Value(d);
     }
     case PLIST_STRING: {
-      char* s = nullptr;
-      plist_get_string_val(node, &s);
-      std::string out = s ? s : "";
-      free(s);
-      return Value(std::move(out));
+      // By pointer and length: a string holding a NUL byte (a binary list
+      // can carry one) makes plist_get_string_val assert and end the host.
+      uint64_t length = 0;
+      const char* s = plist_get_string_ptr(node, &length);
+      return Value(s ? std::string(s, length) : std::string());
     }
     case PLIST_KEY: {
       char* s = nullptr;

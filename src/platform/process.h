@@ -71,6 +71,11 @@ class Process {
   // Names of the start-up routines run in this process, in call order.
   std::vector<std::string> startedModules;
 
+  // Test hosts only: start-up routines (by name) that the extension runs
+  // in a host whose bundle identifier is not one of the five real hosts.
+  // A test host program sets this before the extension starts.
+  std::vector<std::pair<std::string, std::string>> extraHosts;
+
   // Extensions and the host's launch. A host program registers its classes
   // with code, so an extension mapped before that (LD_PRELOAD runs its
   // constructor before main) must wait for them: whenLaunched runs `start`

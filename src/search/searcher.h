@@ -16,6 +16,8 @@
 // reported. Main thread only.
 #pragma once
 
+#include <time.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -102,6 +104,9 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   void setAddressBookChanged();
   void saveAddressBookChanged();
   bool isAddressBookChanged() const;
+  // True when the cache file is older than the address-book database (or
+  // the database is gone): a change made while nobody watched.
+  bool isCacheStale() const;
   bool addressBookChanged() const { return addressBookChanged_; }
   void setAddressBookChanged(bool changed) { addressBookChanged_ = changed; }
   static bool getBoolSettingsForKey(std::string_view key);
@@ -147,6 +152,9 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   // Whether to put the last name first when composing display names.
   bool lastNameFirst() const;
   bool isNewPlatform() const;
+  // Last change of the address-book database (its -wal file included), or
+  // nullopt when there is none.
+  std::optional<timespec> addressBookStamp() const;
   void file(int cls, const PersonRef* person);
 
   platform::Platform& platform_;

@@ -96,6 +96,7 @@ std::string formatCacheLine(const ZVPerson& p) {
 }
 
 void readPersonsCache(std::string_view bytes, ZVSearcher::PersonList& out) {
+  if (bytes.empty()) return;  // an empty file maps to no address at all
   const char* data = bytes.data();
   const size_t size = bytes.size();
   size_t lines = 1;

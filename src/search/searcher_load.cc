@@ -1,5 +1,8 @@
 // Choosing between the cache and the address-book database, and reading and
 // encoding the contacts from the database.
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <string>
 
 #include "platform/db/platform_schema.h"
@@ -29,7 +32,8 @@ std::string_view cText(sqlite3_stmt* stmt, int column) {
 }  // namespace
 
 void ZVSearcher::loadAddressBook() {
-  if (settings_->DialerEnableCache() && !isAddressBookChanged()) {
+  if (settings_->DialerEnableCache() && !isAddressBookChanged() &&
+      !isCacheStale()) {
     loadAddressBookCache();
     if (!persons_.empty()) {
       addressBookChanged_ = false;
@@ -44,6 +48,9 @@ void ZVSearcher::loadAddressBook() {
 
 void ZVSearcher::loadAddressBookDb() {
   persons_.clear();
+  // The database's date as it was before reading: the cache gets it, so
+  // that a change made while we read still finds the cache older.
+  const auto stamp = addressBookStamp();
   {
     sql::Database db(platform_.path(platform_schema::kAddressBookPath));
     if (db.ok()) {
@@ -83,6 +90,10 @@ void ZVSearcher::loadAddressBookDb() {
     }
   }
   cacheAddressBook();
+  if (stamp) {
+    const timespec times[2] = {{0, UTIME_OMIT}, *stamp};
+    ::utimensat(AT_FDCWD, platform_.path(kCachePath).c_str(), times, 0);
+  }
   updateAddressBookDict();
 }
 

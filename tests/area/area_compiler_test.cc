@@ -29,6 +29,12 @@ TEST(AreaCompilerTest, BadLinesNameFileAndLine) {
   EXPECT_EQ(parseError("139\t" + std::string(95, 'x') + "\tMobile\n"),
             "test:1: location and type together exceed 99 bytes");
   EXPECT_EQ(parseError("@min\t2\n"), "test: the source has no records");
+  // A raw NUL would cut the text short in the compiled file: refused like
+  // its escaped form.
+  EXPECT_EQ(parseError(std::string("139\tBei\0jing\tY\n", 15)),
+            "test:1: texts cannot hold a NUL byte");
+  EXPECT_EQ(parseError("139\tBei\\x00jing\tY\n"),
+            "test:1: texts cannot hold a NUL byte");
 }
 
 TEST(AreaCompilerTest, DumpRebuildsTheSameBytes) {

@@ -8,6 +8,10 @@
 #include "support/device_files.h"
 #include "support/sim_fixture.h"
 
+#define ZV_FUZZ_ENTRY static int fuzzAreaSource
+#include "fuzz/area_source.cc"
+#undef ZV_FUZZ_ENTRY
+
 namespace zv::testing {
 namespace {
 
@@ -22,6 +26,20 @@ TEST(AreaFuzzCorpusTest, ReplaysEveryInput) {
     ++inputs;
   }
   EXPECT_GE(inputs, 10);
+}
+
+TEST(AreaFuzzCorpusTest, ReplaysEverySource) {
+  auto dir = std::filesystem::path(ZV_SOURCE_DIR) / "fuzz/corpus/area_source";
+  int inputs = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(dir)) {
+    std::ifstream in(entry.path(), std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    EXPECT_EQ(fuzzAreaSource(reinterpret_cast<const uint8_t*>(bytes.data()),
+                             bytes.size()),
+              0);
+    ++inputs;
+  }
+  EXPECT_GE(inputs, 5);
 }
 
 }  // namespace

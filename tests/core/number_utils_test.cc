@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/phone_number_class.h"
+#include "platform/runtime/object.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -27,6 +28,16 @@ TEST(IndexOfPhoneNumber, LongerPatternsAreSkippedWithoutCounting) {
   EXPECT_EQ(indexOfPhoneNumber({"1234567890123", "138####"}, "13812345"), 0u);
   EXPECT_EQ(indexOfPhoneNumber({"999", "1234567890123", "138####"}, "13812345"),
             1u);
+}
+
+TEST(IndexOfPhoneNumber, LengthsAreCountedInCharactersNotBytes) {
+  // Two characters (six bytes) against five digits: tested, failed and
+  // counted, so the match after it has index 1.
+  EXPECT_EQ(indexOfPhoneNumber({"电话", "10086"}, "10086"), 1u);
+  EXPECT_EQ(indexOfPhoneNumber({"电#", "1#"}, "10086"), 1u);
+  EXPECT_EQ(indexOfPhoneNumber({"*电*", "*0*"}, "10086"), 1u);
+  // Six characters are still longer than five digits.
+  EXPECT_EQ(indexOfPhoneNumber({"电话电话电话", "1*"}, "10086"), 0u);
 }
 
 TEST(IndexOfPhoneNumber, WildcardRules) {
@@ -64,6 +75,22 @@ TEST_F(FormattedStringValueTest, UnchangedWithoutTheNumberClass) {
   auto& phone = world_.launch("com.apple.mobilephone");
   phone.run(
       [] { EXPECT_EQ(formattedStringValue("13912345678"), "13912345678"); });
+}
+
+TEST_F(FormattedStringValueTest, GivesWhatThePlatformFormatterGives) {
+  auto& phone = world_.launch("com.apple.mobilephone");
+  phone.run([] {
+    // A formatter that makes nothing of the text: its empty answer is
+    // shown, not the input.
+    rt::Class* cls = rt::registerClass("CNPhoneNumber");
+    rt::addMethod<rt::Id(std::string)>(
+        cls->metaClass(), "phoneNumberWithStringValue:",
+        [cls](const rt::Id&, std::string) { return rt::create(cls); });
+    rt::addMethod<std::string()>(cls, "formattedStringValue",
+                                 [](const rt::Id&) { return std::string(); });
+    EXPECT_EQ(formattedStringValue("13912345678"), "");
+    EXPECT_EQ(formattedStringValue("139"), "139");
+  });
 }
 
 TEST_F(FormattedStringValueTest, FormatsThroughTheNumberClass) {

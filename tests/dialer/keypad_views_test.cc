@@ -2,6 +2,8 @@
 // (font ramp, highlight runs), ZVLabel runs, colour codes and list rows.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "devicegen/device_image.h"
 #include "dialer/keypad_list_view.h"
 #include "dialer/keypad_view.h"
@@ -63,9 +65,48 @@ TEST_F(KeypadViewsTest, PagerShowsPreviousCurrentAndNext) {
     // A drag that settles on the same page changes nothing.
     pager->scrollView()->drag(100);
     EXPECT_EQ(pager->index(), 6u);
-    // The buttons fade while dragging and come back a second later.
+    // After a drag the buttons and arrows are back at full alpha.
     EXPECT_EQ(pager->deleteButton()->alpha(), 1);
   });
+}
+
+TEST_F(KeypadViewsTest, ButtonsFadeWhileDraggingAndComeBackASecondLater) {
+  std::shared_ptr<ZVKeypadView> pager;
+  auto alphas = [&] {
+    return proc_.run([&] {
+      return std::vector<double>{
+          pager->addButton()->alpha(), pager->deleteButton()->alpha(),
+          pager->leftArrow()->alpha(), pager->rightArrow()->alpha()};
+    });
+  };
+  const std::vector<double> faded(4, 0.01), shown(4, 1.0);
+  proc_.run([&] {
+    pager = ZVKeypadView::make({{0, 45}, {375, 80}});
+    pager->setPersons(people(3));
+    pager->updateLCDViews();
+    // A finger goes down and stays: the drag has begun, not ended.
+    auto& scroll = *pager->scrollView();
+    scroll.willBeginDragging(scroll);
+  });
+  EXPECT_EQ(alphas(), faded);
+  world_.advance(0.9);
+  EXPECT_EQ(alphas(), faded);
+  // A second drag restarts the second.
+  proc_.run([&] {
+    auto& scroll = *pager->scrollView();
+    scroll.willBeginDragging(scroll);
+  });
+  world_.advance(0.5);
+  EXPECT_EQ(alphas(), faded);
+  world_.advance(0.6);
+  EXPECT_EQ(alphas(), shown);
+  // Letting go brings them back at once.
+  proc_.run([&] {
+    auto& scroll = *pager->scrollView();
+    scroll.willBeginDragging(scroll);
+    scroll.didEndDecelerating(scroll);
+  });
+  EXPECT_EQ(alphas(), shown);
 }
 
 TEST_F(KeypadViewsTest, IndexArithmeticAtTheEdges) {
@@ -129,6 +170,34 @@ TEST_F(KeypadViewsTest, NumberFontRampsByLengthAndLongNumbersAreNotSplit) {
   });
 }
 
+TEST_F(KeypadViewsTest, HighlightColoursAreAppliedToTheCentreLabels) {
+  // Number red (2), name green (1); the runs outside keep the default.
+  auto& proc = launch(
+      Dict{{"DialerNumberHighlightColor", 2}, {"DialerNameHighlightColor", 1}});
+  proc.run([] {
+    auto pager = ZVKeypadView::make({{0, 45}, {375, 80}});
+    pager->setPersons(people(3));
+    pager->setInputNumber("55");
+    pager->updateLCDViews();
+    auto page = pager->lcdViews()[1];
+    const ui::Color red{1, 0.3137255, 0.3137255, 1};
+    const ui::Color green{0.19607843, 0.82352942, 0.3137255, 1};
+    const ui::Color blue{0, 0.47843137, 1, 1};
+    auto near = [](ui::Color a, ui::Color b) {
+      return std::abs(a.r - b.r) < 1e-6 && std::abs(a.g - b.g) < 1e-6 &&
+             std::abs(a.b - b.b) < 1e-6 && std::abs(a.a - b.a) < 1e-6;
+    };
+    EXPECT_EQ(page->numberLabels()[1]->text(), "55");
+    EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), red));
+    EXPECT_TRUE(near(page->nameLabels()[1]->textColor(), green));
+    EXPECT_FALSE(near(page->numberLabels()[2]->textColor(), red));
+    // A changed code is applied at the next update.
+    page->setNumberHighlightColor(0);
+    page->updateLCDView();
+    EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), blue));
+  });
+}
+
 TEST_F(KeypadViewsTest, LabelRunsAndTheirFallbacks) {
   proc_.run([] {
     auto label = ZVLabel::make();
@@ -178,6 +247,36 @@ TEST_F(KeypadViewsTest, ListPutsTheTypedRowFirstAndLabelsRows) {
     EXPECT_EQ(row1->numberLabel->labelCenter()->text(), "555");
     EXPECT_EQ(row1->imageView()->tag(), 1);  // avatar keyed by record id
     EXPECT_LE(row1->typeLabel->frame().size.width, 100);
+  });
+}
+
+TEST_F(KeypadViewsTest, TypeLabelIsSizedToItsTextButAtMost100PointsWide) {
+  proc_.setLocalizedStrings({{"unknown",
+                              "a phone label far longer than the row can "
+                              "hold beside a name"}});
+  proc_.run([&] {
+    auto list = ZVKeypadListView::make({{0, 142}, {375, 356}});
+    auto persons = people(1);
+    persons[0]->setPhoneType(-1);
+    auto typed = std::make_shared<ZVPerson>();
+    typed->setPhoneNumber("555");
+    typed->setPriority(65);
+    persons.push_back(typed);
+    list->setPersons(persons);
+    list->setInputNumber("555");
+    list->reloadData();
+    auto longRow = std::dynamic_pointer_cast<ZVKeypadListCell>(
+        list->tableView()->cellForRowAtIndex(0));
+    auto shortRow = std::dynamic_pointer_cast<ZVKeypadListCell>(
+        list->tableView()->cellForRowAtIndex(1));
+    ASSERT_TRUE(longRow && shortRow);
+    const std::string& text = longRow->typeLabel->text();
+    ASSERT_GT(ui::textWidth(text, longRow->typeLabel->font()), 100);
+    EXPECT_EQ(longRow->typeLabel->frame().size.width, 100);
+    // A short text keeps its own width.
+    EXPECT_EQ(shortRow->typeLabel->text(), "Call");
+    EXPECT_EQ(shortRow->typeLabel->frame().size.width,
+              ui::textWidth("Call", shortRow->typeLabel->font()));
   });
 }
 

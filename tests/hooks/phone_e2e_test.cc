@@ -199,10 +199,17 @@ TEST_F(PhoneE2ETest, ListOpensWithTwoResultsAndPutsTheTypedNumberFirst) {
   ASSERT_TRUE(first);
   EXPECT_EQ(first->numberLabel->text, "1380");
   EXPECT_EQ(first->typeLabel->text(), "Call");
-  // Choosing the second row shows the first search result on the pager.
+  // Choosing a row shows its result on the pager, wherever it stood: the
+  // typed row is first, so row 2 is result 1 and row 1 is result 0.
+  run([&] { pager()->scrollView()->drag(pager()->frame().size.width); });
+  ASSERT_EQ(pager()->index(), 1u);
   run([&] { list->tableView()->selectRow(1); });
   EXPECT_EQ(pager()->index(), 0u);
   EXPECT_FALSE(list->isHidden());
+  run([&] { list->tableView()->selectRow(2); });
+  EXPECT_EQ(pager()->index(), 1u);
+  run([&] { list->tableView()->selectRow(0); });
+  EXPECT_EQ(pager()->index(), n - 1);  // the typed row is the last result
 
   // One result: the list does not open.
   press([](hosts::PhonePad& p) { p.pressDelete(); });

@@ -37,6 +37,25 @@ TEST_F(StartupTest, EachHostStartsItsModulesInOrder) {
   EXPECT_EQ(start("com.apple.InCallService"), Modules{"zvincallservice_init"});
 }
 
+TEST_F(StartupTest, TheTableHoldsTheFiveHostsAndNothingElse) {
+  std::vector<std::string> hosts;
+  for (const auto& host : startupTable())
+    hosts.push_back(host.bundleIdentifier);
+  EXPECT_EQ(hosts, (std::vector<std::string>{
+                       "com.apple.mobilephone", "com.apple.MobileAddressBook",
+                       "com.apple.MobileSMS", "com.apple.springboard",
+                       "com.apple.InCallService"}));
+  // The loading probe starts only where a test host asks for it.
+  EXPECT_TRUE(start("com.zorvel.loaderprobe").empty());
+  auto& probe = world_.launch("com.zorvel.loaderprobe");
+  probe.context().extraHosts.emplace_back("com.zorvel.loaderprobe",
+                                          "zvloaderprobe_init");
+  probe.context().extraHosts.emplace_back("com.zorvel.loaderprobe",
+                                          "no_such_routine");
+  probe.run([] { ZorvelInitializer(); });
+  EXPECT_EQ(probe.context().startedModules, Modules{"zvloaderprobe_init"});
+}
+
 TEST_F(StartupTest, UnknownHostIsLeftUntouchedWithoutReadingSettings) {
   // A settings file that would switch everything off must not matter, and
   // the settings machinery must not even subscribe to its notification.
@@ -54,7 +73,8 @@ TEST_F(StartupTest, EnableSwitchAndSystemVersionDecide) {
   writeEnable(true);
   EXPECT_EQ(start("com.apple.MobileAddressBook", "7.0.4").size(), 1u);
   // A settings file that does not parse counts as Enable on.
-  writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist", "\x01garbage");
+  writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist",
+                  "\x01garbage");
   EXPECT_EQ(start("com.apple.MobileAddressBook").size(), 1u);
 }
 

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "support/sim_fixture.h"
@@ -141,6 +142,49 @@ TEST_F(LinuxPlatformTest, NotificationReachesAnObserverInAnotherProcess) {
   EXPECT_EQ(WEXITSTATUS(status), 0);
   // The observer removed its socket when it ended.
   EXPECT_TRUE(std::filesystem::is_empty(root_ + "/var/run/zorvel/notify"));
+}
+
+// Appends to a file as another program saving a change would (no
+// notification is posted).
+void append(const std::string& file, const std::string& bytes) {
+  std::ofstream(file, std::ios::binary | std::ios::app) << bytes;
+}
+
+TEST_F(LinuxPlatformTest, AddressBookChangesOnDiskRaiseTheChangeSignal) {
+  const std::string db =
+      root_ + "/var/mobile/Library/AddressBook/AddressBook.sqlitedb";
+  std::filesystem::create_directories(std::filesystem::path(db).parent_path());
+  append(db, "pages");
+  int signals = 0;
+  linux_.observe(
+      kAddressBookExternalChangeNotification, [&] { ++signals; },
+      Scope::System);
+  // Reading, and files of other databases, change nothing.
+  { std::ifstream(db).get(); }
+  append(db + "-shm", "x");
+  append(root_ + "/var/mobile/Library/AddressBook/AddressBookImages.sqlitedb",
+         "x");
+  linux_.runFor(0.6);
+  EXPECT_EQ(signals, 0);
+  // A burst of writes is one signal.
+  append(db, "more");
+  append(db + "-journal", "j");
+  std::filesystem::remove(db + "-journal");
+  linux_.runFor(1.0);
+  EXPECT_EQ(signals, 1);
+  // Write-ahead mode commits into the -wal file.
+  append(db + "-wal", "frame");
+  linux_.runFor(1.0);
+  EXPECT_EQ(signals, 2);
+}
+
+TEST_F(LinuxPlatformTest, ShutdownRemovesTheNotificationSocket) {
+  linux_.observe(
+      "ZVAreaChanged", [] {}, Scope::System);
+  const std::string folder = root_ + "/var/run/zorvel/notify";
+  EXPECT_FALSE(std::filesystem::is_empty(folder));
+  linux_.shutdown();
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
 
 }  // namespace

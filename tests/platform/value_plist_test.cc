@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "platform/plist.h"
 #include "platform/value.h"
@@ -132,6 +134,22 @@ TEST_F(PlistFileTest, MissingOrWrongFilesGiveNothing) {
   std::filesystem::create_directories(root_ + "/dir.plist");
   EXPECT_FALSE(plist::writeFile(root_ + "/dir.plist", Value(Dict{})));
   EXPECT_FALSE(plist::writeFile(root_ + "/array.plist/x", Value(Dict{})));
+}
+
+TEST(Plist, StringsHoldingANulByteAreReadWhole) {
+  // Found by fuzzing the settings file: libplist asserts on such a string
+  // when asked for it as a C string, which ended the process.
+  std::ifstream in(ZV_SOURCE_DIR "/fuzz/corpus/settings_plist/string_with_nul",
+                   std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(in)), {});
+  ASSERT_FALSE(bytes.empty());
+  auto value = plist::parse(bytes);
+  ASSERT_TRUE(value.has_value());
+  bool sawNul = false;
+  for (const auto& [key, v] : *value->dict())
+    if (v.isString() && v.string()->find('\0') != std::string::npos)
+      sawNul = true;
+  EXPECT_TRUE(sawNul);
 }
 
 }  // namespace

@@ -15,6 +15,12 @@
 #define ZV_FUZZ_ENTRY static int fuzzPersonCache
 #include "fuzz/person_cache.cc"
 #undef ZV_FUZZ_ENTRY
+#define ZV_FUZZ_ENTRY static int fuzzSettingsPlist
+#include "fuzz/settings_plist.cc"
+#undef ZV_FUZZ_ENTRY
+#define ZV_FUZZ_ENTRY static int fuzzPlatformRows
+#include "fuzz/platform_rows.cc"
+#undef ZV_FUZZ_ENTRY
 
 namespace {
 
@@ -33,6 +39,14 @@ int replay(const char* corpus, int (*target)(const uint8_t*, size_t)) {
 
 TEST(FuzzCorpusTest, ReadingTables) {
   EXPECT_GE(replay("t9_table", fuzzT9Table), 5);
+}
+
+TEST(FuzzCorpusTest, SettingsPropertyLists) {
+  EXPECT_GE(replay("settings_plist", fuzzSettingsPlist), 5);
+}
+
+TEST(FuzzCorpusTest, PlatformDatabaseRows) {
+  EXPECT_GE(replay("platform_rows", fuzzPlatformRows), 5);
 }
 
 TEST(FuzzCorpusTest, PersonsCache) {

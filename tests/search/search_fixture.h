@@ -5,6 +5,8 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -96,8 +98,22 @@ class SearchTest : public SimTest {
     writeDeviceFile("/Library/Zorvel/Table/" + name, text);
   }
 
+  // A cache written for the address book as it is now (an empty one when
+  // there is none yet), so the searcher trusts it.
   void writeCache(const std::string& text) {
+    const std::string db = root_ + platform_schema::kAddressBookPath;
+    ASSERT_TRUE(platform_schema::createDatabase(
+        db, platform_schema::Database::kAddressBook));
     writeDeviceFile(ZVSearcher::kCachePath, text);
+    ageFile(platform_schema::kAddressBookPath, 10);
+  }
+
+  // Moves a device file's modification time `seconds` into the past.
+  void ageFile(const char* devicePath, int seconds) {
+    namespace fs = std::filesystem;
+    const fs::path file = root_ + devicePath;
+    fs::last_write_time(
+        file, fs::last_write_time(file) - std::chrono::seconds(seconds));
   }
 
   // Names of the results, in order.

@@ -74,15 +74,17 @@ TEST_F(SearcherLoadTest, NameOrderAndCompanySettings) {
 TEST_F(SearcherLoadTest, CacheIsUsedUntilTheAddressBookChanges) {
   writeContacts({{1, "Ann", "Lee", nullptr, {"100"}}});
   phone().run([&] { ZVSearcher::sharedInstance(); });
-  // The database goes away: a second process still finds the contact in
-  // the cache.
-  std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
+  // A second process finds the contact in the cache (the marked name shows
+  // it was not read from the database).
+  std::string cache = readCache();
+  cache.replace(cache.find("Ann Lee"), 7, "Ann Lee*");
+  writeCache(cache);
   auto& contacts = world_.launch("com.apple.MobileAddressBook");
   auto& other = world_.launch("com.apple.mobilephone");
   other.run([&] {
     auto s = ZVSearcher::sharedInstance();
     ASSERT_EQ(s->persons().size(), 1u);
-    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann Lee");
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann Lee*");
     EXPECT_EQ(s->persons()[0]->getNameJianPin(), "266533");
   });
 
@@ -109,9 +111,53 @@ TEST_F(SearcherLoadTest, CacheIsUsedUntilTheAddressBookChanges) {
     auto s = ZVSearcher::sharedInstance();
     EXPECT_TRUE(s->isAddressBookChanged());
     s->loadData();
-    ASSERT_EQ(s->persons().size(), 1u);
+    ASSERT_EQ(s->persons().size(), 2u);
     EXPECT_EQ(s->persons()[0]->getNameFull(), "Bo Wu");
+    EXPECT_EQ(s->persons()[1]->getNameFull(), "Ann Lee");
     EXPECT_FALSE(s->isAddressBookChanged());
+  });
+}
+
+TEST_F(SearcherLoadTest, ChangesMadeWhileNobodyWatchedAreNoticedAtStart) {
+  // A contact deleted with another tool (no change signal, no stored flag):
+  // the cache is older than the database and is not used.
+  writeContacts(
+      {{1, "Ann", "Lee", nullptr, {"100"}}, {2, "Bo", "Wu", nullptr, {"200"}}});
+  phone().run([&] { ZVSearcher::sharedInstance(); });
+  world_.terminate(phone());
+  phone_ = nullptr;
+  ageFile(ZVSearcher::kCachePath, 5);
+  execSql(platform_schema::kAddressBookPath,
+          platform_schema::Database::kAddressBook,
+          "DELETE FROM ABMultiValue WHERE record_id=2;"
+          "DELETE FROM ABPerson WHERE ROWID=2");
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    EXPECT_FALSE(s->isAddressBookChanged());
+    ASSERT_EQ(s->persons().size(), 1u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann Lee");
+    EXPECT_EQ(s->search("29"), 0u);  // Bo Wu is gone
+    // The cache just written is trusted again.
+    EXPECT_FALSE(s->isCacheStale());
+  });
+  world_.terminate(phone());
+  phone_ = nullptr;
+
+  // The address book removed altogether: nothing of the cache is shown.
+  std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    EXPECT_TRUE(s->persons().empty());
+  });
+}
+
+TEST_F(SearcherLoadTest, AnEmptyCacheFileFallsBackToTheDatabase) {
+  writeContacts({{1, "Ann", "Lee", nullptr, {"100"}}});
+  writeCache("");
+  phone().run([&] {
+    auto s = ZVSearcher::sharedInstance();
+    ASSERT_EQ(s->persons().size(), 1u);
+    EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann Lee");
   });
 }
 

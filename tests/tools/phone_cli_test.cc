@@ -84,14 +84,57 @@ TEST_F(PhoneCliTest, JsonSessionShowsTheMatchAndWhatWasDialled) {
   EXPECT_EQ(steps[2]["dialled"], nlohmann::json::array({"1795113801700000"}));
 }
 
-TEST_F(PhoneCliTest, BadScriptsFailWithOneLine) {
+TEST_F(PhoneCliTest, BadScriptsFailWithOneLineBeforeAnyActionRuns) {
+  // Mistakes in the script are usage errors: nothing runs, exit 2.
   for (const char* args :
-       {"jump", "select:1", "--screen 6 type:1", "type:12a"}) {
+       {"jump", "--screen 6 type:1", "type:12a", "call tab:nowhere",
+        "type:65 call menu:0", "call select:x"}) {
     std::string out, err;
-    EXPECT_NE(run(args, out, err), 0) << args;
+    EXPECT_EQ(run(args, out, err), 2) << args;
+    EXPECT_EQ(out, "") << args;  // the call before the mistake never ran
     EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1)
         << args << ": " << err;
   }
+  // What the screen did not offer is a failure of the session itself.
+  std::string out, err;
+  EXPECT_EQ(run("select:1", out, err), 1);
+  EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << err;
+}
+
+TEST_F(PhoneCliTest, MenuButtonsAndListRowsCountFromOne) {
+  std::string out, err;
+  ASSERT_EQ(run("--json type:65 menu menu:1", out, err), 0) << err;
+  std::vector<nlohmann::json> steps;
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);)
+    steps.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(steps.size(), 3u);
+  ASSERT_TRUE(steps[1].contains("menu")) << steps[1].dump();
+  // The first button of the menu was pressed and the menu is gone.
+  EXPECT_FALSE(steps[2].contains("menu") && !steps[2]["menu"].is_null())
+      << steps[2].dump();
+  EXPECT_NE(run("type:65 menu menu:9", out, err), 0);
+}
+
+TEST_F(PhoneCliTest, ScratchLeavesTheDeviceAsItWas) {
+  const std::string calls =
+      root_ + "/var/mobile/Library/CallHistoryDB/CallHistory.storedata";
+  auto listing = [&] {
+    std::string all;
+    for (auto& e : fs::recursive_directory_iterator(root_))
+      if (e.is_regular_file())
+        all += e.path().string() + " " + std::to_string(e.file_size()) + " " +
+               std::to_string(e.last_write_time().time_since_epoch().count()) +
+               "\n";
+    return all;
+  };
+  const std::string before = listing();
+  std::string out, err;
+  ASSERT_EQ(run("--scratch type:65 call wait:3", out, err), 0) << err;
+  EXPECT_EQ(listing(), before);
+  // Without it, the session is the phone's own: its cache is written.
+  ASSERT_EQ(run("type:65", out, err), 0) << err;
+  EXPECT_NE(listing(), before);
 }
 
 }  // namespace

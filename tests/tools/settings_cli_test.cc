@@ -122,6 +122,34 @@ TEST_F(SettingsCliTest, UnparsableFileWarnsOnceAndWritesNothing) {
   EXPECT_EQ(entries, 1u);
 }
 
+TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
+  const std::string flags =
+      root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+  ASSERT_TRUE(plist::writeFile(flags, Value(Dict{{"EnableSearch", true}})));
+  auto result = run("--json");
+  ASSERT_EQ(result.status, 0) << result.err;
+  auto doc = nlohmann::json::parse(result.out);
+  const auto& keypad = doc["keypadFlags"];
+  EXPECT_EQ(keypad["file"], flags);
+  EXPECT_EQ(keypad["fileStatus"], "loaded");
+  ASSERT_EQ(keypad["keys"].size(), 2u);
+  EXPECT_EQ(keypad["keys"][0]["key"], "EnableSearch");
+  EXPECT_EQ(keypad["keys"][0]["value"], true);
+  EXPECT_EQ(keypad["keys"][0]["source"], "file");
+  EXPECT_EQ(keypad["keys"][1]["key"], "AddressBookChanged");
+  EXPECT_EQ(keypad["keys"][1]["value"], false);
+  EXPECT_EQ(keypad["keys"][1]["source"], "default");
+
+  std::ofstream(flags) << "garbage";
+  result = run("");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "zorvel: keypad flags file " + flags +
+                            " does not parse; showing defaults\n");
+  EXPECT_NE(result.out.find("keypad flags file " + flags + " (unparsable)"),
+            std::string::npos);
+  EXPECT_NE(result.out.find("EnableSearch"), std::string::npos);
+}
+
 TEST_F(SettingsCliTest, MissingRootIsAnError) {
   const std::string root = root_;
   root_ += "/absent";

@@ -22,7 +22,7 @@ using platform_schema::Database;
 
 struct ToolRun {
   int status = -1;
-  std::string err;
+  std::string out, err;
 };
 
 class ZvtoolTest : public ::testing::Test {
@@ -37,19 +37,22 @@ class ZvtoolTest : public ::testing::Test {
 
   ToolRun zvtool(const std::string& arguments, bool withRoot = true) {
     const std::string errFile = root_ + "/stderr.txt";
+    const std::string outFile = root_ + "/stdout.txt";
     std::string command = std::string(withRoot ? "ZORVEL_ROOT='" + root_ + "' "
                                                : "env -u ZORVEL_ROOT ") +
                           ZV_BINARY_DIR "/zvtool " + arguments + " 2>'" +
-                          errFile + "'";
+                          errFile + "' >'" + outFile + "'";
     ToolRun run;
     const int status = std::system(command.c_str());
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    FILE* f = std::fopen(errFile.c_str(), "rb");
-    if (f) {
+    for (auto [file, text] :
+         {std::pair{&errFile, &run.err}, {&outFile, &run.out}}) {
+      FILE* f = std::fopen(file->c_str(), "rb");
+      if (!f) continue;
       char buffer[4096];
       size_t n;
       while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        run.err.append(buffer, n);
+        text->append(buffer, n);
       std::fclose(f);
     }
     return run;
@@ -157,7 +160,9 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   callsThenPlatformDeletes(8, 5500);  // 1000..5000 backed up
   exec(platform_schema::kCallHistoryDbPath,
        "INSERT INTO deleted (ROWID, date) VALUES (20, 9000)");  // too new
-  ASSERT_EQ(zvtool("-s 3").status, 0);
+  ToolRun restored = zvtool("-s 3");
+  ASSERT_EQ(restored.status, 0);
+  EXPECT_EQ(restored.out, "restored 3 (the backup of 6 emptied)\n");
   EXPECT_EQ(legacy("SELECT date FROM call ORDER BY ROWID"),
             (std::vector<int64_t>{3000, 4000, 5000, 6000, 7000, 8000}));
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
@@ -168,18 +173,29 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   ASSERT_EQ(zvtool("-s 0").status, 0);
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM call"), (std::vector<int64_t>{6}));
+  // An empty backup: nothing was done, and the status says so.
+  ToolRun empty = zvtool("-s 5");
+  EXPECT_EQ(empty.status, 1);
+  EXPECT_EQ(empty.err, "zvtool: nothing to restore: the backup is empty\n");
 }
 
 TEST_F(ZvtoolTest, DeleteAndClearTouchOnlyTheBackup) {
   createLegacy();
   ASSERT_EQ(zvtool("--install").status, 0);
   callsThenPlatformDeletes(5, 3500);
-  ASSERT_EQ(zvtool("-d 2000").status, 0);
+  ToolRun deleted = zvtool("-d 2000");
+  ASSERT_EQ(deleted.status, 0);
+  EXPECT_EQ(deleted.out, "deleted 1\n");
   EXPECT_EQ(legacy("SELECT date FROM deleted ORDER BY date"),
             (std::vector<int64_t>{1000, 3000}));
-  ASSERT_EQ(zvtool("-d 123").status, 0);  // no such call: nothing to do
-  ASSERT_EQ(zvtool("-c").status, 0);
+  ToolRun none = zvtool("-d 123");  // no such call: nothing was done
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.err, "zvtool: no backed-up call of date 123\n");
+  ToolRun cleared = zvtool("-c");
+  ASSERT_EQ(cleared.status, 0);
+  EXPECT_EQ(cleared.out, "emptied the backup of 2 calls\n");
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
+  EXPECT_EQ(zvtool("-c").status, 1);
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM call"), (std::vector<int64_t>{2}));
 }
 
@@ -189,8 +205,9 @@ TEST_F(ZvtoolTest, AFailedRestoreLosesNothing) {
   for (const char* arguments : {"-s 5", "-d 1000", "-c"}) {
     ToolRun run = zvtool(arguments);
     EXPECT_EQ(run.status, 1) << arguments;
-    EXPECT_NE(run.err.find("no such table: deleted"), std::string::npos)
-        << run.err;
+    EXPECT_EQ(run.err, "zvtool: no backup table in " + root_ +
+                           platform_schema::kCallHistoryDbPath +
+                           ": run zvtool --install\n");
   }
 
   ASSERT_EQ(zvtool("--install").status, 0);

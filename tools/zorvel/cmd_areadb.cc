@@ -3,6 +3,10 @@
 //                                 when a line is bad)
 //   areadb info FILE              header fields, counts and sizes
 //   areadb dump FILE [-o OUT]     the text source again
+//
+// -o follows the rules of writeFileSafely (tools/zorvel/output.h): "-" is
+// standard output, a device or pipe is written in place, a regular file is
+// replaced through a temporary file, a symbolic link's target is written.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -10,41 +14,27 @@
 
 #include "area/area_compiler.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/output.h"
 
 namespace zv::cli {
 namespace {
 
 std::string readFile(const std::string& path) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec))
+    throw CommandError("cannot read " + path + ": Is a directory");
   std::ifstream in(path, std::ios::binary);
   if (!in) throw CommandError("cannot read " + path);
   std::ostringstream data;
   data << in.rdbuf();
+  if (in.bad()) throw CommandError("cannot read " + path);
   return data.str();
-}
-
-// Writes through a temporary file renamed into place, so that a failed
-// write never leaves a half-written database behind.
-void writeFile(const std::string& path, const std::string& bytes) {
-  std::string tmp = path + ".tmp";
-  {
-    std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
-    if (!out || !out.write(bytes.data(), bytes.size()) || !out.flush()) {
-      std::filesystem::remove(tmp);
-      throw CommandError("cannot write " + path);
-    }
-  }
-  std::error_code ec;
-  std::filesystem::rename(tmp, path, ec);
-  if (ec) {
-    std::filesystem::remove(tmp);
-    throw CommandError("cannot write " + path + ": " + ec.message());
-  }
 }
 
 void build(const std::string& sourcePath, const std::string& outPath) {
   try {
     area::Source source = area::parseSource(readFile(sourcePath), sourcePath);
-    writeFile(outPath, area::compile(source, sourcePath));
+    writeFileSafely(outPath, area::compile(source, sourcePath));
   } catch (const area::SourceError& e) {
     throw CommandError(e.what());
   }
@@ -89,11 +79,7 @@ void dump(const std::string& path, const std::string& outPath) {
   } catch (const area::SourceError& e) {
     throw CommandError(e.what());
   }
-  if (outPath.empty()) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-  } else {
-    writeFile(outPath, text);
-  }
+  writeFileSafely(outPath.empty() ? "-" : outPath, text);
 }
 
 Registration reg([](CLI::App& app) {
@@ -104,7 +90,8 @@ Registration reg([](CLI::App& app) {
   auto source = std::make_shared<std::string>();
   auto out = std::make_shared<std::string>();
   b->add_option("SOURCE", *source, "text source")->required();
-  b->add_option("-o,--output", *out, "database file to write")->required();
+  b->add_option("-o,--output", *out, "database file to write (- for stdout)")
+      ->required();
   b->callback([source, out] { build(*source, *out); });
 
   auto* i = db->add_subcommand("info", "show header fields, counts and sizes");

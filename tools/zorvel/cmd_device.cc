@@ -1,49 +1,128 @@
 // zorvel device create DIR: writes a generated device root (contacts, call
-// histories, pictures, installed data, settings) for tests, benchmarks and
-// demonstrations.
+// histories, pictures, installed data, settings) that is ready to use: the
+// dial-pad search is switched on, zvtool is installed with its backup
+// triggers, and no contacts cache of an earlier device is left to be
+// trusted. An existing folder that is not empty is refused unless --force.
+#include <unistd.h>
+
 #include <cinttypes>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/platform.h"
+#include "platform/plist.h"
 #include "devicegen/device_image.h"
+#include "search/searcher.h"
 #include "tools/zorvel/command.h"
 
 namespace zv::cli {
 namespace {
 
+namespace fs = std::filesystem;
+
+// The folder of this program: zvtool and the data are found beside it (the
+// build folder) or in the installed layout (bin/ and share/zorvel/).
+fs::path programFolder() {
+  std::error_code ec;
+  fs::path self = fs::read_symlink("/proc/self/exe", ec);
+  return ec ? fs::path() : self.parent_path();
+}
+
 // Data that `create` installs when no file is named: the copy in the
-// bundled sample device, when there is one.
-std::string sampleFile(const char* devicePath) {
-  std::filesystem::path file =
-      std::filesystem::path(ZV_SAMPLE_ROOT) /
-      std::filesystem::path(devicePath).relative_path();
-  return std::filesystem::is_regular_file(file) ? file.string() : "";
+// bundled sample device, or the installed copy.
+std::string dataFile(const char* devicePath, const char* installedName) {
+  const fs::path sample =
+      fs::path(ZV_SAMPLE_ROOT) / fs::path(devicePath).relative_path();
+  if (fs::is_regular_file(sample)) return sample.string();
+  const fs::path installed =
+      programFolder() / "../share/zorvel" / installedName;
+  return fs::is_regular_file(installed) ? installed.string() : "";
+}
+
+std::string findZvtool() {
+  for (const fs::path& candidate :
+       {programFolder() / "zvtool", programFolder() / "../libexec/zvtool"})
+    if (fs::is_regular_file(candidate) &&
+        ::access(candidate.c_str(), X_OK) == 0)
+      return candidate.string();
+  return "";
 }
 
 struct CreateArgs {
-  std::string dir;
+  std::string dir, zvtool;
+  bool force = false;
   DeviceImageOptions options;
 };
 
+void checkTarget(const CreateArgs& args) {
+  std::error_code ec;
+  auto status = fs::status(args.dir, ec);
+  if (!fs::exists(status)) return;
+  if (!fs::is_directory(status))
+    throw CommandError(args.dir + " exists and is not a folder");
+  if (!fs::is_empty(args.dir, ec) && !args.force)
+    throw CommandError(args.dir +
+                       " is not empty (--force writes the device over it)");
+}
+
+// What an earlier device in the folder leaves that would mislead this one:
+// its contacts cache, its keypad flags and its notification sockets.
+void forgetEarlierDevice(const std::string& dir) {
+  std::error_code ec;
+  for (const char* devicePath :
+       {ZVSearcher::kCachePath, ZVSearcher::kKeypadFlagsPath})
+    fs::remove(dir + devicePath, ec);
+  fs::remove_all(dir + "/var/run/zorvel", ec);
+}
+
+void installZvtool(const std::string& dir, const std::string& tool) {
+  const fs::path target = fs::path(dir) / "Library/Zorvel/zvtool";
+  std::error_code ec;
+  fs::create_directories(target.parent_path(), ec);
+  fs::copy_file(tool, target, fs::copy_options::overwrite_existing, ec);
+  if (!ec)
+    fs::permissions(target, fs::perms(0755), fs::perm_options::replace, ec);
+  if (ec)
+    throw CommandError("cannot install " + target.string() + ": " +
+                       ec.message());
+  if (platform::runDeviceCommand(
+          dir, "/Library/Zorvel/zvtool --install >/dev/null") != 0)
+    throw CommandError("zvtool --install failed on " + dir);
+}
+
 void create(const CreateArgs& args) {
+  checkTarget(args);
   DeviceImageOptions options = args.options;
   if (options.tableFile.empty()) {
-    options.tableFile = sampleFile("/Library/Zorvel/Table/PinYin.txt");
+    options.tableFile =
+        dataFile("/Library/Zorvel/Table/PinYin.txt", "PinYin.txt");
     if (options.tableFile.empty())
       throw CommandError("no reading table found; pass --table FILE");
   }
   if (options.areaFile.empty())
-    options.areaFile = sampleFile("/Library/Zorvel/Area/China");
+    options.areaFile = dataFile("/Library/Zorvel/Area/China", "China");
+  const std::string tool = args.zvtool.empty() ? findZvtool() : args.zvtool;
+  if (tool.empty())
+    throw CommandError("no zvtool beside zorvel; pass --zvtool FILE");
+
+  forgetEarlierDevice(args.dir);
+  DeviceImageSummary s;
   try {
-    DeviceImageSummary s = createDeviceImage(args.dir, options);
-    std::printf(
-        "%s: %d contacts, %d numbers, %d pictures, %d calls (%d missed)\n",
-        args.dir.c_str(), s.contacts, s.phoneNumbers, s.pictures, s.calls,
-        s.missedCalls);
+    s = createDeviceImage(args.dir, options);
   } catch (const std::exception& e) {
     throw CommandError(e.what());
   }
+  installZvtool(args.dir, tool);
+  // The dial-pad search on, and the contacts encoded afresh on first use.
+  const std::string flags = args.dir + ZVSearcher::kKeypadFlagsPath;
+  if (!plist::writeFile(flags, Value(Dict{{"EnableSearch", true},
+                                          {ZVSearcher::kChangedKey, true}})))
+    throw CommandError("cannot write " + flags);
+  std::printf(
+      "%s: %d contacts, %d numbers, %d pictures, %d calls (%d missed)\n",
+      args.dir.c_str(), s.contacts, s.phoneNumbers, s.pictures, s.calls,
+      s.missedCalls);
 }
 
 Registration reg([](CLI::App& app) {
@@ -52,8 +131,12 @@ Registration reg([](CLI::App& app) {
   auto args = std::make_shared<CreateArgs>();
   auto* cmd = device->add_subcommand(
       "create",
-      "write a device root with generated contacts, calls and pictures");
+      "Write a device root with generated contacts, calls and pictures, the "
+      "installed data and zvtool, and the dial-pad search switched on.");
   cmd->add_option("DIR", args->dir, "device root folder to write")->required();
+  cmd->add_flag("--force", args->force,
+                "write over a folder that is not empty (the files of a device "
+                "are replaced, the earlier contacts cache removed)");
   cmd->add_option("--contacts", args->options.contacts, "number of contacts")
       ->check(CLI::Range(0, 10000000))
       ->capture_default_str();
@@ -69,6 +152,8 @@ Registration reg([](CLI::App& app) {
                   "sample device's, if any)");
   cmd->add_option("--settings", args->options.settingsFile,
                   "settings file to install (default: a small generated one)");
+  cmd->add_option("--zvtool", args->zvtool,
+                  "zvtool program to install (default: the one beside zorvel)");
   cmd->callback([args] { create(*args); });
 });
 

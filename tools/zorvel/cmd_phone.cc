@@ -6,9 +6,11 @@
 // clock, so delayed work (the stored search switch) runs without sleeping.
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "core/settings.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone/app.h"
@@ -16,6 +18,7 @@
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
 #include "platform/ui/sheets.h"
+#include "search/searcher.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/phone_screen.h"
 
@@ -26,23 +29,30 @@ struct PhoneOptions {
   std::string root;
   std::string screen = "4.7";
   std::string os = "8.1";
-  bool json = false;
+  bool json = false, scratch = false;
   std::vector<std::string> actions;
 };
 
 platform::DeviceFacts deviceFor(const PhoneOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)");
   auto facts = platform::simulatedDevice(o.os, o.screen);
   if (!facts)
-    throw CommandError("unknown screen " + o.screen +
-                       " (use 3.5, 4, 4.7 or 5.5)");
+    throw UsageError("unknown screen " + o.screen +
+                     " (use 3.5, 4, 4.7 or 5.5)");
+  if (o.os != "7.1" && o.os != "8.1")
+    throw UsageError("unknown system version " + o.os + " (use 7.1 or 8.1)");
   return *facts;
 }
 
 // The argument after "name:" of an action, or "" when there is none.
 std::string argumentOf(const std::string& action, const std::string& name) {
   return action.size() > name.size() + 1 ? action.substr(name.size() + 1) : "";
+}
+
+std::string tabNames() {
+  std::string names;
+  for (int i = 0; i < 5; ++i)
+    names += std::string(i ? ", " : "") + hosts::PhoneApplication::tabName(i);
+  return names;
 }
 
 double parseNumber(const std::string& text, const std::string& action) {
@@ -52,7 +62,40 @@ double parseNumber(const std::string& text, const std::string& action) {
     if (used == text.size() && v >= 0) return v;
   } catch (const std::exception&) {
   }
-  throw CommandError("bad number in action " + action);
+  throw UsageError("bad number in action " + action);
+}
+
+// Rejects an action that could never run, before the session starts: an
+// unknown verb, a missing or malformed argument, an unknown tab.
+void checkAction(const std::string& action) {
+  const std::string verb = action.substr(0, action.find(':'));
+  static const char* const plain[] = {
+      "delete", "longdelete", "call",   "swipe:left", "swipe:right",
+      "list",   "menu",       "toggle", "background"};
+  for (const char* p : plain)
+    if (action == p) return;
+  if (verb == "type") {
+    std::string digits = argumentOf(action, "type");
+    if (digits.empty()) throw UsageError("type: needs digits");
+    for (char c : digits)
+      if (std::string("0123456789*#+").find(c) == std::string::npos)
+        throw UsageError(std::string("type: not a keypad key: ") + c);
+  } else if (verb == "select" || verb == "menu") {
+    double n = parseNumber(argumentOf(action, verb), action);
+    if (n < 1 || n != static_cast<int>(n))
+      throw UsageError(verb + ": counts from 1: " + action);
+  } else if (verb == "wait") {
+    parseNumber(argumentOf(action, "wait"), action);
+  } else if (verb == "tab") {
+    std::string name = argumentOf(action, "tab");
+    for (int i = 0; i < 5; ++i)
+      if (name == hosts::PhoneApplication::tabName(i)) return;
+    throw UsageError("tab: unknown tab " + name + " (" + tabNames() + ")");
+  } else if (verb == "url") {
+    if (argumentOf(action, "url").empty()) throw UsageError("url: needs a URL");
+  } else {
+    throw UsageError("unknown action " + action);
+  }
 }
 
 class Session {
@@ -70,14 +113,14 @@ class Session {
     const std::string verb = action.substr(0, action.find(':'));
     if (verb == "type") {
       std::string digits = argumentOf(action, "type");
-      if (digits.empty()) throw CommandError("type: needs digits");
+      if (digits.empty()) throw UsageError("type: needs digits");
       for (char c : digits) {
         if (c == '+')
           pad->holdZero();
         else if (std::string("0123456789*#").find(c) != std::string::npos)
           pad->pressKey(c);
         else
-          throw CommandError(std::string("type: not a keypad key: ") + c);
+          throw UsageError(std::string("type: not a keypad key: ") + c);
       }
     } else if (action == "delete") {
       if (pagerShown && pager->deleteButton()->isVisible())
@@ -108,9 +151,10 @@ class Session {
     } else if (action == "menu") {
       if (pagerShown) pager->lcdViews()[1]->perform(ui::Gesture::LongPress);
     } else if (verb == "menu") {
-      double index = parseNumber(argumentOf(action, "menu"), action);
+      // Buttons count from 1, as rows of select: do.
+      double index = parseNumber(argumentOf(action, "menu"), action) - 1;
       auto sheet = ui::UIActionSheet::presented();
-      if (!sheet || index >= sheet->buttons().size())
+      if (!sheet || index < 0 || index >= sheet->buttons().size())
         throw CommandError("menu: no such button in an open menu");
       sheet->dismissWithClickedButtonIndex(static_cast<int>(index));
     } else if (action == "toggle") {
@@ -123,14 +167,14 @@ class Session {
       int tab = -1;
       for (int i = 0; i < 5; ++i)
         if (name == hosts::PhoneApplication::tabName(i)) tab = i;
-      if (tab < 0) throw CommandError("tab: unknown tab " + name);
+      if (tab < 0) throw UsageError("tab: unknown tab " + name);
       app_.selectTab(tab);
     } else if (verb == "url") {
       app_.openURL(argumentOf(action, "url"));
     } else if (action == "background") {
       app_.enterBackground();
     } else {
-      throw CommandError("unknown action " + action);
+      throw UsageError("unknown action " + action);
     }
   }
 
@@ -141,7 +185,13 @@ class Session {
 };
 
 void run(const PhoneOptions& options) {
+  for (const auto& action : options.actions) checkAction(action);
+  deviceFor(options);
   applyRoot(options.root);
+  warnUnparsable(ZVSettings::kPath, "settings file");
+  warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
+  std::optional<ScratchDevice> scratch;
+  if (options.scratch) scratch.emplace();
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = world.launch("com.apple.mobilephone", deviceFor(options));
   auto app = proc.run([] {
@@ -168,15 +218,22 @@ void run(const PhoneOptions& options) {
 Registration reg([](CLI::App& app) {
   auto options = std::make_shared<PhoneOptions>();
   auto* cmd = app.add_subcommand(
-      "phone", "run actions on the simulated Phone app's keypad and print it");
+      "phone",
+      "Run actions on the simulated Phone app's keypad and print the screen "
+      "after each. The session changes the device as a phone would (calls "
+      "are recorded, settings and caches written); --scratch runs it on a "
+      "copy. Every action is checked before the first one runs. Tabs: " +
+          tabNames() + ".");
   addRootOption(*cmd, options->root);
+  cmd->add_flag("--scratch", options->scratch,
+                "run on a throw-away copy of the device, leaving it as it was");
   cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
   cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
   cmd->add_flag("--json", options->json, "one JSON object per action");
   cmd->add_option("actions", options->actions,
                   "type:DIGITS delete longdelete call swipe:left|right list "
-                  "select:ROW menu menu:INDEX toggle wait:SECONDS tab:NAME "
-                  "url:URL background")
+                  "select:ROW menu menu:BUTTON (both counting from 1) toggle "
+                  "wait:SECONDS tab:NAME url:URL background")
       ->required();
   cmd->callback([options] { run(*options); });
 });

@@ -4,12 +4,20 @@
 // contact numbers). Plain output marks the highlighted part of each row's
 // name or number with [ ]; --json prints one object per key and line.
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "core/number_utils.h"
+#include "core/settings.h"
+#include "core/settings_catalogue.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
+#include "platform/platform.h"
+#include "platform/plist.h"
 #include "platform/utf8.h"
 #include "search/person.h"
 #include "search/searcher.h"
@@ -57,14 +65,56 @@ std::pair<ZVRange, ZVRange> rowRanges(const ZVPerson& p,
 }
 
 void checkKey(const std::string& key) {
-  if (key.empty()) throw CommandError("empty key");
+  if (key.empty()) throw UsageError("empty key");
   for (char c : key)
-    if (!isDialable(c)) throw CommandError("not a keypad key: " + key);
+    if (!isDialable(c)) throw UsageError("not a keypad key: " + key);
+}
+
+void warn(const std::string& line) {
+  std::fprintf(stderr, "zorvel: %s\n", line.c_str());
+}
+
+// The files the search reads. Without a readable address book there is no
+// answer worth giving; a missing reading table only loses the readings of
+// names (said on stderr).
+void checkFiles() {
+  warnUnparsable(ZVSettings::kPath, "settings file");
+  warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
+  const std::string book =
+      platform::current().path(platform_schema::kAddressBookPath);
+  if (!std::filesystem::is_regular_file(book))
+    throw CommandError("no address book at " + book);
+  {
+    sql::Database db(book);
+    sql::Statement probe(db, "SELECT COUNT(*) FROM ABPerson, ABMultiValue");
+    if (!db.ok() || !probe.ok() || !probe.step())
+      throw CommandError("cannot read the address book " + book + ": " +
+                         db.error());
+  }
+  auto settings = ZVPhoneSettings::sharedInstance();
+  const std::string& table = settings->DialerT9Database();
+  if (!table.empty()) {
+    const bool plistTable = table.ends_with(".plist");
+    const std::string path = platform::current().path(
+        std::string(plistTable ? ZVSearcher::kPlistTableDir
+                               : ZVSearcher::kTableDir) +
+        table);
+    std::ifstream in(path);
+    if (!in || std::filesystem::is_directory(path))
+      warn("no reading table at " + path +
+           "; names are matched without "
+           "their readings");
+    else if (plistTable && !plist::readDictionary(path))
+      warn("reading table " + path +
+           " does not parse; names are matched "
+           "without their readings");
+  }
 }
 
 void run(const SearchArgs& args) {
   for (const auto& key : args.keys) checkKey(key);
   applyRoot(args.root);
+  checkFiles();
   auto searcher = ZVSearcher::sharedInstance();
   for (const auto& key : args.keys) {
     size_t count = searcher->search(key);

@@ -1,17 +1,22 @@
 // zorvel settings: the effective value of every settings key on a device,
 // grouped by settings class, and whether it came from the settings file or
-// the built-in default. Reads only; nothing is written to the device.
+// the built-in default; then the keypad's own flags (EnableSearch,
+// AddressBookChanged) from zorvel.keypad.plist. Reads only; nothing is
+// written to the device.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/settings_catalogue.h"
+#include "dialer/keypad_controller.h"
 #include "platform/platform.h"
 #include "platform/plist.h"
+#include "search/searcher.h"
 #include "tools/zorvel/command.h"
 
 namespace zv::cli {
@@ -64,39 +69,102 @@ std::vector<ClassListing> listing() {
   return out;
 }
 
-void printPlain(const std::vector<ClassListing>& classes,
-                const std::string& file, const char* status) {
-  size_t keyWidth = 0;
-  for (const auto& c : classes)
-    for (const auto& k : c.keys) keyWidth = std::max(keyWidth, k.key.size());
-  std::printf("settings file %s (%s)\n", file.c_str(), status);
-  for (const auto& c : classes) {
-    std::printf("\n%s\n", c.name.c_str());
-    for (const auto& k : c.keys) {
-      std::string source = "default";
-      if (k.fromFile)
-        source = "file (default " + plainText(k, k.defaultValue) + ")";
-      std::printf("  %-*s  %-7s  %-14s  %s\n", static_cast<int>(keyWidth),
-                  k.key.c_str(), k.type.c_str(), plainText(k, k.value).c_str(),
-                  source.c_str());
+// A property-list file the command reads: its host path and whether it is
+// "missing", "loaded" or "unparsable" (reported on stderr).
+struct FileState {
+  std::string path;
+  const char* status = "missing";
+  std::optional<Dict> dict;
+};
+
+FileState readState(const std::string& devicePath, const char* what) {
+  FileState f;
+  f.path = platform::current().path(devicePath);
+  if (!std::filesystem::exists(f.path)) return f;
+  f.dict = plist::readDictionary(f.path);
+  if (f.dict) {
+    f.status = "loaded";
+  } else {
+    f.status = "unparsable";
+    std::fprintf(stderr, "zorvel: %s %s does not parse; showing defaults\n",
+                 what, f.path.c_str());
+  }
+  return f;
+}
+
+// The keypad's own switches, kept in their own file by the keypad and the
+// searcher: the search switch and the address-book-changed flag. Both read
+// false when absent.
+std::vector<SettingInfo> keypadFlags(const FileState& f) {
+  std::vector<SettingInfo> keys;
+  for (const char* key :
+       {ZVKeypadController::kEnableSearchKey, ZVSearcher::kChangedKey}) {
+    SettingInfo info;
+    info.key = key;
+    info.type = "boolean";
+    info.defaultValue = Value(false);
+    info.value = Value(false);
+    if (f.dict) {
+      auto it = f.dict->find(key);
+      if (it != f.dict->end()) {
+        info.value = Value(it->second.boolValue());
+        info.fromFile = true;
+      }
     }
+    keys.push_back(std::move(info));
+  }
+  return keys;
+}
+
+size_t keyWidth(const std::vector<ClassListing>& classes) {
+  size_t width = 0;
+  for (const auto& c : classes)
+    for (const auto& k : c.keys) width = std::max(width, k.key.size());
+  return width;
+}
+
+void printKeys(const std::vector<SettingInfo>& keys, size_t width) {
+  for (const auto& k : keys) {
+    std::string source = "default";
+    if (k.fromFile)
+      source = "file (default " + plainText(k, k.defaultValue) + ")";
+    std::printf("  %-*s  %-7s  %-14s  %s\n", static_cast<int>(width),
+                k.key.c_str(), k.type.c_str(), plainText(k, k.value).c_str(),
+                source.c_str());
   }
 }
 
+void printPlain(const std::vector<ClassListing>& classes,
+                const std::string& file, const char* status) {
+  std::printf("settings file %s (%s)\n", file.c_str(), status);
+  for (const auto& c : classes) {
+    std::printf("\n%s\n", c.name.c_str());
+    printKeys(c.keys, keyWidth(classes));
+  }
+}
+
+nlohmann::ordered_json jsonKeys(const std::vector<SettingInfo>& keys) {
+  nlohmann::ordered_json out = nlohmann::ordered_json::array();
+  for (const auto& k : keys)
+    out.push_back({{"key", k.key},
+                   {"type", k.type},
+                   {"value", jsonValue(k, k.value)},
+                   {"default", jsonValue(k, k.defaultValue)},
+                   {"source", k.fromFile ? "file" : "default"}});
+  return out;
+}
+
 void printJson(const std::vector<ClassListing>& classes,
-               const std::string& file, const char* status) {
+               const std::string& file, const char* status,
+               const ClassListing& keypad, const std::string& flagsFile,
+               const char* flagsStatus) {
   nlohmann::ordered_json doc = {{"file", file}, {"fileStatus", status}};
   auto& list = doc["classes"] = nlohmann::ordered_json::array();
-  for (const auto& c : classes) {
-    nlohmann::ordered_json keys = nlohmann::ordered_json::array();
-    for (const auto& k : c.keys)
-      keys.push_back({{"key", k.key},
-                      {"type", k.type},
-                      {"value", jsonValue(k, k.value)},
-                      {"default", jsonValue(k, k.defaultValue)},
-                      {"source", k.fromFile ? "file" : "default"}});
-    list.push_back({{"class", c.name}, {"keys", std::move(keys)}});
-  }
+  for (const auto& c : classes)
+    list.push_back({{"class", c.name}, {"keys", jsonKeys(c.keys)}});
+  doc["keypadFlags"] = {{"file", flagsFile},
+                        {"fileStatus", flagsStatus},
+                        {"keys", jsonKeys(keypad.keys)}};
   std::cout << doc.dump(2) << "\n";
 }
 
@@ -107,24 +175,20 @@ struct Options {
 
 void run(const Options& options) {
   applyRoot(options.root);
-  const std::string file = platform::current().path(ZVSettings::kPath);
-  const char* status = "missing";
-  if (std::filesystem::exists(file)) {
-    if (plist::readDictionary(file)) {
-      status = "loaded";
-    } else {
-      status = "unparsable";
-      std::fprintf(stderr,
-                   "zorvel: settings file %s does not parse; showing "
-                   "defaults\n",
-                   file.c_str());
-    }
-  }
+  const FileState settings = readState(ZVSettings::kPath, "settings file");
+  const FileState flags =
+      readState(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
   auto classes = listing();
-  if (options.json)
-    printJson(classes, file, status);
-  else
-    printPlain(classes, file, status);
+  ClassListing keypad{"keypad flags", keypadFlags(flags)};
+  if (options.json) {
+    printJson(classes, settings.path, settings.status, keypad, flags.path,
+              flags.status);
+  } else {
+    printPlain(classes, settings.path, settings.status);
+    std::printf("\nkeypad flags file %s (%s)\n", flags.path.c_str(),
+                flags.status);
+    printKeys(keypad.keys, keyWidth(classes));
+  }
 }
 
 Registration reg([](CLI::App& app) {
@@ -132,7 +196,9 @@ Registration reg([](CLI::App& app) {
   auto* cmd = app.add_subcommand(
       "settings",
       "Show every settings key of the device with its effective value and "
-      "whether it comes from the settings file or the default. "
+      "whether it comes from the settings file or the default, then the "
+      "keypad flags (EnableSearch, AddressBookChanged) of "
+      "zorvel.keypad.plist. "
       "ZVGeneralSettings "
       "lists the shared keys; each feature class lists the keys it adds. A "
       "settings file that does not parse is reported on stderr and the "

@@ -3,7 +3,9 @@
 // CLI11 app, and a static Registration that lists it.
 //
 // Errors: a subcommand throws CommandError with one line; main prints it to
-// stderr as "zorvel: <line>" and exits with the error's code.
+// stderr as "zorvel: <line>" and exits with the error's code (1). A
+// mistake in the command line itself (an unknown action, a bad value) is a
+// UsageError and exits 2, as CLI11's own parse errors do.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -24,6 +26,11 @@ class CommandError : public std::runtime_error {
   int code_;
 };
 
+class UsageError : public CommandError {
+ public:
+  explicit UsageError(const std::string& line) : CommandError(line, 2) {}
+};
+
 using Registrar = std::function<void(CLI::App&)>;
 std::vector<Registrar>& registrars();
 
@@ -35,5 +42,23 @@ struct Registration {
 // it (an empty value keeps $ZORVEL_ROOT or the bundled sample device).
 void addRootOption(CLI::App& command, std::string& root);
 void applyRoot(const std::string& root);
+
+// Says on stderr, in one line, that a property-list file of the device is
+// there but does not parse (the command goes on with the defaults the
+// extension would use). `what` names it ("settings file").
+void warnUnparsable(const char* devicePath, const char* what);
+
+// A throw-away copy of the current device root, made the root for the
+// rest of the command and removed when this goes (sessions' --scratch).
+class ScratchDevice {
+ public:
+  ScratchDevice();
+  ~ScratchDevice();
+  ScratchDevice(const ScratchDevice&) = delete;
+  ScratchDevice& operator=(const ScratchDevice&) = delete;
+
+ private:
+  std::string path_;
+};
 
 }  // namespace zv::cli

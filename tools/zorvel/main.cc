@@ -1,10 +1,20 @@
 // zorvel: the command-line front end (settings, area lookups, the area
 // database compiler, T9 search, device images, scripted host sessions).
+//
+// Exit status: 0 done; 1 the command failed (one "zorvel:" line on
+// stderr); 2 the command line is wrong (one "zorvel:" line on stderr).
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
+#include "core/zv_exception.h"
 #include "platform/linux/linux_platform.h"
+#include "platform/plist.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/output.h"
 
 namespace zv::cli {
 
@@ -26,23 +36,78 @@ void applyRoot(const std::string& root) {
     throw CommandError("device root not found: " + platform.root());
 }
 
+void warnUnparsable(const char* devicePath, const char* what) {
+  const std::string path = platform::current().path(devicePath);
+  if (std::filesystem::exists(path) && !plist::readDictionary(path))
+    std::fprintf(stderr, "zorvel: %s %s does not parse; using defaults\n", what,
+                 path.c_str());
+}
+
+ScratchDevice::ScratchDevice() {
+  namespace fs = std::filesystem;
+  auto& platform = platform::LinuxPlatform::instance();
+  std::string pattern =
+      (fs::temp_directory_path() / "zorvel-scratch.XXXXXX").string();
+  if (!::mkdtemp(pattern.data()))
+    throw CommandError("cannot make a scratch device: " +
+                       std::string(std::strerror(errno)));
+  path_ = pattern;
+  std::error_code ec;
+  fs::copy(platform.root(), path_,
+           fs::copy_options::recursive | fs::copy_options::copy_symlinks, ec);
+  if (ec) {
+    fs::remove_all(path_, ec);
+    throw CommandError("cannot copy " + platform.root() +
+                       " to a scratch device: " + ec.message());
+  }
+  platform.setRoot(path_);
+}
+
+ScratchDevice::~ScratchDevice() {
+  std::error_code ec;
+  std::filesystem::remove_all(path_, ec);
+}
+
 }  // namespace zv::cli
 
+namespace {
+
+int fail(const std::string& line, int code) {
+  std::fprintf(stderr, "zorvel: %s\n", line.c_str());
+  return code;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  // A closed pipe is a write error that the commands report, not a signal
+  // that ends the program without a word.
+  std::signal(SIGPIPE, SIG_IGN);
   CLI::App app{"zorvel: dialler and caller-information tools"};
+  app.set_version_flag("--version",
+                       std::string("zorvel ") + zv::ZVException::kVersion);
   app.require_subcommand(1);
   zv::platform::LinuxPlatform::instance().setDefaultRoot(ZV_SAMPLE_ROOT);
   for (auto& registrar : zv::cli::registrars()) registrar(app);
   try {
     app.parse(argc, argv);
-  } catch (const CLI::ParseError& e) {
+    zv::cli::finishOut();
+  } catch (const CLI::CallForHelp& e) {
     return app.exit(e);
+  } catch (const CLI::CallForAllHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e);
+  } catch (const CLI::ParseError& e) {
+    return fail(e.what(), 2);
   } catch (const zv::cli::CommandError& e) {
-    std::fprintf(stderr, "zorvel: %s\n", e.what());
-    return e.code();
+    try {
+      zv::cli::finishOut();  // what was answered before the error stays
+    } catch (const zv::cli::CommandError&) {
+    }
+    return fail(e.what(), e.code());
   } catch (const std::exception& e) {
-    std::fprintf(stderr, "zorvel: %s\n", e.what());
-    return 1;
+    return fail(e.what(), 1);
   }
   return 0;
 }

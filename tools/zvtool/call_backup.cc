@@ -107,7 +107,23 @@ bool CallBackup::install(std::string& error) {
   });
 }
 
-bool CallBackup::restore(int count, std::string& error) {
+bool CallBackup::hasBackup(std::string& error) {
+  sql::Statement find(*db_,
+                      "SELECT 1 FROM sqlite_master WHERE type='table' AND "
+                      "name='" +
+                          std::string(tables_->backup) + "'");
+  if (find.step()) return true;
+  error = "no backup table in " + path_ + ": run zvtool --install";
+  return false;
+}
+
+int64_t CallBackup::backedUp() {
+  sql::Statement count(*db_,
+                       "SELECT COUNT(*) FROM " + std::string(tables_->backup));
+  return count.step() ? count.int64(0) : 0;
+}
+
+bool CallBackup::restore(int count, int64_t& restored, std::string& error) {
   return transaction(error, [&] {
     const std::string table = tables_->table, backup = tables_->backup,
                       date = tables_->date;
@@ -122,25 +138,30 @@ bool CallBackup::restore(int count, std::string& error) {
       error = path_ + ": " + db_->error();
       return false;
     }
+    restored = db_->changes();
     return run("DELETE FROM " + backup, error);
   });
 }
 
-bool CallBackup::remove(double date, std::string& error) {
+bool CallBackup::remove(double date, int64_t& removed, std::string& error) {
   return transaction(error, [&] {
     sql::Statement remove(*db_, "DELETE FROM " + std::string(tables_->backup) +
                                     " WHERE " + tables_->date + " = ?");
     remove.bind(1, date);
     remove.step();
+    removed = db_->changes();
     if (remove.done()) return true;
     error = path_ + ": " + db_->error();
     return false;
   });
 }
 
-bool CallBackup::clear(std::string& error) {
+bool CallBackup::clear(int64_t& removed, std::string& error) {
   return transaction(error, [&] {
-    return run("DELETE FROM " + std::string(tables_->backup), error);
+    if (!run("DELETE FROM " + std::string(tables_->backup), error))
+      return false;
+    removed = db_->changes();
+    return true;
   });
 }
 

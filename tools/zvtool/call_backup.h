@@ -7,6 +7,7 @@
 // and the database is left as it was.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,13 +40,19 @@ class CallBackup {
   // primary key) and the trigger that copies a call row into it before the
   // platform deletes it. Safe to run again.
   bool install(std::string& error);
+  // Whether the backup table is there (install has run); when it is not,
+  // `error` says so and what to run.
+  bool hasBackup(std::string& error);
+  // Rows in the backup table.
+  int64_t backedUp();
   // Puts back up to `count` of the newest backed-up calls older than every
-  // call still in the table, then empties the backup.
-  bool restore(int count, std::string& error);
-  // Deletes the backed-up calls of this date.
-  bool remove(double date, std::string& error);
-  // Empties the backup.
-  bool clear(std::string& error);
+  // call still in the table, then empties the backup. `restored` gets the
+  // number of calls put back.
+  bool restore(int count, int64_t& restored, std::string& error);
+  // Deletes the backed-up calls of this date; `removed` gets how many.
+  bool remove(double date, int64_t& removed, std::string& error);
+  // Empties the backup; `removed` gets how many calls it held.
+  bool clear(int64_t& removed, std::string& error);
 
   CallBackup(CallBackup&&) = default;
 

@@ -10,12 +10,18 @@
 //                     (call_history.db and CallHistory.storedata, whichever
 //                     the device has)
 //
-// Exit status: 0 done, 1 failed (one line on stderr, nothing changed),
-// 2 bad arguments (usage on stderr).
+// Each command says on stdout what it did ("restored 3", "deleted 1",
+// "emptied the backup of 4 calls", "installed in <file>").
+//
+// Exit status: 0 done; 1 failed or nothing to do (one line on stderr,
+// nothing changed: no database, no backup table, an empty backup, no call
+// of that date); 2 bad arguments (usage on stderr).
 #include <CLI/CLI.hpp>
 #include <climits>
 #include <cstdlib>
+#include <iomanip>
 #include <iostream>
+#include <sstream>
 #include <string>
 
 #include "call_backup.h"
@@ -35,10 +41,18 @@ int install(const std::string& root) {
     auto backup = zv::zvtool::CallBackup::open(root, *tables, error);
     if (!backup) continue;
     if (!backup->install(error)) return fail(error);
+    std::cout << "installed the call backup in " << root << tables->devicePath
+              << "\n";
     ++installed;
   }
   if (installed == 0) return fail("no call history database under " + root);
   return 0;
+}
+
+std::string dateText(double date) {
+  std::ostringstream text;
+  text << std::setprecision(17) << date;
+  return text.str();
 }
 
 }  // namespace
@@ -75,12 +89,24 @@ int main(int argc, char** argv) {
   auto backup =
       zv::zvtool::CallBackup::open(root, zv::zvtool::kLegacyCalls, error);
   if (!backup) return fail(error);
-  bool ok = true;
-  if (*s)
-    ok = backup->restore(restore, error);
-  else if (*d)
-    ok = backup->remove(date, error);
-  else if (*c)
-    ok = backup->clear(error);
-  return ok ? 0 : fail(error);
+  if (!backup->hasBackup(error)) return fail(error);
+  const int64_t held = backup->backedUp();
+  int64_t done = 0;
+  if (*s) {
+    if (held == 0) return fail("nothing to restore: the backup is empty");
+    if (!backup->restore(restore, done, error)) return fail(error);
+    std::cout << "restored " << done << " (the backup of " << held
+              << " emptied)\n";
+  } else if (*d) {
+    if (!backup->remove(date, done, error)) return fail(error);
+    if (done == 0) return fail("no backed-up call of date " + dateText(date));
+    std::cout << "deleted " << done << "\n";
+  } else if (*c) {
+    if (held == 0) return fail("nothing to empty: the backup is empty");
+    if (!backup->clear(done, error)) return fail(error);
+    std::cout << "emptied the backup of " << done << " calls\n";
+  }
+  std::cout.flush();
+  if (!std::cout) return fail("cannot write output");
+  return 0;
 }

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/linux/no_modem_telephony.h"
+#include "platform/linux/address_book_watch.h"
 #include "platform/linux/notify_bus.h"
 #include "platform/plist.h"
 
@@ -44,6 +45,7 @@ struct LinuxPlatform::Impl {
   std::unique_ptr<NotifyBus> bus;
   NoModemTelephony telephony;
   uint32_t next_sound_id = 4096;
+  std::unique_ptr<AddressBookWatch> addressBookWatch;
 
   // Blocks for the main loop. Any thread queues them under `queue_lock` and
   // wakes the loop through an eventfd; the loop thread runs them in order.
@@ -115,8 +117,24 @@ struct LinuxPlatform::Impl {
 };
 
 LinuxPlatform& LinuxPlatform::instance() {
-  static LinuxPlatform* platform = new LinuxPlatform();
+  // Never destroyed (threads and callbacks may still reach it at exit), but
+  // what it leaves in the device folder goes when the program ends.
+  static LinuxPlatform* platform = [] {
+    auto* p = new LinuxPlatform();
+    std::atexit([] { instance().shutdown(); });
+    return p;
+  }();
   return *platform;
+}
+
+void LinuxPlatform::shutdown() {
+  std::unique_ptr<NotifyBus> bus;
+  {
+    std::lock_guard<std::mutex> lock(impl_->mutex);
+    bus = std::move(impl_->bus);
+  }
+  bus.reset();  // joins the listener and removes its socket
+  impl_->addressBookWatch.reset();
 }
 
 LinuxPlatform::LinuxPlatform() : impl_(std::make_unique<Impl>()) {
@@ -260,6 +278,18 @@ ObserverToken LinuxPlatform::observe(std::string_view name,
           });
     }
     impl_->bus->listen();
+    // Whoever writes the address book on Linux does not announce it: the
+    // signal comes from watching the database itself.
+    if (name == kAddressBookExternalChangeNotification &&
+        !impl_->addressBookWatch) {
+      Impl* impl = impl_.get();
+      impl_->addressBookWatch = std::make_unique<AddressBookWatch>(
+          path("/var/mobile/Library/AddressBook/AddressBook.sqlitedb"),
+          kAddressBookSettle, [impl] {
+            impl->deliver(kAddressBookExternalChangeNotification,
+                          Scope::System);
+          });
+    }
   }
   return token;
 }

@@ -5,6 +5,10 @@
 // system log, and the device facts of a default phone (overridable through
 // settings of the command line).
 //
+// The address book's external-change signal is delivered to this
+// process's observers when the address-book database changes on disk
+// (watched while anyone observes it), besides posts from other processes.
+//
 // The device root is --root (setRoot) or else $ZORVEL_ROOT or else the
 // program's default (setDefaultRoot, the bundled sample device for zorvel).
 // The host's bundle identifier is $ZORVEL_BUNDLE_ID, else "com.zorvel.cli";
@@ -36,6 +40,13 @@ class LinuxPlatform : public Platform {
   void run();
   void runFor(double seconds);
   void quit();
+  // Stops listening for notifications and watching files, removing what
+  // that left in the device folder; run at exit.
+  void shutdown();
+
+  // Quiet time after the last write of a burst before the address book's
+  // change signal is delivered.
+  static constexpr double kAddressBookSettle = 0.2;
 
   std::string path(std::string_view absolute) const override;
   std::string root() const override;

@@ -1,0 +1,183 @@
+// `zorvel area` and `zorvel areadb` as a user runs them: answers that say
+// when they cannot be given, and output that lands where it is told to.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "cli_runner.h"
+#include "support/sim_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kSample = ZV_BINARY_DIR "/sample-device";
+const std::string kChina = kSample + "/Library/Zorvel/Area/China";
+
+std::vector<std::string> lines(const std::string& text) {
+  std::vector<std::string> out;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) out.push_back(line);
+  return out;
+}
+
+class AreaCliTest : public ::testing::Test {
+ protected:
+  // A device root holding a copy of the sample's area database.
+  void SetUp() override {
+    ASSERT_TRUE(fs::exists(kChina)) << "the sample device was not built";
+    fs::create_directories(root_ + "/Library/Zorvel/Area");
+    fs::copy_file(kChina, db());
+  }
+  std::string db() const { return root_ + "/Library/Zorvel/Area/China"; }
+  std::string area(const std::string& args) {
+    return "area --root '" + root_ + "' " + args;
+  }
+
+  TempRoot temp_;
+  const std::string& root_ = temp_.path();
+};
+
+TEST_F(AreaCliTest, JsonGivesFieldsAndAnErrorObjectPerBadLine) {
+  auto r = runZorvel(area("--json"), "138\n\xff\n13800138000\n");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err,
+            "zorvel: line 2: not valid UTF-8\n"
+            "zorvel: 1 number not answered\n");
+  auto out = lines(r.out);
+  ASSERT_EQ(out.size(), 3u) << r.out;
+  auto bad = nlohmann::json::parse(out[1]);
+  EXPECT_EQ(bad["error"], "not valid UTF-8");
+  EXPECT_EQ(bad["number"], "\xEF\xBF\xBD");
+  auto good = nlohmann::json::parse(out[2]);
+  EXPECT_EQ(good["number"], "13800138000");
+  EXPECT_EQ(good["area"], "北京市 中国移动");
+  EXPECT_EQ(good["location"], "北京市");
+  EXPECT_EQ(good["type"], "中国移动");
+  // A prefix that only tells the carrier has no location.
+  auto carrier = nlohmann::json::parse(out[0]);
+  EXPECT_TRUE(carrier["location"].is_null());
+  EXPECT_EQ(carrier["type"], "中国移动");
+}
+
+TEST_F(AreaCliTest, TsvEchoesTheNumberAndPlainKeepsLinesAligned) {
+  auto r = runZorvel(area("--tsv 13800138000 010 999"));
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out,
+            "13800138000\t北京市 中国移动\t北京市\t中国移动\n"
+            "010\t北京市 固话\t北京市\t固话\n"
+            "999\t\t\t\n");
+  r = runZorvel(area(""), "\xff\xfe\n010\n");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out, "\n北京市 固话\n");
+  EXPECT_EQ(runZorvel(area("--json --tsv 1")).status, 2);
+}
+
+TEST_F(AreaCliTest, MissingOrDamagedDefaultDatabaseIsAnError) {
+  // Truncated: the header loads, the tables are cut off.
+  fs::resize_file(db(), 4096);
+  auto r = runZorvel(area("13800138000"));
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out, "");
+  EXPECT_EQ(r.err, "zorvel: not a valid area database: " + db() + "\n");
+  fs::remove(db());
+  r = runZorvel(area("13800138000"));
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "zorvel: no area database at " + db() + "\n");
+}
+
+TEST_F(AreaCliTest, UnparsableSettingsAreSaidAndDefaultsUsed) {
+  const std::string prefs = root_ + "/var/mobile/Library/Preferences/";
+  fs::create_directories(prefs);
+  std::ofstream(prefs + "zorvel.plist") << "<plist><dict>";
+  std::ofstream(prefs + "zorvel.area.plist") << "\x01";
+  auto r = runZorvel(area("010"));
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "北京市 固话\n");
+  EXPECT_EQ(r.err, "zorvel: settings file " + prefs +
+                       "zorvel.plist does not parse; using defaults\n"
+                       "zorvel: area overrides file " +
+                       prefs +
+                       "zorvel.area.plist does not parse; using "
+                       "defaults\n");
+}
+
+TEST_F(AreaCliTest, RunsLeaveNoNotificationSocketBehind) {
+  ASSERT_EQ(runZorvel(area("010")).status, 0);
+  const std::string folder = root_ + "/var/run/zorvel/notify";
+  EXPECT_TRUE(!fs::exists(folder) || fs::is_empty(folder));
+}
+
+TEST_F(AreaCliTest, WriteErrorsEndTheCommandWithOneLine) {
+  auto r = runShell("'" + zorvelBinary() + "' " + area("010") + " >/dev/full");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "zorvel: cannot write output: No space left on device\n");
+  // A reader that goes away: a closed pipe is reported, not a silent death.
+  r = runShell("'" + zorvelBinary() + "' areadb dump '" + kChina +
+               "' | head -c 1 >/dev/null");
+  EXPECT_NE(r.err.find("zorvel: cannot write output: Broken pipe"),
+            std::string::npos)
+      << r.err;
+}
+
+TEST_F(AreaCliTest, OutputOptionReplacesOnlyRegularFiles) {
+  // A device is written in place and stays a device.
+  auto r = runZorvel("areadb dump '" + db() + "' -o /dev/null");
+  EXPECT_EQ(r.status, 0) << r.err;
+  struct stat st;
+  ASSERT_EQ(::stat("/dev/null", &st), 0);
+  EXPECT_TRUE(S_ISCHR(st.st_mode));
+
+  // A symbolic link: its target gets the text, the link stays a link.
+  const std::string target = root_ + "/target.txt", link = root_ + "/link";
+  std::ofstream(target) << "old";
+  fs::permissions(target, fs::perms(0640));
+  fs::create_symlink("target.txt", link);
+  r = runZorvel("areadb dump '" + db() + "' -o '" + link + "'");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_GT(fs::file_size(target), 1000u);
+  EXPECT_EQ(fs::status(target).permissions() & fs::perms::all, fs::perms(0640));
+
+  // "-" is standard output; a folder is refused and left alone.
+  r = runZorvel("areadb dump '" + db() + "' -o -");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out.rfind("@version", 0), 0u);
+  r = runZorvel("areadb dump '" + db() + "' -o '" + root_ + "'");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.errLines(), 1u);
+
+  // A build that fails leaves the existing file as it was and no
+  // temporary file beside it.
+  std::ofstream(root_ + "/bad.txt") << "not a source\n";
+  r = runZorvel("areadb build '" + root_ + "/bad.txt' -o '" + target + "'");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_GT(fs::file_size(target), 1000u);
+  size_t files = 0;
+  for (auto& e : fs::directory_iterator(root_))
+    files += !e.is_symlink() && e.is_regular_file();
+  EXPECT_EQ(files, 2u);  // target.txt and bad.txt
+}
+
+TEST(ZorvelCliTest, ConventionsOfTheCommandLine) {
+  auto r = runZorvel("--version");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "zorvel 1.0.0 alpha7\n");
+  for (const char* args :
+       {"", "nosuch", "area --bogus", "areadb build", "search",
+        "phone --root '" ZV_BINARY_DIR "/sample-device' --screen 9 call",
+        "phone --root '" ZV_BINARY_DIR "/sample-device' jump"}) {
+    r = runZorvel(args);
+    EXPECT_EQ(r.status, 2) << args;
+    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
+    EXPECT_EQ(r.err.rfind("zorvel: ", 0), 0u) << args;
+  }
+}
+
+}  // namespace
+}  // namespace zv::testing

@@ -1,0 +1,64 @@
+// Runs a built program through the shell and collects what it did: exit
+// status, standard output and standard error. The program must exist: a
+// missing binary fails the test rather than skipping it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace zv::testing {
+
+struct CliResult {
+  int status = -1;  // exit status; -1 when ended by a signal
+  std::string out, err;
+  // Lines of standard error.
+  size_t errLines() const {
+    return static_cast<size_t>(std::count(err.begin(), err.end(), '\n'));
+  }
+};
+
+inline const std::string& zorvelBinary() {
+  static const std::string path = ZV_BINARY_DIR "/zorvel";
+  return path;
+}
+
+// Runs `command` (a shell command line) with `input` on standard input.
+inline CliResult runShell(const std::string& command,
+                          const std::string& input = "") {
+  namespace fs = std::filesystem;
+  static int counter = 0;
+  const std::string base =
+      fs::temp_directory_path() /
+      ("zvcli." + std::to_string(::getpid()) + "." + std::to_string(counter++));
+  std::ofstream(base + ".in", std::ios::binary) << input;
+  const std::string full = "(" + command + ") <'" + base + ".in' >'" + base +
+                           ".out' 2>'" + base + ".err'";
+  int status = std::system(full.c_str());
+  CliResult r;
+  r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  for (auto [suffix, text] : {std::pair{".out", &r.out}, {".err", &r.err}}) {
+    std::ifstream in(base + suffix, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    *text = ss.str();
+    fs::remove(base + suffix);
+  }
+  fs::remove(base + ".in");
+  return r;
+}
+
+// Runs `zorvel ARGS` (the args already quoted for the shell).
+inline CliResult runZorvel(const std::string& args,
+                           const std::string& input = "") {
+  EXPECT_TRUE(std::filesystem::exists(zorvelBinary()))
+      << "the zorvel program was not built";
+  return runShell("'" + zorvelBinary() + "' " + args, input);
+}
+
+}  // namespace zv::testing

@@ -1,0 +1,146 @@
+// `zorvel device create` as a newcomer uses it: the device it writes is
+// ready for the keypad search, and writing a device again over an old one
+// leaves nothing of the old contacts to be found.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "cli_runner.h"
+#include "platform/plist.h"
+#include "platform/db/platform_schema.h"
+#include "support/sim_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DeviceCliTest : public ::testing::Test {
+ protected:
+  std::string dir() const { return temp_.path() + "/device"; }
+  CliResult create(const std::string& args) {
+    return runZorvel("device create '" + dir() + "' " + args);
+  }
+  // Count of the search for all contact numbers ("**").
+  int allNumbers() {
+    auto r = runZorvel("search --json --root '" + dir() + "' '**'");
+    EXPECT_EQ(r.status, 0) << r.err;
+    return nlohmann::json::parse(r.out)["count"].get<int>();
+  }
+  int sqlCount(const char* devicePath, const char* sql) {
+    sqlite3* db = nullptr;
+    int n = -1;
+    if (sqlite3_open((dir() + devicePath).c_str(), &db) == SQLITE_OK)
+      sqlite3_exec(
+          db, sql,
+          [](void* out, int, char** v, char**) {
+            *static_cast<int*>(out) = std::atoi(v[0]);
+            return 0;
+          },
+          &n, nullptr);
+    sqlite3_close(db);
+    return n;
+  }
+
+  TempRoot temp_;
+};
+
+TEST_F(DeviceCliTest, NewDeviceIsReadyForTheKeypad) {
+  auto r = create("--contacts 20 --calls 10");
+  ASSERT_EQ(r.status, 0) << r.err;
+  auto flags = plist::readDictionary(
+      dir() + "/var/mobile/Library/Preferences/zorvel.keypad.plist");
+  ASSERT_TRUE(flags.has_value());
+  EXPECT_TRUE((*flags)["EnableSearch"].boolValue());
+  // zvtool is installed and its backup triggers are in place.
+  EXPECT_TRUE(fs::is_regular_file(dir() + "/Library/Zorvel/zvtool"));
+  EXPECT_EQ(sqlCount(platform_schema::kCallHistoryStorePath,
+                     "SELECT COUNT(*) FROM sqlite_master WHERE name LIKE "
+                     "'zvtool_backup_%'"),
+            1);
+  EXPECT_TRUE(fs::is_regular_file(dir() + "/Library/Zorvel/Area/China"));
+  // The README's first command works on it.
+  r = runZorvel("phone --json --root '" + dir() + "' type:2");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("\"counter\""), std::string::npos) << r.out;
+}
+
+TEST_F(DeviceCliTest, RefusesAFolderInUseUnlessForcedAndForgetsTheOldContacts) {
+  ASSERT_EQ(create("--contacts 40 --calls 0").status, 0);
+  const int before = allNumbers();  // also writes the contacts cache
+  ASSERT_GT(before, 0);
+  ASSERT_TRUE(fs::exists(dir() + "/Library/Zorvel/persons"));
+
+  auto r = create("--contacts 3 --calls 0");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.errLines(), 1u) << r.err;
+
+  ASSERT_EQ(create("--contacts 3 --calls 0 --seed 7 --force").status, 0);
+  const int after = sqlCount(platform_schema::kAddressBookPath,
+                             "SELECT COUNT(*) FROM ABMultiValue WHERE "
+                             "property=3");
+  EXPECT_EQ(allNumbers(), after);
+  EXPECT_LT(after, before);
+}
+
+TEST_F(DeviceCliTest, ContactsDeletedWithAnotherToolAreNotShown) {
+  ASSERT_EQ(create("--contacts 10 --calls 0").status, 0);
+  const int before = allNumbers();
+  sqlite3* db = nullptr;
+  ASSERT_EQ(
+      sqlite3_open((dir() + platform_schema::kAddressBookPath).c_str(), &db),
+      SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db,
+                         "DELETE FROM ABMultiValue WHERE record_id = (SELECT "
+                         "MAX(record_id) FROM ABMultiValue)",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  const int removed = sqlite3_changes(db);
+  sqlite3_close(db);
+  ASSERT_GT(removed, 0);
+  EXPECT_EQ(allNumbers(), before - removed);
+}
+
+}  // namespace
+}  // namespace zv::testing
+
+namespace zv::testing {
+namespace {
+
+TEST_F(DeviceCliTest, SearchSaysWhichFileItCannotRead) {
+  ASSERT_EQ(create("--contacts 5 --calls 0").status, 0);
+  const std::string search = "search --root '" + dir() + "' 2";
+  // A missing reading table only costs the readings: said, then answered.
+  fs::remove(dir() + "/Library/Zorvel/Table/PinYin.txt");
+  auto r = runZorvel(search);
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.err, "zorvel: no reading table at " + dir() +
+                       "/Library/Zorvel/Table/PinYin.txt; names are matched "
+                       "without their readings\n");
+  // Settings and flags that do not parse are said too.
+  std::ofstream(dir() + "/var/mobile/Library/Preferences/zorvel.keypad.plist")
+      << "garbage";
+  r = runZorvel(search);
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.err.find("keypad flags file"), std::string::npos) << r.err;
+  // No address book, or one that is not a database: no answer at all.
+  const std::string book = dir() + platform_schema::kAddressBookPath;
+  std::ofstream(book, std::ios::trunc) << std::string(4096, 'x');
+  r = runZorvel(search);
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out, "");
+  EXPECT_NE(r.err.find("zorvel: cannot read the address book " + book),
+            std::string::npos)
+      << r.err;
+  fs::remove(book);
+  r = runZorvel(search);
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("zorvel: no address book at " + book + "\n"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace zv::testing

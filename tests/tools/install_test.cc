@@ -1,0 +1,36 @@
+// The install rules: an installed tree holds the programs, the libraries
+// and the data, and its zorvel runs from there and makes a working device.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "cli_runner.h"
+#include "support/sim_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(InstallTest, InstalledTreeRunsOnItsOwn) {
+  TempRoot temp;
+  const std::string prefix = temp.path() + "/prefix";
+  auto r =
+      runShell("cmake --install '" ZV_BINARY_DIR "' --prefix '" + prefix + "'");
+  ASSERT_EQ(r.status, 0) << r.err;
+  for (const char* file : {"bin/zorvel", "bin/zvtool", "lib/libzorvel.so",
+                           "lib/libzvplatform.so", "share/zorvel/PinYin.txt",
+                           "share/zorvel/China", "share/zorvel/zorvel.plist"})
+    EXPECT_TRUE(fs::is_regular_file(prefix + "/" + file)) << file;
+  // The installed program finds its library and its zvtool by itself.
+  r = runShell("env -u LD_LIBRARY_PATH '" + prefix + "/bin/zorvel' --version");
+  EXPECT_EQ(r.status, 0) << r.err;
+  const std::string device = temp.path() + "/device";
+  r = runShell("'" + prefix + "/bin/zorvel' device create '" + device +
+               "' --contacts 3 --calls 3");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_TRUE(fs::is_regular_file(device + "/Library/Zorvel/zvtool"));
+}
+
+}  // namespace
+}  // namespace zv::testing
