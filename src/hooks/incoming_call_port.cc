@@ -1,5 +1,6 @@
 #include "hooks/incoming_call_port.h"
 
+#include "hostsdk/incallservice.h"
 #include "hostsdk/telephony.h"
 #include "platform/platform.h"
 #include "platform/telephony/core_telephony.h"
