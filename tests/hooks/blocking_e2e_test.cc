@@ -31,14 +31,14 @@ class BlockingE2ETest : public World,
 
   // Starts the call-screen host of the generation with `settings` (plus
   // EnableBlacklist on unless given) and lets its start-up settle.
-  platform::SimProcess& startHost(Dict settings,
-                                  hosts::ExtensionEntry ext = ZorvelInitializer) {
+  platform::SimProcess& startHost(
+      Dict settings, hosts::ExtensionEntry ext = ZorvelInitializer) {
     if (!settings.count("EnableBlacklist"))
       settings["EnableBlacklist"] = Value(true);
     writeSettings(settings);
-    auto& p = start(sevenX() ? hosts::springboardHost()
-                             : hosts::inCallServiceHost(),
-                    GetParam(), "4.7", ext);
+    auto& p =
+        start(sevenX() ? hosts::springboardHost() : hosts::inCallServiceHost(),
+              GetParam(), "4.7", ext);
     process_ = &p;
     advance(60);
     world_.clearEvents();
@@ -137,8 +137,8 @@ TEST_P(BlockingE2ETest, BlacklistModeWithAreaWordAndNumberPrefix) {
   startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockArea", "深圳 1860"}});
   writeList(C::kBlacklistPath, {"10010"});
   EXPECT_TRUE(blocked("10010"));
-  EXPECT_TRUE(blocked(kShenzhen));   // its area holds 深圳
-  EXPECT_TRUE(blocked(kBeijing));    // it starts with 1860
+  EXPECT_TRUE(blocked(kShenzhen));  // its area holds 深圳
+  EXPECT_TRUE(blocked(kBeijing));   // it starts with 1860
   EXPECT_FALSE(blocked(kChangzhou));
   // Starts with the prefix, but no area is known for it.
   EXPECT_FALSE(blocked("1860"));
@@ -186,8 +186,9 @@ TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {
   auto made = details("soundCreate");
   ASSERT_EQ(made.size(), 1u);
   EXPECT_EQ(made[0].substr(made[0].find(' ') + 1), C::kBlockSoundPath);
-  EXPECT_EQ(details("sound"),
-            (std::vector<std::string>{"4095", made[0].substr(0, made[0].find(' '))}));
+  EXPECT_EQ(
+      details("sound"),
+      (std::vector<std::string>{"4095", made[0].substr(0, made[0].find(' '))}));
   advance(10);
   EXPECT_EQ(events("sound").size(), 2u);
 }
@@ -250,11 +251,12 @@ TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
         });
   });
   EXPECT_FALSE(blocked(kShenzhen));
-  const std::string screen = sevenX() ? "MPIncomingPhoneCallController initWithCall:"
-                                      : "PHInCallRootViewControllerActual initWithNibName:bundle:";
-  EXPECT_EQ(details("log"), (std::vector<std::string>{
-                                "ZVException: " + screen +
-                                " NSGenericException no number"}));
+  const std::string screen =
+      sevenX() ? "MPIncomingPhoneCallController initWithCall:"
+               : "PHInCallRootViewControllerActual initWithNibName:bundle:";
+  EXPECT_EQ(details("log"),
+            (std::vector<std::string>{"ZVException: " + screen +
+                                      " NSGenericException no number"}));
   EXPECT_TRUE(events("alert").empty());
   // Switched off for the life of the process: the hooks pass through.
   EXPECT_FALSE(blocked(kShenzhen));
@@ -262,8 +264,7 @@ TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Generations, BlockingE2ETest,
-                         ::testing::Values("7.1", "8.1"),
-                         [](const auto& info) {
+                         ::testing::Values("7.1", "8.1"), [](const auto& info) {
                            return std::string(info.param) == "7.1" ? "Seven"
                                                                    : "Eight";
                          });

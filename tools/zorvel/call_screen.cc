@@ -25,21 +25,23 @@ std::map<std::string, std::string> soundFiles(
 // person does not notice (notification posts, sounds being made).
 ordered_json effectOf(const platform::SimEvent& e,
                       const std::map<std::string, std::string>& files) {
-  if (e.kind == "disconnect") return {{"type", "disconnect"}, {"number", e.detail}};
+  if (e.kind == "disconnect")
+    return {{"type", "disconnect"}, {"number", e.detail}};
   if (e.kind == "disconnectAll") return {{"type", "disconnectAll"}};
   if (e.kind == "sound") {
     ordered_json s{{"type", "sound"}, {"id", std::stoul(e.detail)}};
     if (auto f = files.find(e.detail); f != files.end()) s["file"] = f->second;
     return s;
   }
-  if (e.kind == "vibrate") return {{"type", "vibration"}, {"pattern", e.detail}};
+  if (e.kind == "vibrate")
+    return {{"type", "vibration"}, {"pattern", e.detail}};
   if (e.kind == "log") return {{"type", "log"}, {"line", e.detail}};
   if (e.kind == "alert") return {{"type", "alert"}, {"text", e.detail}};
   if (e.kind == "bulletin") {
     auto bar = e.detail.find(" | ");
     return {{"type", "bulletin"},
-            {"title", bar == std::string::npos ? e.detail
-                                               : e.detail.substr(bar + 3)}};
+            {"title",
+             bar == std::string::npos ? e.detail : e.detail.substr(bar + 3)}};
   }
   return nullptr;
 }
@@ -95,8 +97,8 @@ ordered_json CallScreen::capture() {
 std::string CallScreen::render(const ordered_json& s) {
   std::ostringstream out;
   for (const auto& c : s["calls"]) {
-    out << "  call " << (c["number"].is_null() ? "(hidden)"
-                                               : c["number"].get<std::string>())
+    out << "  call "
+        << (c["number"].is_null() ? "(hidden)" : c["number"].get<std::string>())
         << ": " << c["direction"].get<std::string>() << ", "
         << c["status"].get<std::string>();
     if (c["blocked"].get<bool>()) out << ", blocked";
@@ -110,7 +112,8 @@ std::string CallScreen::render(const ordered_json& s) {
     out << "  screen: " << sc["name"].get<std::string>();
     if (sc.contains("companyName"))
       out << " / " << sc["companyName"].get<std::string>();
-    if (sc.contains("label")) out << " (" << sc["label"].get<std::string>() << ")";
+    if (sc.contains("label"))
+      out << " (" << sc["label"].get<std::string>() << ")";
     out << "\n";
   }
   for (const auto& e : s["effects"]) {
@@ -118,7 +121,8 @@ std::string CallScreen::render(const ordered_json& s) {
     out << "  " << type;
     for (const auto& [key, value] : e.items()) {
       if (key == "type") continue;
-      out << " " << (value.is_string() ? value.get<std::string>() : value.dump());
+      out << " "
+          << (value.is_string() ? value.get<std::string>() : value.dump());
     }
     out << "\n";
   }

@@ -41,16 +41,15 @@ platform::DeviceFacts deviceFor(const CallOptions& o) {
                        2);
   auto facts = platform::simulatedDevice(o.os, o.screen);
   if (!facts)
-    throw CommandError("unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)",
-                       2);
+    throw CommandError(
+        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
   return *facts;
 }
 
 // The newest call of the device in one of `statuses`, incoming or outgoing
 // as asked (either when nullopt).
 std::optional<platform::CallId> newestCall(
-    platform::SimTelephony& telephony,
-    std::initializer_list<int32_t> statuses,
+    platform::SimTelephony& telephony, std::initializer_list<int32_t> statuses,
     std::optional<bool> outgoing = std::nullopt) {
   auto calls = telephony.calls();
   for (auto it = calls.rbegin(); it != calls.rend(); ++it) {

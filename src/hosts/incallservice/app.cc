@@ -39,9 +39,8 @@ void registerInCallServiceClasses() {
              [](const rt::Id& s, std::optional<std::string>, rt::Id) {
                auto& r = self<RingtoneController>(s);
                r.playing = true;
-               auto info = platform::callInfo(
-                   rt::send(platform::callCenter(),
-                            sdk::TUCallCenter::incomingCall));
+               auto info = platform::callInfo(rt::send(
+                   platform::callCenter(), sdk::TUCallCenter::incomingCall));
                r.call = info ? info->id : 0;
              });
   rt::define(Ringtone::stopRingtone, [](const rt::Id& s) {
@@ -65,10 +64,11 @@ void registerInCallServiceClasses() {
 
 HostDefinition inCallServiceHost() {
   return HostDefinition{
-      "com.apple.InCallService", [] { registerInCallServiceClasses(); }, [] {
+      "com.apple.InCallService", [] { registerInCallServiceClasses(); },
+      [] {
         return std::static_pointer_cast<ui::UIApplication>(
-            std::dynamic_pointer_cast<InCallServiceApplication>(rt::alloc(
-                rt::getClass(InCallServiceApplication::kClassName))));
+            std::dynamic_pointer_cast<InCallServiceApplication>(
+                rt::alloc(rt::getClass(InCallServiceApplication::kClassName))));
       }};
 }
 
@@ -98,8 +98,7 @@ void InCallServiceApplication::didFinishLaunching() {
       [this](const rt::Id& call) { callChanged(call); });
 }
 
-std::optional<CallScreenLabels> InCallServiceApplication::screenLabels()
-    const {
+std::optional<CallScreenLabels> InCallServiceApplication::screenLabels() const {
   auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_);
   if (!root || !root->isViewLoaded()) return std::nullopt;
   CallScreenLabels labels;
@@ -112,8 +111,9 @@ std::optional<CallScreenLabels> InCallServiceApplication::screenLabels()
 void InCallServiceApplication::callChanged(const rt::Id& call) {
   auto info = platform::callInfo(call);
   if (!info) return;
-  auto it = std::find_if(calls_.begin(), calls_.end(),
-                         [&](const ScreenedCall& c) { return c.id == info->id; });
+  auto it =
+      std::find_if(calls_.begin(), calls_.end(),
+                   [&](const ScreenedCall& c) { return c.id == info->id; });
   const bool isNew = it == calls_.end();
   if (isNew) {
     ScreenedCall record;
@@ -136,8 +136,8 @@ void InCallServiceApplication::callChanged(const rt::Id& call) {
       ringtone_->call == info->id)
     rt::send(rt::Id(ringtone_), Ringtone::stopRingtone);
   // The screen goes with the last call.
-  const bool anyLive = std::any_of(
-      calls_.begin(), calls_.end(), [](const ScreenedCall& c) {
+  const bool anyLive =
+      std::any_of(calls_.begin(), calls_.end(), [](const ScreenedCall& c) {
         return c.status != platform::kCallEnding &&
                c.status != platform::kCallEnded;
       });
@@ -152,9 +152,9 @@ void InCallServiceApplication::callChanged(const rt::Id& call) {
 
 void InCallServiceApplication::showScreen(const rt::Id& call,
                                           ScreenedCall& record) {
-  rt::Id made = rt::make(rt::getClass(Actual::kName),
-                         Root::initWithNibNameBundle,
-                         std::optional<std::string>(), rt::Id());
+  rt::Id made =
+      rt::make(rt::getClass(Actual::kName), Root::initWithNibNameBundle,
+               std::optional<std::string>(), rt::Id());
   screen_ = made;
   auto root = std::dynamic_pointer_cast<InCallRootViewController>(made);
   if (!root) {
@@ -169,9 +169,11 @@ void InCallServiceApplication::showScreen(const rt::Id& call,
 }
 
 void InCallServiceApplication::ring(ScreenedCall& record) {
-  rt::send(rt::Id(ringtone_), Ringtone::playRingtoneWithIdentifierVibrationPattern,
+  rt::send(rt::Id(ringtone_),
+           Ringtone::playRingtoneWithIdentifierVibrationPattern,
            std::optional<std::string>(), rt::Id());
-  if (ringtone_->playing && ringtone_->call == record.id) record.ringtone = true;
+  if (ringtone_->playing && ringtone_->call == record.id)
+    record.ringtone = true;
 }
 
 void InCallServiceApplication::updateScreen() {

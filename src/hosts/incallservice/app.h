@@ -28,8 +28,7 @@ HostDefinition inCallServiceHost();
 class InCallRootViewController : public ui::UIViewController {
  public:
   static constexpr const char* kClassName = "PHInCallRootViewControllerActual";
-  explicit InCallRootViewController(rt::Class* isa)
-      : ui::UIViewController(isa) {}
+  explicit InCallRootViewController(rt::Class* isa) : ui::UIViewController(isa) {}
   std::shared_ptr<ui::UILabel> nameLabel, statusLabel;
   rt::Id call;  // the call it was made for
   bool appeared = false;
@@ -47,12 +46,10 @@ class RingtoneController : public rt::Object {
   platform::CallId call = 0;
 };
 
-class InCallServiceApplication : public ui::UIApplication,
-                                 public CallScreenHost {
+class InCallServiceApplication : public ui::UIApplication, public CallScreenHost {
  public:
   static constexpr const char* kClassName = "InCallServiceApplication";
-  explicit InCallServiceApplication(rt::Class* isa)
-      : ui::UIApplication(isa) {}
+  explicit InCallServiceApplication(rt::Class* isa) : ui::UIApplication(isa) {}
   ~InCallServiceApplication() override;
 
   static std::shared_ptr<InCallServiceApplication> shared();
@@ -60,17 +57,13 @@ class InCallServiceApplication : public ui::UIApplication,
   // What the service shows: its call screen, or what stands in its place;
   // null when no call screen is up.
   const rt::Id& screen() const { return screen_; }
-  const std::shared_ptr<RingtoneController>& ringtone() const {
-    return ringtone_;
-  }
+  const std::shared_ptr<RingtoneController>& ringtone() const { return ringtone_; }
   bool locked() const { return locked_; }
   // PHInCallUtilities' sharedInstance.
   const rt::Id& utilities() const { return utilities_; }
 
   // CallScreenHost
-  const std::vector<ScreenedCall>& screenedCalls() const override {
-    return calls_;
-  }
+  const std::vector<ScreenedCall>& screenedCalls() const override { return calls_; }
   std::optional<CallScreenLabels> screenLabels() const override;
   void setLocked(bool locked) override { locked_ = locked; }
 

@@ -13,13 +13,13 @@ struct PersonNames {
 };
 
 std::optional<PersonNames> readPerson(int64_t recordId) {
-  sql::Database db(
-      platform::current().path(platform_schema::kAddressBookPath));
+  sql::Database db(platform::current().path(platform_schema::kAddressBookPath));
   sql::Statement st(
       db, "SELECT First, Last, Organization FROM ABPerson WHERE ROWID = ?");
   st.bind(1, recordId);
   if (!st.step()) return std::nullopt;
-  return PersonNames{st.text(0).value_or(""), st.text(1).value_or(""), st.text(2).value_or("")};
+  return PersonNames{st.text(0).value_or(""), st.text(1).value_or(""),
+                     st.text(2).value_or("")};
 }
 
 }  // namespace

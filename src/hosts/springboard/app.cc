@@ -27,7 +27,8 @@ void registerSpringBoardClasses() {
 
 HostDefinition springboardHost() {
   return HostDefinition{
-      "com.apple.springboard", [] { registerSpringBoardClasses(); }, [] {
+      "com.apple.springboard", [] { registerSpringBoardClasses(); },
+      [] {
         return std::static_pointer_cast<ui::UIApplication>(
             std::dynamic_pointer_cast<SpringBoardApplication>(
                 rt::alloc(rt::getClass(sdk::SpringBoard::kName))));
@@ -38,8 +39,7 @@ std::shared_ptr<SpringBoardApplication> SpringBoardApplication::shared() {
   return ui::sharedApplication<SpringBoardApplication>();
 }
 
-const std::vector<ScreenedCall>& SpringBoardApplication::screenedCalls()
-    const {
+const std::vector<ScreenedCall>& SpringBoardApplication::screenedCalls() const {
   static const std::vector<ScreenedCall> none;
   return incoming_ ? incoming_->screenedCalls() : none;
 }

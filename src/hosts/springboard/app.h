@@ -18,8 +18,7 @@ namespace zv::hosts {
 
 HostDefinition springboardHost();
 
-class SpringBoardApplication : public ui::UIApplication,
-                               public CallScreenHost {
+class SpringBoardApplication : public ui::UIApplication, public CallScreenHost {
  public:
   static constexpr const char* kClassName = "SpringBoard";
   explicit SpringBoardApplication(rt::Class* isa) : ui::UIApplication(isa) {}

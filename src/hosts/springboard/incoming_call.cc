@@ -94,8 +94,9 @@ std::optional<CallScreenLabels> IncomingCallScreens::screenLabels() const {
 void IncomingCallScreens::callChanged(const rt::Id& call) {
   auto info = platform::callInfo(call);
   if (!info) return;
-  auto it = std::find_if(calls_.begin(), calls_.end(),
-                         [&](const ScreenedCall& c) { return c.id == info->id; });
+  auto it =
+      std::find_if(calls_.begin(), calls_.end(),
+                   [&](const ScreenedCall& c) { return c.id == info->id; });
   if (it == calls_.end()) {
     ScreenedCall record;
     record.id = info->id;
@@ -104,8 +105,7 @@ void IncomingCallScreens::callChanged(const rt::Id& call) {
     record.status = info->status;
     calls_.push_back(record);
     it = calls_.end() - 1;
-    if (info->status == platform::kCallRinging && !info->isOutgoing &&
-        !screen_)
+    if (info->status == platform::kCallRinging && !info->isOutgoing && !screen_)
       present(call, *info, *it);
     return;
   }
@@ -120,8 +120,8 @@ void IncomingCallScreens::present(const rt::Id& call,
                                   ScreenedCall& record) {
   // A call before the bundle's time loads it now.
   registerIncomingCallClass();
-  rt::Id made = rt::make(rt::getClass(Screen::kName), Screen::initWithCall,
-                         call);
+  rt::Id made =
+      rt::make(rt::getClass(Screen::kName), Screen::initWithCall, call);
   auto screen = std::dynamic_pointer_cast<IncomingCallController>(made);
   if (!screen) {
     record.screenBlocked = true;

@@ -62,8 +62,7 @@ class IncomingCallScreens {
 
  private:
   void callChanged(const rt::Id& call);
-  void present(const rt::Id& call, const platform::CallInfo& info,
-               ScreenedCall& record);
+  void present(const rt::Id& call, const platform::CallInfo& info, ScreenedCall& record);
   void dismiss();
 
   std::vector<ScreenedCall> calls_;
