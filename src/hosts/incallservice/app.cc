@@ -18,6 +18,8 @@ using Utilities = sdk::PHInCallUtilities;
 using ui::self;
 
 void registerInCallServiceClasses() {
+  // The platform's telephony classes, which the call screens talk to.
+  platform::registerTelephonyClasses(rt::runtime());
   rt::registerClass<InCallServiceApplication>(
       InCallServiceApplication::kClassName, "UIApplication");
   rt::registerClass(Root::kName, "UIViewController");

@@ -2,6 +2,7 @@
 
 #include "hostsdk/springboard.h"
 #include "platform/platform.h"
+#include "platform/telephony/call_objects.h"
 
 namespace zv::hosts {
 namespace {
@@ -9,6 +10,8 @@ namespace {
 using ui::self;
 
 void registerSpringBoardClasses() {
+  // The platform's telephony classes, which the call screens talk to.
+  platform::registerTelephonyClasses(rt::runtime());
   rt::registerClass<SpringBoardApplication>(sdk::SpringBoard::kName,
                                             "UIApplication");
   // The user agent answers for the running springboard.
