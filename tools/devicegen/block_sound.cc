@@ -1,4 +1,4 @@
-#include "tools/devicegen/block_sound.h"
+#include "devicegen/block_sound.h"
 
 #include <cmath>
 #include <cstdint>
