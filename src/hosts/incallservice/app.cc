@@ -83,10 +83,6 @@ std::shared_ptr<ui::UIView> InCallRootViewController::loadView() {
   return view;
 }
 
-InCallServiceApplication::~InCallServiceApplication() {
-  if (observing_) platform::removeCallStatusObserver(token_);
-}
-
 std::shared_ptr<InCallServiceApplication> InCallServiceApplication::shared() {
   return ui::sharedApplication<InCallServiceApplication>();
 }
@@ -95,9 +91,13 @@ void InCallServiceApplication::didFinishLaunching() {
   ringtone_ = std::dynamic_pointer_cast<RingtoneController>(
       rt::alloc(rt::getClass(Ringtone::kName)));
   utilities_ = rt::create(rt::getClass(Utilities::kName));
-  observing_ = true;
-  token_ = platform::observeCallStatus(
-      [this](const rt::Id& call) { callChanged(call); });
+  // The observer goes with the process; it must not keep the app alive.
+  std::weak_ptr<rt::Object> weak = weak_from_this();
+  platform::observeCallStatus([weak](const rt::Id& call) {
+    if (auto app =
+            std::static_pointer_cast<InCallServiceApplication>(weak.lock()))
+      app->callChanged(call);
+  });
 }
 
 std::optional<CallScreenLabels> InCallServiceApplication::screenLabels() const {

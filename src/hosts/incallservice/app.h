@@ -50,7 +50,6 @@ class InCallServiceApplication : public ui::UIApplication, public CallScreenHost
  public:
   static constexpr const char* kClassName = "InCallServiceApplication";
   explicit InCallServiceApplication(rt::Class* isa) : ui::UIApplication(isa) {}
-  ~InCallServiceApplication() override;
 
   static std::shared_ptr<InCallServiceApplication> shared();
 
@@ -79,8 +78,6 @@ class InCallServiceApplication : public ui::UIApplication, public CallScreenHost
   rt::Id screen_;
   std::shared_ptr<RingtoneController> ringtone_;
   rt::Id utilities_;
-  platform::CallObserverToken token_ = 0;
-  bool observing_ = false;
   bool locked_ = false;
 };
 

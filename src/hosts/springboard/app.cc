@@ -58,6 +58,12 @@ void SpringBoardApplication::didFinishLaunching() {
   if (std::stod(version) < 8.0) {
     incoming_ = std::make_unique<IncomingCallScreens>();
     incoming_->start();
+    // The observer goes with the process; it must not keep the app alive.
+    std::weak_ptr<rt::Object> weak = weak_from_this();
+    platform::observeCallStatus([weak](const rt::Id& call) {
+      auto app = std::static_pointer_cast<SpringBoardApplication>(weak.lock());
+      if (app && app->incoming_) app->incoming_->callChanged(call);
+    });
   }
 }
 

@@ -72,14 +72,7 @@ void registerIncomingCallClass() {
   rt::define(Screen::shouldCenterText, [](const rt::Id&) { return true; });
 }
 
-IncomingCallScreens::~IncomingCallScreens() {
-  if (started_) platform::removeCallStatusObserver(token_);
-}
-
 void IncomingCallScreens::start() {
-  started_ = true;
-  token_ = platform::observeCallStatus(
-      [this](const rt::Id& call) { callChanged(call); });
   platform::current().performAfterDelay(this, "loadIncomingCallBundle",
                                         kIncomingCallClassDelay,
                                         [] { registerIncomingCallClass(); });

@@ -48,12 +48,13 @@ void registerIncomingCallClass();
 class IncomingCallScreens {
  public:
   IncomingCallScreens() = default;
-  ~IncomingCallScreens();
   IncomingCallScreens(const IncomingCallScreens&) = delete;
   IncomingCallScreens& operator=(const IncomingCallScreens&) = delete;
 
-  // Watches the device's calls and schedules the class's arrival.
+  // Schedules the class's arrival.
   void start();
+  // A change of a call, as the platform delivers it.
+  void callChanged(const rt::Id& call);
 
   const std::vector<ScreenedCall>& screenedCalls() const { return calls_; }
   std::optional<CallScreenLabels> screenLabels() const;
@@ -61,15 +62,12 @@ class IncomingCallScreens {
   std::shared_ptr<IncomingCallController> screen() const { return screen_; }
 
  private:
-  void callChanged(const rt::Id& call);
   void present(const rt::Id& call, const platform::CallInfo& info, ScreenedCall& record);
   void dismiss();
 
   std::vector<ScreenedCall> calls_;
   std::shared_ptr<IncomingCallController> screen_;
   platform::CallId screen_call_ = 0;
-  platform::CallObserverToken token_ = 0;
-  bool started_ = false;
 };
 
 }  // namespace zv::hosts
