@@ -17,6 +17,23 @@ namespace {
 using C = ZVIncomingCallController;
 using platform::IncomingOptions;
 
+IncomingOptions hidden(bool platformBlocked = false) {
+  IncomingOptions o;
+  o.hidden = true;
+  o.platformBlocked = platformBlocked;
+  return o;
+}
+IncomingOptions platformBlocked() {
+  IncomingOptions o;
+  o.platformBlocked = true;
+  return o;
+}
+IncomingOptions contact(int32_t record) {
+  IncomingOptions o;
+  o.abUID = record;
+  return o;
+}
+
 // Numbers and what the China database says of them.
 constexpr const char* kShenzhen = "075588886666";  // 广东省深圳市
 constexpr const char* kBeijing = "18601234567";    // 北京市
@@ -110,7 +127,7 @@ TEST_P(BlockingE2ETest, MasterSwitchOffBlocksNothingEvenInBlockAllMode) {
 TEST_P(BlockingE2ETest, BlockAllModeHangsUpEveryCall) {
   startHost({{"BlacklistBlockMode", 2}});
   EXPECT_TRUE(blocked(kBeijing));
-  EXPECT_TRUE(blocked("", {.hidden = true}));
+  EXPECT_TRUE(blocked("", hidden()));
   advance(1);
   EXPECT_EQ(details("disconnect"),
             (std::vector<std::string>{kBeijing, "(hidden)"}));
@@ -159,19 +176,19 @@ TEST_P(BlockingE2ETest, OtherModesUseOnlyTheAreaRuleAndTheSwitches) {
   writeList(C::kBlacklistPath, {kShenzhen});
   EXPECT_FALSE(blocked(kShenzhen));
   EXPECT_TRUE(blocked(kChangzhou));
-  EXPECT_TRUE(blocked(kBeijing, {.platformBlocked = true}));
+  EXPECT_TRUE(blocked(kBeijing, platformBlocked()));
 }
 
 TEST_P(BlockingE2ETest, HiddenCallerIsBlockedOnlyByModesAndSwitches) {
   startHost({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "北京"}});
-  EXPECT_FALSE(blocked("", {.hidden = true}));
-  EXPECT_FALSE(blocked("", {.hidden = true, .platformBlocked = true}));
+  EXPECT_FALSE(blocked("", hidden()));
+  EXPECT_FALSE(blocked("", hidden(true)));
 }
 
 TEST_P(BlockingE2ETest, HiddenStrangerIsBlockedByTheStrangersSwitch) {
   startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockStrangers", true}});
-  EXPECT_TRUE(blocked("", {.hidden = true}));
-  EXPECT_FALSE(blocked(kBeijing, {.abUID = 7}));
+  EXPECT_TRUE(blocked("", hidden()));
+  EXPECT_FALSE(blocked(kBeijing, contact(7)));
 }
 
 TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {

@@ -121,7 +121,7 @@ TEST_F(CallCliTest, HiddenCallerAndUserActions) {
 TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
   auto before = snapshot();
   const std::string root = "--root '" + root_ + "' ";
-  for (const std::string args :
+  for (const std::string& args :
        {root + "incoming:10010 bogus", root + "incoming:1:contact=x",
         root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
         root + "wait:soon", root + "notify:", root + "outgoing:",
