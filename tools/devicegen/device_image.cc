@@ -1,5 +1,7 @@
 #include "devicegen/device_image.h"
 
+#include "devicegen/block_sound.h"
+
 #include <filesystem>
 #include <stdexcept>
 
@@ -78,6 +80,8 @@ DeviceImageSummary createDeviceImage(const std::string& root,
         "area database");
   writeBytes(hostPath(root, "/Library/Zorvel/avatar.png"),
              device_pictures::placeholder(kPlaceholderSize));
+  writeBytes(hostPath(root, "/Library/Zorvel/block.caf"),
+             devicegen::blockReminderSound());
 
   std::string settings =
       hostPath(root, "/var/mobile/Library/Preferences/zorvel.plist");

@@ -3,6 +3,7 @@
 // by hosts and hooks.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -73,6 +74,10 @@ struct UIAlertView {
 
 struct UIViewController {
   static constexpr std::string_view kName = "UIViewController";
+  // Initialisers: both answer the receiver.
+  static constexpr rt::Message<rt::Id()> init{kName, "init"};
+  static constexpr rt::Message<rt::Id(std::optional<std::string>, rt::Id)> initWithNibNameBundle{
+      kName, "initWithNibName:bundle:"};
   static constexpr rt::Message<rt::Id()> view{kName, "view"};
   static constexpr rt::Message<void(bool)> viewWillAppear{kName, "viewWillAppear:"};
   static constexpr rt::Message<void(bool)> viewWillDisappear{kName, "viewWillDisappear:"};

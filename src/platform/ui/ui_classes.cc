@@ -102,6 +102,10 @@ void registerSheets(rt::Runtime& rt) {
 
 void registerControllers(rt::Runtime& rt) {
   typed<UIViewController>(rt.registerClass("UIViewController"));
+  rt::define(msg::UIViewController::init, [](const rt::Id& s) { return s; });
+  rt::define(
+      msg::UIViewController::initWithNibNameBundle,
+      [](const rt::Id& s, std::optional<std::string>, rt::Id) { return s; });
   rt::define(msg::UIViewController::view, [](const rt::Id& s) {
     return rt::Id(self<UIViewController>(s).view());
   });

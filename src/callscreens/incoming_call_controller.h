@@ -1,0 +1,163 @@
+// ZVIncomingCallController: the call screens' controller in the springboard
+// (7.x) and the in-call service (8.x). This file declares its state and its
+// blocking part: at the moment an incoming call is about to be shown it
+// decides whether the call is unwanted, and if so the hooks keep its screen
+// and ringtone away, the configured action hangs it up (or not), and a
+// reminder (vibration and/or sound) follows one second later.
+//
+// The decision, in order: master switch EnableBlacklist; mode 2 blocks all;
+// strangers and platform-blocked callers by their switches; a hidden caller
+// (no number) goes no further; the decision cache; whitelist mode (1) or
+// blacklist mode (0); then the area rule (BlacklistBlockArea words matched
+// against the number's area text or the number's start). The lists are the
+// key sets of "zorvel.black.plist" / "zorvel.white.plist", read lazily and
+// matched with indexOfPhoneNumber; a missing, malformed or truncated file is
+// an empty list (tried again on the next lookup) and is never written. The
+// cache keeps, per number, the last verdict a list or area lookup reached;
+// "ZVBlacklistChanged" drops lists and cache, and the ringtone's second
+// decision starts from an empty cache with the action suppressed.
+//
+// On 7.x the springboard's incoming-call class appears only after start-up:
+// the controller retries installing its hooks every 10 s, ten times at most.
+//
+// The host is reached only through IncomingCallHost (set by the hooks); with
+// no host, nothing is blocked. One per process (sharedInstance); main
+// thread only.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "callscreens/incoming_call_host.h"
+#include "platform/runtime/object.h"
+
+namespace zv {
+
+class ZVIncomingCallSettings;
+class ZVAreaLoader;
+class ZVAddressBook;
+class ZVCallHistory;
+
+class ZVIncomingCallController
+    : public std::enable_shared_from_this<ZVIncomingCallController> {
+ public:
+  static constexpr const char* kBlacklistPath =
+      "/var/mobile/Library/Preferences/zorvel.black.plist";
+  static constexpr const char* kWhitelistPath =
+      "/var/mobile/Library/Preferences/zorvel.white.plist";
+  static constexpr const char* kBlockSoundPath = "/Library/Zorvel/block.caf";
+  static constexpr const char* kChangedNotification = "ZVBlacklistChanged";
+  // The platform's vibrate sound.
+  static constexpr uint32_t kVibrateSoundID = 4095;
+  static constexpr double kRemindDelay = 1.0;
+  static constexpr double kInitHookDelay = 10.0;
+  // initHook gives up after this many attempts.
+  static constexpr int kInitHookAttempts = 10;
+  // BlacklistBlockMode values.
+  enum BlockMode : int32_t {
+    kBlacklistMode = 0,
+    kWhitelistMode = 1,
+    kBlockAll = 2
+  };
+  // BlacklistBlockAction values.
+  enum BlockAction : int32_t { kHangUp = 0, kNoAction = 1, kHangUpAll = 2 };
+  // BlacklistBlockingRemind bits.
+  enum RemindBits : int32_t { kRemindVibrate = 1, kRemindSound = 2 };
+
+  // The process's controller; the first call creates it (init) and
+  // subscribes ZVBlacklistChanged to the system-wide "ZVBlacklistChanged".
+  static std::shared_ptr<ZVIncomingCallController> sharedInstance();
+  // Notification callback: unloadBlacklist on the process's controller;
+  // anything thrown is swallowed.
+  static void ZVBlacklistChanged();
+  // A controller outside the process's slot, initialised as sharedInstance
+  // does but not subscribed (tests).
+  static std::shared_ptr<ZVIncomingCallController> make();
+
+  // dealloc: unloadBlacklist, dispose the reminder sound.
+  ~ZVIncomingCallController();
+  ZVIncomingCallController(const ZVIncomingCallController&) = delete;
+  ZVIncomingCallController& operator=(const ZVIncomingCallController&) = delete;
+
+  void setHost(std::shared_ptr<IncomingCallHost> host) {
+    host_ = std::move(host);
+  }
+  const std::shared_ptr<IncomingCallHost>& host() const { return host_; }
+
+  // One attempt to install the 7.x incoming-call screen hooks; schedules the
+  // next one 10 s later while the class is missing, ten attempts at most.
+  void initHook();
+
+  // --- Blocking -------------------------------------------------------------
+  // The decision on an incoming call, and the action when it is blocked.
+  bool blockCall(const rt::Id& call);
+  // Decides on the call of an in-call view controller (its
+  // alertActivationCall, else the current incoming call); outgoing calls
+  // are never blocked.
+  bool blockInCall(const rt::Id& viewController);
+  // The ringtone's decision: afresh (cache emptied), action suppressed.
+  bool blockRingtone(const rt::Id& ignored);
+  // Hangs up as configured and schedules the reminder; always true.
+  bool blockAction(const rt::Id& call);
+  // Vibration and/or the reminder sound, as BlacklistBlockingRemind says.
+  void blockRemind();
+  // List and area lookups; a hit is cached (true for the blacklist and the
+  // area rule, false for the whitelist).
+  bool isInBlacklist(const std::string& number);
+  bool isInWhitelist(const std::string& number);
+  bool isInBlockArea(const std::string& number);
+  // The platform's current incoming call (voice, else video), or null.
+  rt::Id getActivationCall();
+  // Drops both lists and the decision cache.
+  void unloadBlacklist();
+
+  // --- State, for inspection ------------------------------------------------
+  const std::optional<std::vector<std::string>>& blacklist() const {
+    return _blacklist;
+  }
+  const std::optional<std::vector<std::string>>& whitelist() const {
+    return _whitelist;
+  }
+  const std::map<std::string, bool>& lastBlockedNumber() const {
+    return _lastBlockedNumber;
+  }
+  uint32_t soundID() const { return _soundID; }
+  // Attempts initHook has made in this process.
+  static int initHookAttempts();
+
+ private:
+  ZVIncomingCallController();
+  void init();
+  bool isInList(std::optional<std::vector<std::string>>& list,
+                const char* devicePath, bool verdict,
+                const std::string& number);
+  void scheduleInitHook();
+
+  std::shared_ptr<IncomingCallHost> host_;
+
+  std::shared_ptr<ZVIncomingCallSettings> _settings;
+  std::shared_ptr<ZVAreaLoader> _area;
+  std::shared_ptr<ZVAddressBook> _addressbook;
+  std::shared_ptr<ZVCallHistory> _callhistory;
+  double _ringtime = 0;
+  std::optional<std::vector<std::string>> _blacklist;
+  std::optional<std::vector<std::string>> _whitelist;
+  std::map<std::string, bool> _lastBlockedNumber;
+  uint32_t _soundID = 0;
+  // Per-call flags and the in-call screen's state, kept here for the caller
+  // information and ring-duration work on the same screens.
+  bool _isIncomingCall = false;
+  bool _isIncomingCallForDeclineButton = false;
+  bool _isIncomingCallForDelayRing = false;
+  bool _isInCallFieldMode = false;
+  bool _haveInCallLabel = false;
+  bool _haveInCallImage = false;
+  int32_t _curInCallStatus = 0;
+  bool _skipBlockAction = false;
+};
+
+}  // namespace zv

@@ -1,0 +1,65 @@
+// What ZVIncomingCallController needs of the host it runs in (the
+// springboard on 7.x, the in-call service on 8.x), as one interface: the
+// properties of the platform's telephony call objects, the current incoming
+// call, hanging calls up, system sounds, and installing the springboard's
+// incoming-call screen replacements once their class exists. The call-screen
+// hooks implement it over the runtime; tests implement it with a fake host.
+//
+// Calls are the platform's call objects as the hooks receive them; every
+// call operation is given a non-null call. Nothing here throws on an object
+// that lacks a property: it answers the neutral value named below.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/runtime/object.h"
+
+namespace zv {
+
+class IncomingCallHost {
+ public:
+  virtual ~IncomingCallHost() = default;
+
+  // --- The call object -------------------------------------------------
+  // abUID: the caller's address-book record id, -1 when not a contact.
+  virtual int32_t abUID(const rt::Id& call) = 0;
+  // isBlocked: the platform's own blocked-callers list holds the caller.
+  virtual bool isBlocked(const rt::Id& call) = 0;
+  // destinationID: the remote number; nullopt when it is nil or not text.
+  virtual std::optional<std::string> destinationID(const rt::Id& call) = 0;
+  // isOutgoing: the user placed the call.
+  virtual bool isOutgoing(const rt::Id& call) = 0;
+  // call: the core-telephony handle of the call, or null.
+  virtual rt::Id callHandle(const rt::Id& call) = 0;
+
+  // --- Finding the call ------------------------------------------------
+  // The in-call view controller's alertActivationCall, or null.
+  virtual rt::Id alertActivationCall(const rt::Id& viewController) = 0;
+  // The call centre's incomingCall / incomingVideoCall; null when there is
+  // none, or no call centre at all.
+  virtual rt::Id incomingCall() = 0;
+  virtual rt::Id incomingVideoCall() = 0;
+
+  // --- Platform actions --------------------------------------------------
+  // CTCallDisconnect of one core-telephony handle; CTCallListDisconnectAll.
+  virtual void disconnect(const rt::Id& handle) = 0;
+  virtual void disconnectAll() = 0;
+  // AudioServicesPlaySystemSound.
+  virtual void playSystemSound(uint32_t soundId) = 0;
+  // AudioServicesCreateSystemSoundID from the file at a device path: the new
+  // id, or nullopt when the platform refused it.
+  virtual std::optional<uint32_t> createSystemSound(
+      std::string_view devicePath) = 0;
+  // AudioServicesDisposeSystemSoundID.
+  virtual void disposeSystemSound(uint32_t soundId) = 0;
+
+  // --- Late installation (7.x springboard) --------------------------------
+  // Installs the replacements of the incoming-call screen when its class
+  // exists now; false (nothing installed) while it does not.
+  virtual bool installIncomingCallScreenHooks() = 0;
+};
+
+}  // namespace zv

@@ -1,0 +1,73 @@
+// The springboard's incoming-call screen on 7.x: for every incoming call
+// that starts ringing it creates an MPIncomingPhoneCallController with
+// initWithCall:, fills the screen's LCD with the caller's name, company and
+// label (updateLCDWithName:companyName:label:breakPoint:) and rings
+// (ringOrVibrate). An initialiser that answers nil means no screen and no
+// ringtone. When the call stops ringing (answered, declined, hung up) the
+// screen disappears (viewWillDisappear:) and is released (dealloc).
+//
+// As on the device, the class comes with a bundle the springboard loads
+// some seconds after it starts (kIncomingCallClassDelay), or at once when a
+// call arrives before then.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hosts/kit/call_screens.h"
+#include "platform/telephony/telephony.h"
+#include "platform/ui/view_controller.h"
+
+namespace zv::hosts {
+
+// Seconds after launch at which MPIncomingPhoneCallController appears.
+inline constexpr double kIncomingCallClassDelay = 15.0;
+
+class IncomingCallController : public ui::UIViewController {
+ public:
+  static constexpr const char* kClassName = "MPIncomingPhoneCallController";
+  explicit IncomingCallController(rt::Class* isa) : ui::UIViewController(isa) {}
+
+  rt::Id call;
+  // The LCD as last updated.
+  std::optional<std::string> name, companyName, label;
+  int32_t breakPoint = 0;
+  bool ringing = false;
+
+ protected:
+  std::shared_ptr<ui::UIView> loadView() override;
+};
+
+// Registers MPIncomingPhoneCallController in the current process (again:
+// nothing changes).
+void registerIncomingCallClass();
+
+class IncomingCallScreens {
+ public:
+  IncomingCallScreens() = default;
+  IncomingCallScreens(const IncomingCallScreens&) = delete;
+  IncomingCallScreens& operator=(const IncomingCallScreens&) = delete;
+
+  // Schedules the class's arrival.
+  void start();
+  // A change of a call, as the platform delivers it.
+  void callChanged(const rt::Id& call);
+
+  const std::vector<ScreenedCall>& screenedCalls() const { return calls_; }
+  std::optional<CallScreenLabels> screenLabels() const;
+  // The screen of the ringing call, or null.
+  std::shared_ptr<IncomingCallController> screen() const { return screen_; }
+
+ private:
+  void present(const rt::Id& call, const platform::CallInfo& info, ScreenedCall& record);
+  void dismiss();
+
+  std::vector<ScreenedCall> calls_;
+  std::shared_ptr<IncomingCallController> screen_;
+  platform::CallId screen_call_ = 0;
+};
+
+}  // namespace zv::hosts

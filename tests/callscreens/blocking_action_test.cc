@@ -1,0 +1,193 @@
+// What happens to a blocked call: the hang-up, the reminder a second later,
+// the ringtone's second decision, and the 7.x hook retries.
+#include <gtest/gtest.h>
+
+#include "blocking_fixture.h"
+#include "platform/platform.h"
+
+namespace zv::testing {
+namespace {
+
+using C = ZVIncomingCallController;
+using Actions = std::vector<std::string>;
+
+TEST_F(BlockingTest, ActionHangsUpTheCallAllCallsOrNothing) {
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 0}});
+  EXPECT_TRUE(blocks("10010"));
+  auto handleless = call("10011");
+  std::dynamic_pointer_cast<FakeCall>(handleless)->handle = nullptr;
+  EXPECT_TRUE(controller_->blockCall(handleless));
+  EXPECT_EQ(takeActions(), (Actions{"disconnect 10010"}));
+}
+
+TEST_F(BlockingTest, ActionTwoHangsUpEveryCall) {
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 2}});
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_EQ(takeActions(), (Actions{"disconnectAll"}));
+}
+
+TEST_F(BlockingTest, ActionOneNeitherAnswersNorHangsUp) {
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_TRUE(controller_->blockAction(call("10011")));
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, UnknownActionIsNoAction) {
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 7}});
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, ReminderComesOnceASecondAfterTheLastBlockedCall) {
+  writeDeviceFile(C::kBlockSoundPath, "caf");
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockingRemind", 3}});
+  EXPECT_TRUE(blocks("10010"));
+  world_.advance(0.5);
+  EXPECT_TRUE(blocks("10011"));
+  takeActions();
+  world_.advance(0.99);
+  EXPECT_TRUE(takeActions().empty());
+  world_.advance(0.01);
+  EXPECT_EQ(takeActions(),
+            (Actions{"sound 4095", "create /Library/Zorvel/block.caf",
+                     "sound 7001"}));
+  EXPECT_EQ(controller_->soundID(), 7001u);
+  // The sound is made once per process and reused.
+  EXPECT_TRUE(blocks("10012"));
+  world_.advance(5);
+  EXPECT_EQ(takeActions(),
+            (Actions{"disconnect 10012", "sound 4095", "sound 7001"}));
+  // dealloc releases it.
+  controller_.reset();
+  EXPECT_EQ(takeActions(), (Actions{"dispose 7001"}));
+}
+
+TEST_F(BlockingTest, ReminderBitsChooseVibrationAndSound) {
+  writeDeviceFile(C::kBlockSoundPath, "caf");
+  start({{"BlacklistBlockMode", 2},
+         {"BlacklistBlockAction", 1},
+         {"BlacklistBlockingRemind", 1}});
+  EXPECT_TRUE(blocks("10010"));
+  world_.advance(1);
+  EXPECT_EQ(takeActions(), (Actions{"sound 4095"}));
+  EXPECT_EQ(controller_->soundID(), 0u);
+  controller_.reset();
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, NoReminderIsScheduledWhenRemindIsOff) {
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
+  size_t before = world_.pending();
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_EQ(world_.pending(), before);
+  world_.advance(2);
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, MissingOrRefusedSoundLeavesTheVibration) {
+  start({{"BlacklistBlockMode", 2},
+         {"BlacklistBlockAction", 1},
+         {"BlacklistBlockingRemind", 3}});
+  EXPECT_TRUE(blocks("10010"));
+  world_.advance(1);
+  EXPECT_EQ(takeActions(), (Actions{"sound 4095"}));
+  // The file arrives, but the platform refuses it: tried on every reminder.
+  writeDeviceFile(C::kBlockSoundPath, "caf");
+  host_->refuseSounds = true;
+  EXPECT_TRUE(blocks("10010"));
+  world_.advance(1);
+  EXPECT_EQ(takeActions(),
+            (Actions{"sound 4095", "create /Library/Zorvel/block.caf"}));
+  host_->refuseSounds = false;
+  controller_->blockRemind();
+  EXPECT_EQ(takeActions(),
+            (Actions{"sound 4095", "create /Library/Zorvel/block.caf",
+                     "sound 7001"}));
+}
+
+TEST_F(BlockingTest, ReminderOutlivesNoController) {
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockingRemind", 1}});
+  EXPECT_TRUE(blocks("10010"));
+  controller_.reset();
+  takeActions();
+  world_.advance(2);
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, RingtoneDecisionSilencesWithoutActingTwice) {
+  start({{"BlacklistBlockMode", 0}, {"BlacklistBlockingRemind", 1}});
+  writeList(C::kBlacklistPath, {"10010"});
+  host_->incoming = call("10010");
+  EXPECT_TRUE(controller_->blockInCall(nullptr));
+  EXPECT_TRUE(controller_->blockRingtone(nullptr));
+  world_.advance(1);
+  EXPECT_EQ(takeActions(), (Actions{"disconnect 10010", "sound 4095"}));
+  // A caller that is not blocked rings.
+  host_->incoming = call("10086");
+  EXPECT_FALSE(controller_->blockRingtone(nullptr));
+  // The suppression ends with the ringtone's decision.
+  host_->incoming = call("10010");
+  EXPECT_TRUE(controller_->blockInCall(nullptr));
+  EXPECT_EQ(takeActions(), (Actions{"disconnect 10010"}));
+}
+
+TEST_F(BlockingTest, RingtoneDecisionStartsFromAnEmptyCache) {
+  start({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {"10010"});
+  host_->incoming = call("10010");
+  EXPECT_TRUE(controller_->blockInCall(nullptr));
+  // The user switches to area-only blocking; the settings reload 3 s later.
+  writePlist(kSettingsPath,
+             Dict{{"EnableBlacklist", true}, {"BlacklistBlockMode", 3}});
+  platform::current().post(ZVSettings::kChangedNotification);
+  world_.advance(3);
+  // The screen's decision still finds the cached verdict, the ringtone's
+  // does not.
+  EXPECT_TRUE(controller_->blockInCall(nullptr));
+  EXPECT_FALSE(controller_->blockRingtone(nullptr));
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+}
+
+TEST_F(BlockingTest, RingtoneDecisionNeedsTheMasterSwitch) {
+  start({{"EnableBlacklist", false}, {"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {"10010"});
+  host_->incoming = call("10010");
+  EXPECT_FALSE(controller_->blockRingtone(nullptr));
+}
+
+TEST_F(BlockingTest, InitHookRetriesEveryTenSecondsUntilTheClassExists) {
+  start({}, "7.1", "com.apple.springboard");
+  world_.advance(9.9);
+  EXPECT_TRUE(takeActions().empty());
+  world_.advance(0.1);
+  EXPECT_EQ(takeActions(), (Actions{"install"}));
+  world_.advance(20);
+  EXPECT_EQ(C::initHookAttempts(), 3);
+  host_->screenClassExists = true;
+  world_.advance(10);
+  EXPECT_EQ(takeActions(), (Actions{"install", "install", "install"}));
+  world_.advance(300);
+  EXPECT_TRUE(takeActions().empty());
+  EXPECT_EQ(C::initHookAttempts(), 4);
+}
+
+TEST_F(BlockingTest, InitHookGivesUpAfterTenAttempts) {
+  start({}, "7.1", "com.apple.springboard");
+  world_.advance(99);
+  EXPECT_EQ(C::initHookAttempts(), 9);
+  world_.advance(1);
+  EXPECT_EQ(C::initHookAttempts(), 10);
+  world_.advance(1000);
+  EXPECT_EQ(takeActions(), Actions(10, "install"));
+}
+
+TEST_F(BlockingTest, NoInitHookFromEightOn) {
+  start({}, "8.0", "com.apple.InCallService");
+  world_.advance(200);
+  EXPECT_EQ(C::initHookAttempts(), 0);
+  EXPECT_TRUE(takeActions().empty());
+}
+
+}  // namespace
+}  // namespace zv::testing

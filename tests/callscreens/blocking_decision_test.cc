@@ -1,0 +1,229 @@
+// The order of blockCall's rules: master switch, block-all mode, the
+// strangers and platform-blocked switches, hidden callers, the cache, the
+// two list modes and the area rule.
+#include <gtest/gtest.h>
+
+#include "blocking_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+using C = ZVIncomingCallController;
+using Actions = std::vector<std::string>;
+constexpr int32_t kContact = 12;
+
+TEST_F(BlockingTest, MasterSwitchOffBlocksNothingEvenInBlockAllMode) {
+  start({{"EnableBlacklist", false},
+         {"BlacklistBlockMode", 2},
+         {"BlacklistBlockStrangers", true},
+         {"BlacklistBlockArea", "南京"}});
+  writeList(C::kBlacklistPath, {"13912345678"});
+  EXPECT_FALSE(blocks("13912345678"));
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
+  EXPECT_FALSE(controller_->blockRingtone(nullptr));
+  host_->incoming = call("13912345678");
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
+  EXPECT_TRUE(takeActions().empty());
+  EXPECT_FALSE(controller_->blacklist());
+}
+
+TEST_F(BlockingTest, BlockAllModeBlocksContactsWhitelistedAndHiddenCallers) {
+  start({{"BlacklistBlockMode", 2}});
+  writeList(C::kWhitelistPath, {"13912345678"});
+  EXPECT_TRUE(blocks("13912345678", kContact));
+  EXPECT_TRUE(blocks(std::nullopt));
+  EXPECT_EQ(takeActions(),
+            (Actions{"disconnect 13912345678", "disconnect hidden"}));
+  // Nothing was looked up, so nothing was cached.
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+  EXPECT_FALSE(controller_->whitelist());
+  EXPECT_FALSE(controller_->blockCall(nullptr));
+}
+
+TEST_F(BlockingTest, StrangersAndPlatformBlockedCallersComeBeforeTheLists) {
+  start({{"BlacklistBlockMode", 1},
+         {"BlacklistBlockStrangers", true},
+         {"BlacklistBlockBlockedCaller", true}});
+  writeList(C::kWhitelistPath, {"13912345678", "10086"});
+  // A whitelisted stranger is blocked by the strangers switch.
+  EXPECT_TRUE(blocks("13912345678"));
+  // A whitelisted contact passes; a whitelisted contact the platform blocks
+  // does not.
+  EXPECT_FALSE(blocks("10086", kContact));
+  EXPECT_TRUE(controller_->blockCall(call("10086", kContact, true)));
+  // The switches block even a cached "let through".
+  EXPECT_EQ(controller_->lastBlockedNumber().at("10086"), false);
+  EXPECT_TRUE(controller_->blockCall(call("10086", -1)));
+}
+
+TEST_F(BlockingTest, SwitchesOffLetStrangersAndPlatformBlockedCallersRing) {
+  start({{"BlacklistBlockMode", 0}});
+  EXPECT_FALSE(controller_->blockCall(call("13912345678", -1, true)));
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, HiddenCallerIsBlockedOnlyByModesAndSwitches) {
+  start({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "南京 1"}});
+  // Whitelist mode with no whitelist blocks every number, but a hidden
+  // caller has no number to test.
+  EXPECT_FALSE(blocks(std::nullopt));
+  EXPECT_TRUE(blocks("13800000000"));
+  EXPECT_FALSE(controller_->blockCall(call(std::nullopt, kContact, false)));
+  EXPECT_FALSE(controller_->blockCall(call(std::nullopt, -1, true)));
+}
+
+TEST_F(BlockingTest, HiddenCallerIsBlockedByTheStrangersSwitch) {
+  start({{"BlacklistBlockStrangers", true}});
+  EXPECT_TRUE(blocks(std::nullopt));
+  EXPECT_FALSE(blocks(std::nullopt, kContact));
+}
+
+TEST_F(BlockingTest, WhitelistModeWithMissingOrEmptyWhitelistBlocksEveryCall) {
+  start({{"BlacklistBlockMode", 1}});
+  EXPECT_TRUE(blocks("13912345678", kContact));
+  EXPECT_TRUE(blocks("10086"));
+  // A missing file is tried again on every lookup.
+  writePlist(C::kWhitelistPath, Dict{});
+  EXPECT_TRUE(blocks("075512345678"));
+  EXPECT_TRUE(controller_->whitelist());
+  EXPECT_TRUE(controller_->whitelist()->empty());
+  // Misses cache nothing: the next lookup would see a new list.
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+}
+
+TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
+  start({{"BlacklistBlockMode", 1}});
+  writeList(C::kWhitelistPath, {"138####", "*8888"});
+  EXPECT_FALSE(blocks("13800001111"));
+  EXPECT_FALSE(blocks("+86 010 6666 8888"));
+  EXPECT_TRUE(blocks("13900001111"));
+  EXPECT_EQ(controller_->lastBlockedNumber(),
+            (std::map<std::string, bool>{{"13800001111", false},
+                                         {"+86 010 6666 8888", false}}));
+}
+
+// Where the prose promises that a whitelisted number from a blocked area is
+// let through on its second call, the decision's own steps store the area
+// rule's verdict over the whitelist's: the number stays blocked from the
+// cache until the lists reload.
+TEST_F(BlockingTest, WhitelistedNumberInABlockedAreaIsBlockedAndStaysBlocked) {
+  start({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "南京"}});
+  writeList(C::kWhitelistPath, {"13912345678"});
+  EXPECT_TRUE(blocks("13912345678"));
+  EXPECT_EQ(controller_->lastBlockedNumber().at("13912345678"), true);
+  std::filesystem::remove(root_ + C::kWhitelistPath);
+  writeList(C::kWhitelistPath, {"13912345678"});
+  EXPECT_TRUE(blocks("13912345678"));
+  EXPECT_EQ(takeActions(),
+            (Actions{"disconnect 13912345678", "disconnect 13912345678"}));
+}
+
+TEST_F(BlockingTest, BlacklistModeBlocksListedNumbersAndPatterns) {
+  start({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath,
+            {"10010", "95###", "*5678", "400*", "0755*123", "*"});
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_TRUE(blocks("95588"));
+  EXPECT_TRUE(blocks("95588 1234"));  // "#" patterns match a prefix
+  EXPECT_TRUE(blocks("+86 139-1234-5678"));
+  EXPECT_TRUE(blocks("4008 123 456"));
+  EXPECT_TRUE(blocks("0755 8888 8123"));
+  // "*" alone matches nothing; "139" is no pattern of the list.
+  EXPECT_FALSE(blocks("13900000000"));
+  EXPECT_FALSE(blocks("9558"));
+  EXPECT_EQ(controller_->lastBlockedNumber().size(), 6u);
+  EXPECT_FALSE(controller_->lastBlockedNumber().count("13900000000"));
+}
+
+TEST_F(BlockingTest, BlacklistModeStillAppliesTheAreaRuleToOtherNumbers) {
+  start({{"BlacklistBlockMode", 0}, {"BlacklistBlockArea", "深圳 1860"}});
+  writeList(C::kBlacklistPath, {"10010"});
+  // Area word: the area text contains it.
+  EXPECT_TRUE(blocks("075512345678"));
+  // Number prefix: the number starts with it (and its area is known).
+  EXPECT_TRUE(blocks("18601234567"));
+  // Known area, neither word nor prefix.
+  EXPECT_FALSE(blocks("13912345678"));
+  // Starts with the prefix, but the area service does not know it.
+  EXPECT_FALSE(blocks("186"));
+  EXPECT_EQ(controller_->lastBlockedNumber(),
+            (std::map<std::string, bool>{{"075512345678", true},
+                                         {"18601234567", true}}));
+}
+
+TEST_F(BlockingTest, AreaRuleIgnoresEmptyWordsFromDoubledBlanks) {
+  start({{"BlacklistBlockMode", 3}, {"BlacklistBlockArea", "  北京  "}});
+  EXPECT_FALSE(blocks("13912345678"));
+  EXPECT_TRUE(blocks("18601234567"));
+}
+
+TEST_F(BlockingTest, AreaRuleIsNotAskedWithoutBlockedAreas) {
+  start({{"BlacklistBlockMode", 3}});
+  EXPECT_FALSE(blocks("075512345678"));
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+}
+
+TEST_F(BlockingTest, OtherModesUseOnlyTheAreaRuleAndTheSwitches) {
+  start({{"BlacklistBlockMode", 3}, {"BlacklistBlockArea", "深圳"}});
+  writeList(C::kBlacklistPath, {"13912345678"});
+  EXPECT_FALSE(blocks("13912345678"));
+  EXPECT_TRUE(blocks("075512345678"));
+  EXPECT_FALSE(controller_->blacklist());
+  EXPECT_FALSE(controller_->whitelist());
+}
+
+TEST_F(BlockingTest, CachedVerdictIsFinalUntilTheListsAreDropped) {
+  start({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {"13912345678"});
+  EXPECT_TRUE(blocks("13912345678"));
+  writeList(C::kBlacklistPath, {});
+  EXPECT_TRUE(blocks("13912345678"));
+  controller_->unloadBlacklist();
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+  EXPECT_FALSE(controller_->blacklist());
+  EXPECT_FALSE(blocks("13912345678"));
+}
+
+TEST_F(BlockingTest, InCallDecisionFindsTheScreensCallOrTheIncomingOne) {
+  start({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {"10010", "10011"});
+  auto screen = rt::create(callClass_);
+  host_->incoming = call("10086");
+  host_->incomingVideo = call("10011");
+  // The screen's own call first.
+  host_->alertCalls[screen.get()] = call("10010");
+  EXPECT_TRUE(controller_->blockInCall(screen));
+  EXPECT_EQ(takeActions(), (Actions{"disconnect 10010"}));
+  // A screen without a call, and no screen: the incoming voice call.
+  host_->alertCalls.clear();
+  EXPECT_FALSE(controller_->blockInCall(screen));
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
+  // No voice call: the incoming video call.
+  host_->incoming = nullptr;
+  EXPECT_EQ(controller_->getActivationCall(), host_->incomingVideo);
+  EXPECT_TRUE(controller_->blockInCall(nullptr));
+  host_->incomingVideo = nullptr;
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
+  EXPECT_EQ(takeActions(), (Actions{"disconnect 10011"}));
+}
+
+TEST_F(BlockingTest, OutgoingCallsNeverPassThroughBlocking) {
+  start({{"BlacklistBlockMode", 2}});
+  auto c = call("10086");
+  std::dynamic_pointer_cast<FakeCall>(c)->isOutgoing = true;
+  host_->incoming = c;
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
+  EXPECT_TRUE(takeActions().empty());
+}
+
+TEST_F(BlockingTest, WithoutAHostNothingIsBlocked) {
+  start({{"BlacklistBlockMode", 2}});
+  auto c = call("10086");
+  controller_->setHost(nullptr);
+  EXPECT_FALSE(controller_->blockCall(c));
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
+  EXPECT_EQ(controller_->getActivationCall(), nullptr);
+}
+
+}  // namespace
+}  // namespace zv::testing

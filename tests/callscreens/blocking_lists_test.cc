@@ -1,0 +1,154 @@
+// The black and white list files: lazy reading, damaged files, the
+// "ZVBlacklistChanged" notification.
+#include <gtest/gtest.h>
+#include <plist/plist.h>
+
+#include <cstdlib>
+
+#include "blocking_fixture.h"
+#include "platform/platform.h"
+
+namespace zv::testing {
+namespace {
+
+using C = ZVIncomingCallController;
+
+std::string binaryPlist(const Dict& dict) {
+  plist_t root = plist_new_dict();
+  for (const auto& [key, value] : dict)
+    plist_dict_set_item(root, key.c_str(), plist_new_bool(value.boolValue()));
+  char* bytes = nullptr;
+  uint32_t length = 0;
+  plist_to_bin(root, &bytes, &length);
+  std::string out(bytes, length);
+  free(bytes);
+  plist_free(root);
+  return out;
+}
+
+TEST_F(BlockingTest, ListsAreReadOnFirstUseAndKeptUntilDropped) {
+  start({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {"10010", "10011"});
+  EXPECT_FALSE(controller_->blacklist());
+  EXPECT_FALSE(blocks("10086"));
+  ASSERT_TRUE(controller_->blacklist());
+  EXPECT_EQ(*controller_->blacklist(),
+            (std::vector<std::string>{"10010", "10011"}));
+  // A later change of the file is not seen until the lists are dropped.
+  writeList(C::kBlacklistPath, {"10086"});
+  EXPECT_FALSE(blocks("10086"));
+  controller_->unloadBlacklist();
+  EXPECT_TRUE(blocks("10086"));
+}
+
+TEST_F(BlockingTest, BinaryListFilesAreRead) {
+  start({{"BlacklistBlockMode", 0}});
+  writeDeviceFile(C::kBlacklistPath, binaryPlist({{"10010", true}}));
+  EXPECT_TRUE(blocks("10010"));
+}
+
+struct DamagedList {
+  const char* name;
+  std::string bytes;
+};
+
+class DamagedListTest : public BlockingTest,
+                        public ::testing::WithParamInterface<DamagedList> {};
+
+// A damaged file is an empty list: blacklist mode blocks nothing, whitelist
+// mode blocks everything; nothing crashes, the file keeps its bytes, and
+// the read is tried again on the next call, so a repaired file counts at
+// once.
+TEST_P(DamagedListTest, IsAnEmptyListThatIsNeverWritten) {
+  start({{"BlacklistBlockMode", 0}});
+  const std::string& bytes = GetParam().bytes;
+  writeDeviceFile(C::kBlacklistPath, bytes);
+  writeDeviceFile(C::kWhitelistPath, bytes);
+  EXPECT_FALSE(blocks("10010"));
+  EXPECT_FALSE(controller_->blacklist());
+  EXPECT_FALSE(controller_->isInWhitelist("10010"));
+  EXPECT_FALSE(controller_->whitelist());
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+  EXPECT_EQ(readDeviceFile(C::kBlacklistPath), bytes);
+  EXPECT_EQ(readDeviceFile(C::kWhitelistPath), bytes);
+
+  writeList(C::kBlacklistPath, {"10010"});
+  EXPECT_TRUE(blocks("10010"));
+}
+
+TEST_P(DamagedListTest, BlocksEveryCallInWhitelistMode) {
+  start({{"BlacklistBlockMode", 1}});
+  writeDeviceFile(C::kWhitelistPath, GetParam().bytes);
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_EQ(readDeviceFile(C::kWhitelistPath), GetParam().bytes);
+}
+
+std::vector<DamagedList> damagedLists() {
+  std::string xml = plist::toXml(Value(Dict{{"10010", true}, {"10011", 1}}));
+  std::string bin = binaryPlist({{"10010", true}, {"10011", true}});
+  std::string garbage;
+  uint32_t x = 2463534242u;
+  for (int i = 0; i < 4096; ++i) {
+    x ^= x << 13, x ^= x >> 17, x ^= x << 5;
+    garbage.push_back(static_cast<char>(x));
+  }
+  std::string badOffsets = bin;
+  // The trailer's offset-table position points past the end of the file.
+  for (size_t i = badOffsets.size() - 8; i < badOffsets.size(); ++i)
+    badOffsets[i] = '\xff';
+  return {
+      {"Empty", ""},
+      {"TruncatedXml", xml.substr(0, xml.size() / 2)},
+      {"MalformedXml",
+       "<?xml version=\"1.0\"?><plist><dict><key>10010</key>"
+       "<true/><key>10011</dict></plist>"},
+      {"TruncatedBinary", bin.substr(0, bin.size() - 10)},
+      {"BinaryHeaderOnly", "bplist00"},
+      {"BinaryBadOffsets", badOffsets},
+      {"Garbage", garbage},
+      {"ZeroBytes", std::string(1024, '\0')},
+      {"ArrayNotDictionary", plist::toXml(Value(Array{Value("10010")}))},
+      {"StringNotDictionary", plist::toXml(Value("10010"))},
+  };
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, DamagedListTest,
+                         ::testing::ValuesIn(damagedLists()),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_F(BlockingTest, ADirectoryInPlaceOfTheListIsAnEmptyList) {
+  start({{"BlacklistBlockMode", 0}});
+  std::filesystem::create_directories(root_ + C::kBlacklistPath);
+  EXPECT_FALSE(blocks("10010"));
+  EXPECT_TRUE(std::filesystem::is_directory(root_ + C::kBlacklistPath));
+}
+
+TEST_F(BlockingTest, ChangedNotificationFromAnotherProcessDropsListsAndCache) {
+  start({{"BlacklistBlockMode", 0}});
+  controller_ = C::sharedInstance();
+  controller_->setHost(host_);
+  writeList(C::kBlacklistPath, {"10010"});
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_FALSE(blocks("10086"));
+  writeList(C::kBlacklistPath, {"10086"});
+
+  auto& pane = world_.launch("com.apple.Preferences");
+  pane.run([] { platform::current().post(C::kChangedNotification); });
+  world_.advance(0);
+  EXPECT_FALSE(controller_->blacklist());
+  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+  EXPECT_FALSE(blocks("10010"));
+  EXPECT_TRUE(blocks("10086"));
+  // One subscription per process, however often the controller is asked.
+  C::sharedInstance();
+  EXPECT_EQ(world_.observerCount(C::kChangedNotification), 1u);
+}
+
+TEST_F(BlockingTest, ChangedNotificationWithoutAControllerDoesNothing) {
+  start({});
+  C::ZVBlacklistChanged();
+  EXPECT_FALSE(platform::Process::current().slot<C>());
+}
+
+}  // namespace
+}  // namespace zv::testing

@@ -1,0 +1,411 @@
+// Call blocking end to end, on both system generations: the springboard
+// (7.x) or the in-call service (8.x) starts on a device with the China area
+// database, ZorvelInitializer installs the hooks, calls come in from the
+// simulated network, and the test looks at what the host showed and rang
+// and at the recorded hang-ups and reminders.
+#include <gtest/gtest.h>
+
+#include "callscreens/incoming_call_controller.h"
+#include "hosts/incallservice/app.h"
+#include "hosts/springboard/app.h"
+#include "platform/ui/application.h"
+#include "support/world.h"
+
+namespace zv::testing {
+namespace {
+
+using C = ZVIncomingCallController;
+using platform::IncomingOptions;
+
+IncomingOptions hidden(bool platformBlocked = false) {
+  IncomingOptions o;
+  o.hidden = true;
+  o.platformBlocked = platformBlocked;
+  return o;
+}
+IncomingOptions platformBlocked() {
+  IncomingOptions o;
+  o.platformBlocked = true;
+  return o;
+}
+IncomingOptions contact(int32_t record) {
+  IncomingOptions o;
+  o.abUID = record;
+  return o;
+}
+
+// Numbers and what the China database says of them.
+constexpr const char* kShenzhen = "075588886666";  // 广东省深圳市
+constexpr const char* kBeijing = "18601234567";    // 北京市
+constexpr const char* kChangzhou = "13912345678";  // 江苏省常州市
+
+class BlockingE2ETest : public World,
+                        public ::testing::WithParamInterface<const char*> {
+ protected:
+  BlockingE2ETest() { installChinaDatabase(); }
+
+  bool sevenX() const { return std::string(GetParam()) < "8"; }
+
+  // Starts the call-screen host of the generation with `settings` (plus
+  // EnableBlacklist on unless given) and lets its start-up settle.
+  platform::SimProcess& startHost(
+      Dict settings, hosts::ExtensionEntry ext = ZorvelInitializer) {
+    if (!settings.count("EnableBlacklist"))
+      settings["EnableBlacklist"] = Value(true);
+    writeSettings(settings);
+    auto& p =
+        start(sevenX() ? hosts::springboardHost() : hosts::inCallServiceHost(),
+              GetParam(), "4.7", ext);
+    process_ = &p;
+    advance(60);
+    world_.clearEvents();
+    return p;
+  }
+  hosts::CallScreenHost& host() {
+    return *process_->run([] {
+      return dynamic_cast<hosts::CallScreenHost*>(
+          ui::UIApplication::shared().get());
+    });
+  }
+  platform::SimTelephony& network() { return world_.telephony(); }
+
+  // A call comes in and the host reacts; the host's record of it.
+  hosts::ScreenedCall ring(const std::string& number,
+                           IncomingOptions options = {}) {
+    platform::CallId id = network().incoming(number, options);
+    advance(0);
+    return screened(id);
+  }
+  hosts::ScreenedCall screened(platform::CallId id) {
+    for (const auto& c : host().screenedCalls())
+      if (c.id == id) return c;
+    ADD_FAILURE() << "the host never heard of call " << id;
+    return {};
+  }
+  // Whether a call from `number` was blocked; a call that was not is
+  // declined, so that the next one finds no screen up.
+  bool blocked(const std::string& number, IncomingOptions options = {}) {
+    auto c = ring(number, options);
+    EXPECT_NE(c.screenBlocked, c.ringtone) << number;
+    if (!c.screenBlocked) {
+      network().decline(c.id);
+      advance(0);
+    }
+    return c.screenBlocked;
+  }
+  std::vector<std::string> details(std::string_view kind) {
+    std::vector<std::string> out;
+    for (const auto& e : events(kind)) out.push_back(e.detail);
+    return out;
+  }
+  void writeList(const char* path, std::vector<std::string> numbers) {
+    Dict d;
+    for (auto& n : numbers) d[n] = Value(true);
+    writeDevicePlist(path, d);
+  }
+
+  platform::SimProcess* process_ = nullptr;
+};
+
+TEST_P(BlockingE2ETest, WithoutTheExtensionEveryCallShowsItsScreenAndRings) {
+  startHost({{"BlacklistBlockMode", 2}}, nullptr);
+  auto c = ring(kShenzhen);
+  EXPECT_FALSE(c.screenBlocked);
+  EXPECT_TRUE(c.ringtone);
+  ASSERT_TRUE(host().screenLabels());
+  EXPECT_EQ(host().screenLabels()->name, kShenzhen);
+}
+
+TEST_P(BlockingE2ETest, MasterSwitchOffBlocksNothingEvenInBlockAllMode) {
+  startHost({{"EnableBlacklist", false},
+             {"BlacklistBlockMode", 2},
+             {"BlacklistBlockStrangers", true}});
+  EXPECT_FALSE(blocked(kShenzhen));
+  EXPECT_TRUE(events("disconnect").empty());
+}
+
+TEST_P(BlockingE2ETest, BlockAllModeHangsUpEveryCall) {
+  startHost({{"BlacklistBlockMode", 2}});
+  EXPECT_TRUE(blocked(kBeijing));
+  EXPECT_TRUE(blocked("", hidden()));
+  advance(1);
+  EXPECT_EQ(details("disconnect"),
+            (std::vector<std::string>{kBeijing, "(hidden)"}));
+  for (const auto& c : host().screenedCalls())
+    EXPECT_EQ(c.status, platform::kCallEnded);
+  EXPECT_FALSE(host().screenLabels());
+}
+
+TEST_P(BlockingE2ETest, WhitelistModeWithMissingOrEmptyWhitelistBlocksAll) {
+  startHost({{"BlacklistBlockMode", 1}});
+  EXPECT_TRUE(blocked(kShenzhen));
+  writeDevicePlist(C::kWhitelistPath, {});
+  EXPECT_TRUE(blocked(kBeijing));
+  // The list read stays until the settings pane says it changed.
+  writeList(C::kWhitelistPath, {"186*"});
+  EXPECT_TRUE(blocked(kBeijing));
+  process_->post(C::kChangedNotification, platform::Scope::System);
+  advance(0);
+  EXPECT_FALSE(blocked(kBeijing));
+  EXPECT_TRUE(blocked(kShenzhen));
+}
+
+TEST_P(BlockingE2ETest, BlacklistModeWithAreaWordAndNumberPrefix) {
+  startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockArea", "深圳 1860"}});
+  writeList(C::kBlacklistPath, {"10010"});
+  EXPECT_TRUE(blocked("10010"));
+  EXPECT_TRUE(blocked(kShenzhen));  // its area holds 深圳
+  EXPECT_TRUE(blocked(kBeijing));   // it starts with 1860
+  EXPECT_FALSE(blocked(kChangzhou));
+  // Starts with the prefix, but no area is known for it.
+  EXPECT_FALSE(blocked("1860"));
+}
+
+TEST_P(BlockingE2ETest, WhitelistedNumberInABlockedAreaStaysBlocked) {
+  startHost({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "北京"}});
+  writeList(C::kWhitelistPath, {kBeijing});
+  EXPECT_TRUE(blocked(kBeijing));
+  advance(5);
+  EXPECT_TRUE(blocked(kBeijing));
+}
+
+TEST_P(BlockingE2ETest, OtherModesUseOnlyTheAreaRuleAndTheSwitches) {
+  startHost({{"BlacklistBlockMode", 3},
+             {"BlacklistBlockArea", "常州"},
+             {"BlacklistBlockBlockedCaller", true}});
+  writeList(C::kBlacklistPath, {kShenzhen});
+  EXPECT_FALSE(blocked(kShenzhen));
+  EXPECT_TRUE(blocked(kChangzhou));
+  EXPECT_TRUE(blocked(kBeijing, platformBlocked()));
+}
+
+TEST_P(BlockingE2ETest, HiddenCallerIsBlockedOnlyByModesAndSwitches) {
+  startHost({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "北京"}});
+  EXPECT_FALSE(blocked("", hidden()));
+  EXPECT_FALSE(blocked("", hidden(true)));
+}
+
+TEST_P(BlockingE2ETest, HiddenStrangerIsBlockedByTheStrangersSwitch) {
+  startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockStrangers", true}});
+  EXPECT_TRUE(blocked("", hidden()));
+  EXPECT_FALSE(blocked(kBeijing, contact(7)));
+}
+
+TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {
+  startHost({{"BlacklistBlockMode", 2}, {"BlacklistBlockingRemind", 3}});
+  writeDeviceBytes(C::kBlockSoundPath, "caff");
+  EXPECT_TRUE(blocked(kBeijing));
+  advance(0.5);
+  EXPECT_TRUE(blocked(kShenzhen));
+  advance(0.99);
+  EXPECT_TRUE(events("sound").empty());
+  advance(0.01);
+  auto made = details("soundCreate");
+  ASSERT_EQ(made.size(), 1u);
+  EXPECT_EQ(made[0].substr(made[0].find(' ') + 1), C::kBlockSoundPath);
+  EXPECT_EQ(
+      details("sound"),
+      (std::vector<std::string>{"4095", made[0].substr(0, made[0].find(' '))}));
+  advance(10);
+  EXPECT_EQ(events("sound").size(), 2u);
+}
+
+TEST_P(BlockingE2ETest, ActionOneNeitherAnswersNorHangsUp) {
+  startHost({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
+  auto c = ring(kShenzhen);
+  EXPECT_TRUE(c.screenBlocked);
+  EXPECT_FALSE(c.ringtone);
+  advance(20);
+  EXPECT_EQ(network().call(c.id)->status, platform::kCallRinging);
+  EXPECT_TRUE(events("disconnect").empty());
+  EXPECT_TRUE(events("disconnectAll").empty());
+}
+
+TEST_P(BlockingE2ETest, ActionTwoHangsUpEveryCall) {
+  startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockAction", 2}});
+  writeList(C::kBlacklistPath, {kShenzhen});
+  platform::CallId mine = network().dial(kBeijing);
+  advance(0);
+  network().connect(mine);
+  network().end(mine);
+  advance(0);
+  EXPECT_TRUE(blocked(kShenzhen));
+  EXPECT_EQ(events("disconnectAll").size(), 1u);
+  EXPECT_TRUE(events("disconnect").empty());
+  for (const auto& c : network().calls()) ADD_FAILURE() << c.id << " is live";
+}
+
+TEST_P(BlockingE2ETest, DamagedListFileIsAnEmptyListAndStaysAsItWas) {
+  startHost({{"BlacklistBlockMode", 0}});
+  const std::string garbage = "bplist00\x01\x02\xff garbage";
+  writeDeviceBytes(C::kBlacklistPath, garbage);
+  EXPECT_FALSE(blocked(kShenzhen));
+  EXPECT_EQ(readFile(devicePath(C::kBlacklistPath)), garbage);
+}
+
+TEST_P(BlockingE2ETest, ChangedNotificationDropsTheLists) {
+  startHost({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {kShenzhen});
+  EXPECT_TRUE(blocked(kShenzhen));
+  writeList(C::kBlacklistPath, {kBeijing});
+  EXPECT_TRUE(blocked(kShenzhen));  // the cached verdict
+  auto& pane = world_.launch("com.apple.Preferences");
+  pane.post(C::kChangedNotification, platform::Scope::System);
+  advance(0);
+  EXPECT_FALSE(blocked(kShenzhen));
+  EXPECT_TRUE(blocked(kBeijing));
+}
+
+TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
+  startHost({{"BlacklistBlockMode", 0}});
+  writeList(C::kBlacklistPath, {kShenzhen});
+  // The platform's call objects break: reading a number raises.
+  process_->run([] {
+    rt::addMethod<std::optional<std::string>()>(
+        rt::getClass("TUCall"), "destinationID",
+        [](const rt::Id&) -> std::optional<std::string> {
+          throw rt::Exception("NSGenericException", "no number");
+        });
+  });
+  EXPECT_FALSE(blocked(kShenzhen));
+  const std::string screen =
+      sevenX() ? "MPIncomingPhoneCallController initWithCall:"
+               : "PHInCallRootViewControllerActual initWithNibName:bundle:";
+  EXPECT_EQ(details("log"),
+            (std::vector<std::string>{"ZVException: " + screen +
+                                      " NSGenericException no number"}));
+  EXPECT_TRUE(events("alert").empty());
+  // Switched off for the life of the process: the hooks pass through.
+  EXPECT_FALSE(blocked(kShenzhen));
+  EXPECT_EQ(events("log").size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Generations, BlockingE2ETest,
+                         ::testing::Values("7.1", "8.1"), [](const auto& info) {
+                           return std::string(info.param) == "7.1" ? "Seven"
+                                                                   : "Eight";
+                         });
+
+// --- One generation only ----------------------------------------------------
+
+class SpringBoardBlockingTest : public World {};
+
+TEST_F(SpringBoardBlockingTest, CallBeforeTheScreenClassIsHookedIsNotBlocked) {
+  installChinaDatabase();
+  writeSettings({{"EnableBlacklist", true}, {"BlacklistBlockMode", 2}});
+  auto& sb = start(hosts::springboardHost(), "7.1", "4");
+  auto app = [&] {
+    return sb.run([] { return hosts::SpringBoardApplication::shared(); });
+  };
+  advance(5);
+  platform::CallId early = world_.telephony().incoming(kBeijing);
+  advance(0);
+  ASSERT_EQ(app()->screenedCalls().size(), 1u);
+  EXPECT_FALSE(app()->screenedCalls()[0].screenBlocked);
+  EXPECT_TRUE(app()->screenedCalls()[0].ringtone);
+  world_.telephony().decline(early);
+  // The class came with the call; the next retry (at 10 s) hooks it.
+  advance(10);
+  sb.run([] { EXPECT_EQ(C::initHookAttempts(), 1); });
+  platform::CallId late = world_.telephony().incoming(kShenzhen);
+  advance(0);
+  ASSERT_EQ(app()->screenedCalls().size(), 2u);
+  EXPECT_EQ(app()->screenedCalls()[1].id, late);
+  EXPECT_TRUE(app()->screenedCalls()[1].screenBlocked);
+  EXPECT_FALSE(app()->screenedCalls()[1].ringtone);
+}
+
+TEST_F(SpringBoardBlockingTest, RetriesInstallTheRowsWhenTheClassArrives) {
+  writeSettings({{"EnableBlacklist", true}, {"BlacklistBlockMode", 2}});
+  auto& sb = start(hosts::springboardHost(), "7.1", "4");
+  advance(14);
+  sb.run([] {
+    EXPECT_EQ(C::initHookAttempts(), 1);
+    EXPECT_EQ(rt::getClass("MPIncomingPhoneCallController"), nullptr);
+  });
+  advance(6);  // the class at 15 s, the second retry at 20 s
+  sb.run([] {
+    EXPECT_EQ(C::initHookAttempts(), 2);
+    const auto& started = platform::Process::current().startedModules;
+    EXPECT_EQ(std::count(started.begin(), started.end(),
+                         std::string("zvincomingcall_init2")),
+              1);
+  });
+  advance(200);
+  sb.run([] { EXPECT_EQ(C::initHookAttempts(), 2); });
+}
+
+class InCallServiceBlockingTest : public World {};
+
+TEST_F(InCallServiceBlockingTest, BlockedCallIsHungUpOnceAndRemindedOnce) {
+  writeSettings({{"EnableBlacklist", true},
+                 {"BlacklistBlockMode", 0},
+                 {"BlacklistBlockingRemind", 1}});
+  writeDevicePlist(C::kBlacklistPath, {{"10010", true}});
+  auto& ics = start(hosts::inCallServiceHost(), "8.1", "4.7");
+  world_.telephony().incoming("10010");
+  advance(2);
+  // The ringtone's decision blocked it again without acting on it.
+  EXPECT_EQ(events("disconnect").size(), 1u);
+  EXPECT_EQ(events("sound").size(), 1u);
+  ics.run([] {
+    auto app = hosts::InCallServiceApplication::shared();
+    EXPECT_TRUE(app->screenedCalls()[0].screenBlocked);
+    EXPECT_FALSE(app->screenedCalls()[0].ringtone);
+    EXPECT_FALSE(app->screen());
+  });
+}
+
+TEST_F(InCallServiceBlockingTest, BlockedCallThatRingsOnHasAnEmptyScreen) {
+  writeSettings({{"EnableBlacklist", true},
+                 {"BlacklistBlockMode", 2},
+                 {"BlacklistBlockAction", 1}});
+  auto& ics = start(hosts::inCallServiceHost(), "8.1", "4.7");
+  platform::CallId id = world_.telephony().incoming("10010");
+  advance(30);
+  EXPECT_EQ(world_.telephony().call(id)->status, platform::kCallRinging);
+  ics.run([] {
+    auto app = hosts::InCallServiceApplication::shared();
+    ASSERT_TRUE(app->screen());
+    EXPECT_EQ(app->screen()->className(), "UIViewController");
+    EXPECT_FALSE(app->screenLabels());
+    EXPECT_FALSE(app->ringtone()->playing);
+  });
+}
+
+// A second call while the screen is up (call waiting) builds no new screen:
+// only its ringtone is refused, and nothing hangs it up.
+TEST_F(InCallServiceBlockingTest, WaitingCallIsOnlySilenced) {
+  writeSettings({{"EnableBlacklist", true}, {"BlacklistBlockMode", 0}});
+  writeDevicePlist(C::kBlacklistPath, {{"10010", true}});
+  auto& ics = start(hosts::inCallServiceHost(), "8.1", "4.7");
+  platform::CallId mine = world_.telephony().dial("10086");
+  advance(0);
+  world_.telephony().connect(mine);
+  world_.telephony().incoming("10010");
+  advance(0);
+  ics.run([] {
+    auto app = hosts::InCallServiceApplication::shared();
+    ASSERT_EQ(app->screenedCalls().size(), 2u);
+    EXPECT_FALSE(app->screenedCalls()[1].ringtone);
+    EXPECT_FALSE(app->ringtone()->playing);
+  });
+  EXPECT_TRUE(events("disconnect").empty());
+}
+
+TEST_F(InCallServiceBlockingTest, OutgoingCallsAreNeverBlocked) {
+  writeSettings({{"EnableBlacklist", true}, {"BlacklistBlockMode", 2}});
+  auto& ics = start(hosts::inCallServiceHost(), "8.1", "4.7");
+  world_.telephony().dial("10010");
+  advance(0);
+  ics.run([] {
+    auto app = hosts::InCallServiceApplication::shared();
+    ASSERT_TRUE(app->screenLabels());
+    EXPECT_EQ(app->screenLabels()->name, "10010");
+    EXPECT_FALSE(app->screenedCalls()[0].screenBlocked);
+  });
+  EXPECT_TRUE(events("disconnect").empty());
+}
+
+}  // namespace
+}  // namespace zv::testing

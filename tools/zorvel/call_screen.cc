@@ -1,0 +1,132 @@
+#include "tools/zorvel/call_screen.h"
+
+#include <map>
+#include <sstream>
+
+namespace zv::cli {
+namespace {
+
+using nlohmann::ordered_json;
+
+// The id and the file of every sound made from a file so far.
+std::map<std::string, std::string> soundFiles(
+    const std::vector<platform::SimEvent>& events) {
+  std::map<std::string, std::string> files;
+  for (const auto& e : events) {
+    if (e.kind != "soundCreate") continue;
+    auto blank = e.detail.find(' ');
+    if (blank != std::string::npos)
+      files[e.detail.substr(0, blank)] = e.detail.substr(blank + 1);
+  }
+  return files;
+}
+
+// One recorded side effect as the session shows it; null for kinds a
+// person does not notice (notification posts, sounds being made).
+ordered_json effectOf(const platform::SimEvent& e,
+                      const std::map<std::string, std::string>& files) {
+  if (e.kind == "disconnect")
+    return {{"type", "disconnect"}, {"number", e.detail}};
+  if (e.kind == "disconnectAll") return {{"type", "disconnectAll"}};
+  if (e.kind == "sound") {
+    ordered_json s{{"type", "sound"}, {"id", std::stoul(e.detail)}};
+    if (auto f = files.find(e.detail); f != files.end()) s["file"] = f->second;
+    return s;
+  }
+  if (e.kind == "vibrate")
+    return {{"type", "vibration"}, {"pattern", e.detail}};
+  if (e.kind == "log") return {{"type", "log"}, {"line", e.detail}};
+  if (e.kind == "alert") return {{"type", "alert"}, {"text", e.detail}};
+  if (e.kind == "bulletin") {
+    auto bar = e.detail.find(" | ");
+    return {{"type", "bulletin"},
+            {"title",
+             bar == std::string::npos ? e.detail : e.detail.substr(bar + 3)}};
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+const char* statusName(int32_t status) {
+  switch (status) {
+    case platform::kCallActive:
+      return "active";
+    case platform::kCallHeld:
+      return "held";
+    case platform::kCallDialling:
+      return "dialling";
+    case platform::kCallRinging:
+      return "ringing";
+    case platform::kCallEnding:
+      return "ending";
+    default:
+      return "ended";
+  }
+}
+
+ordered_json CallScreen::capture() {
+  ordered_json out;
+  ordered_json calls = ordered_json::array();
+  for (const auto& c : host_.screenedCalls()) {
+    calls.push_back({{"number", c.number ? ordered_json(*c.number) : nullptr},
+                     {"direction", c.outgoing ? "outgoing" : "incoming"},
+                     {"status", statusName(c.status)},
+                     {"blocked", c.screenBlocked},
+                     {"ringtone", c.ringtone}});
+  }
+  out["calls"] = calls;
+  if (auto labels = host_.screenLabels()) {
+    ordered_json s{{"name", labels->name}};
+    if (labels->companyName) s["companyName"] = *labels->companyName;
+    if (labels->label) s["label"] = *labels->label;
+    out["screen"] = s;
+  } else {
+    out["screen"] = nullptr;
+  }
+  const auto& events = world_.events();
+  const auto files = soundFiles(events);
+  ordered_json effects = ordered_json::array();
+  for (size_t i = seen_; i < events.size(); ++i)
+    if (auto e = effectOf(events[i], files); !e.is_null()) effects.push_back(e);
+  seen_ = events.size();
+  out["effects"] = effects;
+  return out;
+}
+
+std::string CallScreen::render(const ordered_json& s) {
+  std::ostringstream out;
+  for (const auto& c : s["calls"]) {
+    out << "  call "
+        << (c["number"].is_null() ? "(hidden)" : c["number"].get<std::string>())
+        << ": " << c["direction"].get<std::string>() << ", "
+        << c["status"].get<std::string>();
+    if (c["blocked"].get<bool>()) out << ", blocked";
+    if (c["ringtone"].get<bool>()) out << ", rang";
+    out << "\n";
+  }
+  if (s["screen"].is_null()) {
+    out << "  screen: none\n";
+  } else {
+    const auto& sc = s["screen"];
+    out << "  screen: " << sc["name"].get<std::string>();
+    if (sc.contains("companyName"))
+      out << " / " << sc["companyName"].get<std::string>();
+    if (sc.contains("label"))
+      out << " (" << sc["label"].get<std::string>() << ")";
+    out << "\n";
+  }
+  for (const auto& e : s["effects"]) {
+    const std::string type = e["type"];
+    out << "  " << type;
+    for (const auto& [key, value] : e.items()) {
+      if (key == "type") continue;
+      out << " "
+          << (value.is_string() ? value.get<std::string>() : value.dump());
+    }
+    out << "\n";
+  }
+  return out.str();
+}
+
+}  // namespace zv::cli

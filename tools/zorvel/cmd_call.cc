@@ -1,0 +1,210 @@
+// zorvel call: a scripted session on the simulated call screens. It starts
+// the call-screen host of the system generation (the springboard on 7.x,
+// the in-call service on 8.x) on the device root with the extension
+// loaded, lets it run for 60 s of virtual time (--fresh: none) so that its
+// start-up retries have settled, then plays the actions as the network and
+// the user (see call_actions.h) and prints, after each, the calls, the call
+// screen and what happened (see call_screen.h). Time is virtual.
+#include <algorithm>
+#include <iostream>
+
+#include "hooks/modules.h"
+#include "hosts/incallservice/app.h"
+#include "hosts/springboard/app.h"
+#include "platform/linux/linux_platform.h"
+#include "platform/sim/device_presets.h"
+#include "platform/sim/sim_platform.h"
+#include "tools/zorvel/call_actions.h"
+#include "tools/zorvel/call_screen.h"
+#include "tools/zorvel/command.h"
+
+namespace zv::cli {
+namespace {
+
+using Kind = CallAction::Kind;
+
+struct CallOptions {
+  std::string root;
+  std::string screen = "4.7";
+  std::string os = "8.1";
+  bool json = false;
+  bool fresh = false;
+  std::vector<std::string> actions;
+};
+
+// How long the host has been running when the session begins.
+constexpr double kSettleSeconds = 60;
+
+platform::DeviceFacts deviceFor(const CallOptions& o) {
+  if (o.os != "7.1" && o.os != "8.1")
+    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
+                       2);
+  auto facts = platform::simulatedDevice(o.os, o.screen);
+  if (!facts)
+    throw CommandError(
+        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
+  return *facts;
+}
+
+// The newest call of the device in one of `statuses`, incoming or outgoing
+// as asked (either when nullopt).
+std::optional<platform::CallId> newestCall(
+    platform::SimTelephony& telephony, std::initializer_list<int32_t> statuses,
+    std::optional<bool> outgoing = std::nullopt) {
+  auto calls = telephony.calls();
+  for (auto it = calls.rbegin(); it != calls.rend(); ++it) {
+    if (outgoing && it->isOutgoing != *outgoing) continue;
+    if (std::find(statuses.begin(), statuses.end(), it->status) !=
+        statuses.end())
+      return it->id;
+  }
+  return std::nullopt;
+}
+
+class Session {
+ public:
+  Session(platform::SimWorld& world, platform::SimProcess& process,
+          hosts::CallScreenHost& host)
+      : world_(world), process_(process), host_(host) {}
+
+  // Performs one action; returns a note when it found nothing to act on.
+  std::optional<std::string> perform(const CallAction& a) {
+    auto& tel = world_.telephony();
+    using namespace platform;
+    switch (a.kind) {
+      case Kind::Incoming: {
+        IncomingOptions o;
+        o.hidden = !a.number;
+        o.abUID = a.contact;
+        o.platformBlocked = a.platformBlocked;
+        tel.incoming(a.number.value_or(""), o);
+        return std::nullopt;
+      }
+      case Kind::Answer:
+        return act("no ringing call to answer",
+                   newestCall(tel, {kCallRinging}, false),
+                   [&](CallId id) { tel.answer(id); });
+      case Kind::Decline:
+        return act("no ringing call to decline",
+                   newestCall(tel, {kCallRinging}, false),
+                   [&](CallId id) { tel.decline(id); });
+      case Kind::Hangup:
+        return act("no call for the other side to end",
+                   newestCall(tel, {kCallActive, kCallHeld, kCallDialling,
+                                    kCallRinging}),
+                   [&](CallId id) { tel.remoteHangup(id); });
+      case Kind::Outgoing:
+        tel.dial(*a.number);
+        return std::nullopt;
+      case Kind::Connect:
+        return act("no outgoing call to connect",
+                   newestCall(tel, {kCallDialling}, true),
+                   [&](CallId id) { tel.connect(id); });
+      case Kind::Hold:
+        return act("no active call to hold", newestCall(tel, {kCallActive}),
+                   [&](CallId id) { tel.hold(id); });
+      case Kind::Resume:
+        return act("no held call to resume", newestCall(tel, {kCallHeld}),
+                   [&](CallId id) { tel.resume(id); });
+      case Kind::End:
+        return act("no call to end",
+                   newestCall(tel, {kCallActive, kCallDialling, kCallHeld,
+                                    kCallRinging}),
+                   [&](CallId id) { tel.end(id); });
+      case Kind::Wait:
+        world_.advance(a.seconds);
+        return std::nullopt;
+      case Kind::Lock:
+      case Kind::Unlock:
+        process_.run([&] { host_.setLocked(a.kind == Kind::Lock); });
+        return std::nullopt;
+      case Kind::Notify:
+        process_.post(a.name, platform::Scope::System);
+        return std::nullopt;
+    }
+    return std::nullopt;
+  }
+
+ private:
+  template <typename F>
+  static std::optional<std::string> act(const char* note,
+                                        std::optional<platform::CallId> id,
+                                        F&& f) {
+    if (!id) return note;
+    f(*id);
+    return std::nullopt;
+  }
+
+  platform::SimWorld& world_;
+  platform::SimProcess& process_;
+  hosts::CallScreenHost& host_;
+};
+
+void run(const CallOptions& options) {
+  // Everything is checked before the first action runs.
+  const std::vector<CallAction> actions = parseCallActions(options.actions);
+  const platform::DeviceFacts facts = deviceFor(options);
+  try {
+    applyRoot(options.root);
+  } catch (const CommandError& e) {
+    throw CommandError(e.what(), 2);
+  }
+
+  platform::SimWorld world(platform::LinuxPlatform::instance().root());
+  const bool springboard = options.os == "7.1";
+  auto& process = hosts::launchSimulated(
+      world,
+      springboard ? hosts::springboardHost() : hosts::inCallServiceHost(),
+      facts, ZorvelInitializer);
+  world.advance(options.fresh ? 0 : kSettleSeconds);
+  auto* host = process.run([]() -> hosts::CallScreenHost* {
+    return dynamic_cast<hosts::CallScreenHost*>(
+        ui::UIApplication::shared().get());
+  });
+  if (!host) throw CommandError("the call-screen host did not start");
+  CallScreen screen(world, *host);
+  screen.skipEvents();  // what start-up did is not news
+
+  Session session(world, process, *host);
+  for (const auto& action : actions) {
+    auto note = session.perform(action);
+    world.advance(0);
+    auto s = process.run([&] { return screen.capture(); });
+    if (options.json) {
+      nlohmann::ordered_json out{{"action", action.text}};
+      out.update(s);
+      if (note) out["note"] = *note;
+      std::cout << out.dump() << "\n";
+    } else {
+      std::cout << "> " << action.text << "\n";
+      if (note) std::cout << "  (" << *note << ")\n";
+      std::cout << CallScreen::render(s);
+    }
+  }
+  std::cout.flush();
+  if (!std::cout) throw CommandError("cannot write the session");
+}
+
+Registration reg([](CLI::App& app) {
+  auto options = std::make_shared<CallOptions>();
+  auto* cmd = app.add_subcommand(
+      "call",
+      "play incoming and outgoing calls on the simulated call screens and "
+      "print what happens");
+  addRootOption(*cmd, options->root);
+  cmd->add_option("--os", options->os,
+                  "system version: 7.1 (springboard) or 8.1 (in-call service)");
+  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
+  cmd->add_flag("--json", options->json, "one JSON object per action");
+  cmd->add_flag("--fresh", options->fresh,
+                "start at the host's launch instead of 60 s after it");
+  cmd->add_option("actions", options->actions,
+                  "incoming:NUMBER[:contact=ID][:platform-blocked] answer "
+                  "decline hangup outgoing:NUMBER connect hold resume end "
+                  "wait:SECONDS lock unlock notify:NAME")
+      ->required();
+  cmd->callback([options] { run(*options); });
+});
+
+}  // namespace
+}  // namespace zv::cli
