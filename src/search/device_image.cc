@@ -2,12 +2,18 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "platform/plist.h"
 #include "search/device_image_pictures.h"
 #include "search/platform_schema.h"
 
 namespace zv {
+namespace device_glyphs {
+// The Control Centre glyph files (device_image_glyphs.cc).
+std::vector<std::pair<std::string, std::string>> controlCenterGlyphs();
+}  // namespace device_glyphs
 namespace {
 
 namespace fs = std::filesystem;
@@ -78,6 +84,8 @@ DeviceImageSummary createDeviceImage(const std::string& root,
         "area database");
   writeBytes(hostPath(root, "/Library/Zorvel/avatar.png"),
              device_pictures::placeholder(kPlaceholderSize));
+  for (const auto& [devicePath, png] : device_glyphs::controlCenterGlyphs())
+    writeBytes(hostPath(root, devicePath.c_str()), png);
 
   std::string settings =
       hostPath(root, "/var/mobile/Library/Preferences/zorvel.plist");
