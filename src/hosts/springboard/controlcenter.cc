@@ -42,20 +42,6 @@ std::string toggleTitle(const std::string& name) {
   return "Airplane Mode";
 }
 
-}  // namespace
-
-std::shared_ptr<ControlCenterButton> makeControlCenterButton(
-    const std::string& name, const std::string& identifier) {
-  auto b = std::dynamic_pointer_cast<ControlCenterButton>(
-      rt::alloc(rt::getClass(Button::kName)));
-  b->name = name;
-  b->setSize(50, 50);
-  rt::send(b, Button::setIdentifier, identifier);
-  return b;
-}
-
-namespace {
-
 void showHostGlyphs(const std::shared_ptr<ControlCenterButton>& b) {
   ui::ImagePtr g = hostGlyph(b->name);
   rt::send(b, Button::setGlyphImage, g);
@@ -68,9 +54,7 @@ bool flipRadio(const std::string& name) {
   auto& radios = ControlCenterRadios::current();
   bool on = false;
   if (name == "bluetooth") {
-    rt::Id manager =
-        rt::send(rt::classObject(rt::getClass(sdk::BluetoothManager::kName)),
-                 sdk::BluetoothManager::sharedInstance);
+    rt::Id manager = bluetoothManager();
     on = !rt::send(manager, sdk::BluetoothManager::powered);
     rt::send(manager, sdk::BluetoothManager::setPowered, on);
     return on;
@@ -83,9 +67,7 @@ bool flipRadio(const std::string& name) {
 
 bool radioState(const std::string& name) {
   if (name == "bluetooth") {
-    rt::Id manager =
-        rt::send(rt::classObject(rt::getClass(sdk::BluetoothManager::kName)),
-                 sdk::BluetoothManager::sharedInstance);
+    rt::Id manager = bluetoothManager();
     return rt::send(manager, sdk::BluetoothManager::powered);
   }
   auto& radios = ControlCenterRadios::current();
@@ -215,6 +197,16 @@ void buildSections(ControlCenterViewController& cc) {
 }
 
 }  // namespace
+
+std::shared_ptr<ControlCenterButton> makeControlCenterButton(
+    const std::string& name, const std::string& identifier) {
+  auto b = std::dynamic_pointer_cast<ControlCenterButton>(
+      rt::alloc(rt::getClass(Button::kName)));
+  b->name = name;
+  b->setSize(50, 50);
+  rt::send(b, Button::setIdentifier, identifier);
+  return b;
+}
 
 ControlCenterEffects& ControlCenterEffects::current() {
   auto& slot = platform::Process::current().slot<ControlCenterEffects>();

@@ -29,11 +29,6 @@ std::string nameOf(const std::string& identifier) {
   return "";
 }
 
-rt::Id bluetoothManager() {
-  return rt::send(rt::classObject(rt::getClass(sdk::BluetoothManager::kName)),
-                  sdk::BluetoothManager::sharedInstance);
-}
-
 void registerShortcut() {
   rt::registerClass<ShortcutModule>(Shortcut::kName);
   rt::define(Shortcut::identifier, [](const rt::Id& s) {

@@ -24,7 +24,9 @@ void buildModules(ControlCenterViewController& cc);
 void refreshModules(ControlCenterViewController& cc);
 void deactivateModules(ControlCenterViewController& cc);
 
-// SBUIController and BluetoothManager with their singletons.
+// SBUIController and BluetoothManager with their singletons; the Bluetooth
+// radio of the process.
 void registerTargets();
+rt::Id bluetoothManager();
 
 }  // namespace zv::hosts

@@ -1,6 +1,7 @@
 // What the Control Centre's buttons act on: the springboard UI controller
 // (a Home press, the app switcher) and the Bluetooth radio, each a
 // per-process singleton reached through its +sharedInstance.
+#include "hosts/springboard/controlcenter_app.h"
 #include "hosts/springboard/controlcenter_parts.h"
 #include "hostsdk/springboard_controlcenter.h"
 #include "platform/process.h"
@@ -13,6 +14,12 @@ using ui::self;
 using UIController = sdk::SBUIController;
 using Radio = sdk::BluetoothManager;
 
+// A Home press or the app switcher puts the Control Centre away.
+void putAwayControlCenter() {
+  auto app = ControlCenterSpringBoard::shared();
+  if (app && app->controlCenter) app->controlCenter->dismiss();
+}
+
 template <typename T>
 rt::Id singleton(std::string_view cls) {
   auto& slot = platform::Process::current().slot<T>();
@@ -21,6 +28,11 @@ rt::Id singleton(std::string_view cls) {
 }
 
 }  // namespace
+
+rt::Id bluetoothManager() {
+  return rt::send(rt::classObject(rt::getClass(Radio::kName)),
+                  Radio::sharedInstance);
+}
 
 void registerTargets() {
   rt::registerClass<SpringBoardUIController>(UIController::kName);
@@ -34,12 +46,14 @@ void registerTargets() {
                ++c.homePresses;
                c.switcherShown = false;
                if (wasSuspended) *wasSuspended = suspend;
+               putAwayControlCenter();
                ControlCenterEffects::record("home");
                return true;
              });
   rt::define(UIController::toggleSwitcher, [](const rt::Id& s) {
     auto& c = self<SpringBoardUIController>(s);
     c.switcherShown = !c.switcherShown;
+    putAwayControlCenter();
     ControlCenterEffects::record(c.switcherShown ? "switcher:shown"
                                                  : "switcher:hidden");
   });
