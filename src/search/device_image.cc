@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/device_image_pictures.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace device_glyphs {
