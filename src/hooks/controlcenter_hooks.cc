@@ -22,16 +22,20 @@ using Bluetooth = sdk::SBCCBluetoothSetting;
 class RuntimeControlCenterHost : public ControlCenterHost {
  public:
   void pressHomeButton() override {
-    rt::trySend(uiController(), sdk::SBUIController::handleButtonEventToSuspendDisplays, true, static_cast<bool*>(nullptr));
+    rt::trySend(uiController(),
+                sdk::SBUIController::handleButtonEventToSuspendDisplays, true,
+                static_cast<bool*>(nullptr));
   }
   void toggleSwitcher() override {
     rt::trySend(uiController(), sdk::SBUIController::toggleSwitcher);
   }
   void lockButtonUp(int source) override {
-    rt::trySend(application(), sdk::SpringBoard::lockButtonUpFromSource8, rt::Id(), source);
+    rt::trySend(application(), sdk::SpringBoard::lockButtonUpFromSource8,
+                rt::Id(), source);
   }
   void lockButtonUpFromSource(int source) override {
-    rt::trySend(application(), sdk::SpringBoard::lockButtonUpFromSource, source);
+    rt::trySend(application(), sdk::SpringBoard::lockButtonUpFromSource,
+                source);
   }
   bool cellularDataPlanIsEnabled() override {
     return platform::CTCellularDataPlanGetIsEnabled();
@@ -42,7 +46,8 @@ class RuntimeControlCenterHost : public ControlCenterHost {
   rt::Id objectIvar(const rt::Id& object, std::string_view name) override {
     return rt::getIvar<rt::Id>(object, name).value_or(nullptr);
   }
-  rt::Id settingsButton(const rt::Id& section, std::string_view identifier) override {
+  rt::Id settingsButton(const rt::Id& section,
+                        std::string_view identifier) override {
     auto buttons = rt::ivar(section, Settings::buttonsByID);
     if (!buttons) return nullptr;
     auto it = buttons->find(std::string(identifier));
@@ -55,7 +60,8 @@ class RuntimeControlCenterHost : public ControlCenterHost {
   std::string identifier(const rt::Id& object) override {
     return rt::trySend<std::string>(object, "identifier");
   }
-  void setGlyphImages(const rt::Id& button, ui::ImagePtr normal, ui::ImagePtr source, ui::ImagePtr selected) override {
+  void setGlyphImages(const rt::Id& button, ui::ImagePtr normal,
+                      ui::ImagePtr source, ui::ImagePtr selected) override {
     rt::trySend(button, Button::setGlyphImage, std::move(normal));
     rt::trySend(button, Button::setSourceGlyphImage, std::move(source));
     rt::trySend(button, Button::setSelectedGlyphImage, std::move(selected));
@@ -74,7 +80,8 @@ class RuntimeControlCenterHost : public ControlCenterHost {
   static rt::Id uiController() {
     rt::Class* cls = rt::getClass(sdk::SBUIController::kName);
     if (!cls) return nullptr;
-    return rt::trySend(rt::classObject(cls), sdk::SBUIController::sharedInstance);
+    return rt::trySend(rt::classObject(cls),
+                       sdk::SBUIController::sharedInstance);
   }
   static rt::Id application() { return ui::UIApplication::shared(); }
 };
@@ -85,7 +92,9 @@ void zvcontrolcenter_init() {
   runStartup("zvcontrolcenter_init", [] {
     auto s = ZVControlCenterSettings::sharedInstance();
     if (!s) return;
-    if (!s->ControlCenterHome() && !s->ControlCenterMultitasking() && !s->ControlCenterLockScreen() && !s->ControlCenterCellularData()) return;
+    if (!s->ControlCenterHome() && !s->ControlCenterMultitasking() &&
+        !s->ControlCenterLockScreen() && !s->ControlCenterCellularData())
+      return;
     auto c = ZVControlCenterController::sharedInstance();
     if (!c) return;
     c->setHost(std::make_shared<RuntimeControlCenterHost>());
