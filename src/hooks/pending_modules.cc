@@ -10,6 +10,5 @@ void zvincall_init() { runStartup("zvincall_init", [] {}); }
 void zvrecents_init() { runStartup("zvrecents_init", [] {}); }
 void zvcontacts_init() { runStartup("zvcontacts_init", [] {}); }
 void zvsms_init() { runStartup("zvsms_init", [] {}); }
-void zvcontrolcenter_init() { runStartup("zvcontrolcenter_init", [] {}); }
 
 }  // namespace zv

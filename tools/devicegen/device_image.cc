@@ -4,12 +4,18 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "devicegen/device_image_pictures.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 
 namespace zv {
+namespace device_glyphs {
+// The Control Centre glyph files (device_image_glyphs.cc).
+std::vector<std::pair<std::string, std::string>> controlCenterGlyphs();
+}  // namespace device_glyphs
 namespace {
 
 namespace fs = std::filesystem;
@@ -82,6 +88,8 @@ DeviceImageSummary createDeviceImage(const std::string& root,
              device_pictures::placeholder(kPlaceholderSize));
   writeBytes(hostPath(root, "/Library/Zorvel/block.caf"),
              devicegen::blockReminderSound());
+  for (const auto& [devicePath, png] : device_glyphs::controlCenterGlyphs())
+    writeBytes(hostPath(root, devicePath.c_str()), png);
 
   std::string settings =
       hostPath(root, "/var/mobile/Library/Preferences/zorvel.plist");

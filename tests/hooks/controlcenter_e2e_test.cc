@@ -1,0 +1,273 @@
+// The Control Centre end to end, on both system generations: a simulated
+// springboard on a device image with the shipped glyphs; ZorvelInitializer
+// installs the hooks; the test opens the Control Centre and taps its buttons
+// as a user would, and looks at the glyphs, the toggle and what the taps
+// did.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "controlcenter/control_center_controller.h"
+#include "core/guard.h"
+#include "hooks/modules.h"
+#include "hosts/kit/host_kit.h"
+#include "hosts/springboard/controlcenter_app.h"
+#include "hostsdk/springboard_controlcenter.h"
+#include "platform/plist.h"
+#include "platform/sim/device_presets.h"
+#include "platform/telephony/core_telephony.h"
+#include "platform/ui/view.h"
+#include "devicegen/device_image.h"
+#include "support/sim_fixture.h"
+
+namespace zv {
+namespace {
+
+using hosts::ControlCenterButton;
+using hosts::ControlCenterEffects;
+using hosts::ControlCenterSpringBoard;
+using Effects = std::vector<std::string>;
+
+class ControlCenterE2ETest : public testing::SimTest,
+                             public ::testing::WithParamInterface<const char*> {
+ protected:
+  ControlCenterE2ETest() {
+    DeviceImageOptions options;
+    options.contacts = options.calls = 0;
+    createDeviceImage(root_, options);
+  }
+  bool modular() const { return std::string(GetParam()) >= "8"; }
+
+  // Starts the springboard with `settings` on a 4-inch phone (an iPhone 5s:
+  // the ring-only Home glyph) and opens the Control Centre.
+  void start(const Dict& settings, const char* screen = "4") {
+    Dict all = settings;
+    all["Enable"] = true;
+    ASSERT_TRUE(plist::writeFile(
+        root_ + "/var/mobile/Library/Preferences/zorvel.plist", Value(all)));
+    auto facts = platform::simulatedDevice(GetParam(), screen);
+    ASSERT_TRUE(facts);
+    sb_ = &hosts::launchSimulated(world_, hosts::controlCenterSpringboard(),
+                                  *facts, ZorvelInitializer);
+    world_.advance(0);
+    open();
+  }
+  template <typename F>
+  auto run(F&& f) {
+    return sb_->run(std::forward<F>(f));
+  }
+  hosts::ControlCenterViewController& cc() {
+    return *run([] {
+              return ControlCenterSpringBoard::shared();
+            })->controlCenter;
+  }
+  std::shared_ptr<ControlCenterButton> button(const std::string& name) {
+    return cc().button(name);
+  }
+  void open() {
+    run([&] { cc().present(); });
+    world_.advance(0);
+  }
+  void close() {
+    run([&] { cc().dismiss(); });
+  }
+  void tap(const std::string& name) {
+    auto b = button(name);
+    ASSERT_TRUE(b) << name;
+    ASSERT_TRUE(run([&] { return b->touch(); })) << name;
+    world_.advance(0);
+  }
+  // Effects since the previous call.
+  Effects effects() {
+    auto& all = run([] { return &ControlCenterEffects::current(); })->effects;
+    Effects news(all.begin() + seen_, all.end());
+    seen_ = all.size();
+    return news;
+  }
+  bool cellular() {
+    return run([] { return platform::CTCellularDataPlanGetIsEnabled(); });
+  }
+  // The glyph file an image was read from ("" for none, "host" for the
+  // host's own artwork).
+  std::string fileOf(const ui::ImagePtr& image, const std::string& name) {
+    if (!image) return "";
+    if (image == run([&] { return hosts::hostGlyph(name); })) return "host";
+    for (const auto& entry :
+         std::filesystem::directory_iterator(root_ + "/Library/Zorvel")) {
+      auto file = ui::Image::fromFile(entry.path().string(), 2);
+      if (file && file->rgba() == image->rgba())
+        return entry.path().stem().string();
+    }
+    return "?";
+  }
+  std::string glyph(const std::string& name) {
+    return fileOf(button(name)->glyph, name);
+  }
+
+  platform::SimProcess* sb_ = nullptr;
+  size_t seen_ = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Generations, ControlCenterE2ETest,
+                         ::testing::Values("7.1", "8.1"));
+
+TEST_P(ControlCenterE2ETest, ReplacedButtonsLookAndActAsHomeSwitcherAndLock) {
+  start({{"ControlCenterHome", 1},
+         {"ControlCenterMultitasking", 1},
+         {"ControlCenterLockScreen", 1}});
+  EXPECT_EQ(glyph("clock"), "home5s_normal");
+  EXPECT_EQ(fileOf(button("clock")->sourceGlyph, "clock"), "home5s_normal");
+  // Below 8.0 the selected look is the selected file; from 8.0 on every
+  // state asks the module, which answers the normal image.
+  EXPECT_EQ(fileOf(button("clock")->selectedGlyph, "clock"),
+            modular() ? "home5s_normal" : "home5s_selected");
+  EXPECT_EQ(glyph("calculator"), "switcher_normal");
+  EXPECT_EQ(glyph("camera"), "lock_normal");
+  EXPECT_EQ(glyph("torch"), "host");
+  EXPECT_EQ(glyph("bluetooth"), "host");
+
+  tap("torch");
+  tap("clock");
+  EXPECT_FALSE(cc().presented);  // a Home press puts it away
+  open();
+  tap("calculator");
+  EXPECT_EQ(effects(), (Effects{"torch:on", "home", "switcher:shown"}));
+  EXPECT_FALSE(button("clock")->selected);
+  open();
+  tap("camera");
+  EXPECT_EQ(effects(), Effects{"lock"});
+  EXPECT_TRUE(run([] { return ControlCenterSpringBoard::shared()->locked; }));
+  EXPECT_TRUE(run([] { return zvenabled(); }));
+}
+
+TEST_P(ControlCenterE2ETest, ValueTwoInstallsButNeitherReplacesNorActs) {
+  start({{"ControlCenterHome", 2},
+         {"ControlCenterMultitasking", 2},
+         {"ControlCenterLockScreen", 2},
+         {"ControlCenterCellularData", 2}});
+  // The start-up routine went on to the controller (the hooks are in).
+  EXPECT_TRUE(run([] {
+    return platform::Process::current().slot<ZVControlCenterController>() !=
+           nullptr;
+  }));
+  for (const char* name : {"clock", "calculator", "camera", "bluetooth"})
+    EXPECT_EQ(glyph(name), "host") << name;
+  if (modular()) {
+    EXPECT_EQ(button("bluetooth")->title, "Bluetooth");
+  }
+  tap("clock");
+  tap("calculator");
+  tap("camera");
+  tap("bluetooth");
+  EXPECT_EQ(effects(), (Effects{"launch:com.apple.mobiletimer",
+                                "launch:com.apple.calculator",
+                                "launch:com.apple.camera", "bluetooth:on"}));
+  EXPECT_TRUE(button("bluetooth")->selected);
+  EXPECT_TRUE(cellular());
+  EXPECT_TRUE(world_.events("cellularData").empty());
+}
+
+TEST_P(ControlCenterE2ETest, NoKeySetStartsNothing) {
+  start({});
+  EXPECT_FALSE(run([] {
+    return platform::Process::current().slot<ZVControlCenterController>() !=
+           nullptr;
+  }));
+  EXPECT_EQ(glyph("clock"), "host");
+  tap("clock");
+  EXPECT_EQ(effects(), Effects{"launch:com.apple.mobiletimer"});
+}
+
+TEST_P(ControlCenterE2ETest, CellularToggleTwiceReturnsToItsFirstState) {
+  start({{"ControlCenterCellularData", 1}});
+  EXPECT_EQ(glyph("bluetooth"), "cellular_normal");
+  if (modular()) {
+    EXPECT_EQ(button("bluetooth")->title, "Cellular");
+  }
+  const bool first = cellular();
+  EXPECT_EQ(button("bluetooth")->selected, first);
+  tap("bluetooth");
+  EXPECT_EQ(cellular(), !first);
+  EXPECT_EQ(button("bluetooth")->selected, !first);
+  tap("bluetooth");
+  EXPECT_EQ(cellular(), first);
+  EXPECT_EQ(button("bluetooth")->selected, first);
+  auto switched = world_.events("cellularData");
+  ASSERT_EQ(switched.size(), 2u);
+  EXPECT_EQ(switched[0].detail, first ? "off" : "on");
+  EXPECT_EQ(switched[1].detail, first ? "on" : "off");
+  // Bluetooth itself never moved.
+  EXPECT_TRUE(effects().empty());
+}
+
+TEST_P(ControlCenterE2ETest, ToggleShowsCellularDataChangedElsewhere) {
+  start({{"ControlCenterCellularData", 1}});
+  EXPECT_TRUE(button("bluetooth")->selected);
+  close();
+  run([] { platform::CTCellularDataPlanSetIsEnabled(false); });
+  open();
+  if (modular()) {
+    // Every appearance after the first updates a tenth of a second later.
+    EXPECT_TRUE(button("bluetooth")->selected);
+    world_.advance(0.1);
+  }
+  EXPECT_FALSE(button("bluetooth")->selected);
+}
+
+TEST_P(ControlCenterE2ETest, MissingGlyphFilesCrashNothing) {
+  for (const char* name :
+       {"home5s_normal.png", "home5s_selected.png", "cellular_normal.png"})
+    std::filesystem::remove(root_ + "/Library/Zorvel/" + name);
+  start({{"ControlCenterHome", 1}, {"ControlCenterCellularData", 1}});
+  // Below 8.0 the button gets no image and draws an empty glyph; from 8.0
+  // on no image means the host draws its own.
+  EXPECT_EQ(glyph("clock"), modular() ? "host" : "");
+  EXPECT_EQ(glyph("bluetooth"), modular() ? "host" : "");
+  tap("bluetooth");
+  tap("clock");
+  EXPECT_EQ(effects(), Effects{"home"});
+  EXPECT_FALSE(cellular());
+  EXPECT_TRUE(run([] { return zvenabled(); }));
+}
+
+TEST_P(ControlCenterE2ETest, OlderHomeButtonOnTheThreeAndAHalfInchPhone) {
+  start({{"ControlCenterHome", 1}}, "3.5");
+  EXPECT_EQ(glyph("clock"), "home_normal");
+}
+
+}  // namespace
+}  // namespace zv
+
+namespace zv {
+namespace {
+
+// A failure inside the system's work is logged, switches the extension off
+// and leaves the tap to the host.
+TEST_P(ControlCenterE2ETest, AFailingReplacementFallsBackToTheHost) {
+  start({{"ControlCenterHome", 1}});
+  // The button fails once, when the replacement unselects it.
+  run([] {
+    auto failed = std::make_shared<bool>(false);
+    rt::define(sdk::SBControlCenterButton::setSelected,
+               [failed](const rt::Id& s, bool on) {
+                 if (!*failed) {
+                   *failed = true;
+                   throw rt::Exception("NSGenericException", "button is busy");
+                 }
+                 ui::self<ControlCenterButton>(s).selected = on;
+               });
+  });
+  tap("clock");
+  EXPECT_EQ(effects(), Effects{"launch:com.apple.mobiletimer"});
+  EXPECT_FALSE(run([] { return zvenabled(); }));
+  auto logs = world_.events("log");
+  ASSERT_EQ(logs.size(), 1u);
+  EXPECT_EQ(logs[0].detail,
+            modular() ? "ZVException: SBCCShortcutButtonController "
+                        "buttonTapped: NSGenericException button is busy"
+                      : "ZVException: SBCCQuickLaunchSectionController "
+                        "buttonTapped: NSGenericException button is busy");
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,110 @@
+// The simulated springboard's Control Centre without the extension, on both
+// system generations: what each button shows and does, the Bluetooth
+// toggle following its radio, the modules' activation, and the selectors
+// of each generation.
+#include <gtest/gtest.h>
+
+#include "hosts/kit/host_kit.h"
+#include "hosts/springboard/controlcenter_app.h"
+#include "hostsdk/springboard_controlcenter.h"
+#include "platform/sim/device_presets.h"
+#include "support/sim_fixture.h"
+
+namespace zv::hosts {
+namespace {
+
+using Effects = std::vector<std::string>;
+
+class ControlCenterHostTest
+    : public testing::SimTest,
+      public ::testing::WithParamInterface<const char*> {
+ protected:
+  ControlCenterHostTest() {
+    auto facts = platform::simulatedDevice(GetParam(), "4.7");
+    sb_ = &launchSimulated(world_, controlCenterSpringboard(), *facts);
+    cc_ = sb_->run([] { return ControlCenterSpringBoard::shared(); })
+              ->controlCenter;
+  }
+  bool modular() const { return std::string(GetParam()) >= "8"; }
+  bool tap(const std::string& name) {
+    return sb_->run([&] { return cc_->button(name)->touch(); });
+  }
+  Effects effects() {
+    return sb_->run([] { return ControlCenterEffects::current().effects; });
+  }
+
+  platform::SimProcess* sb_;
+  std::shared_ptr<ControlCenterViewController> cc_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Generations, ControlCenterHostTest,
+                         ::testing::Values("7.1", "8.1"));
+
+TEST_P(ControlCenterHostTest, ButtonsOpenTheirAppsAndFlipTheirRadios) {
+  EXPECT_FALSE(tap("clock"));  // closed: nothing to touch
+  sb_->run([&] { cc_->present(); });
+  for (const char* name : {"torch", "clock", "calculator", "camera", "airplane",
+                           "wifi", "bluetooth"}) {
+    auto b = cc_->button(name);
+    ASSERT_TRUE(b) << name;
+    EXPECT_EQ(b->glyph, sb_->run([&] { return hostGlyph(name); })) << name;
+  }
+  EXPECT_TRUE(cc_->button("wifi")->selected);
+  EXPECT_FALSE(cc_->button("bluetooth")->selected);
+  EXPECT_EQ(cc_->button("bluetooth")->identifier, "bluetooth");
+  EXPECT_EQ(cc_->button("clock")->identifier, "com.apple.mobiletimer");
+  for (const char* name : {"clock", "calculator", "camera", "torch",
+                           "bluetooth", "bluetooth", "wifi"})
+    EXPECT_TRUE(tap(name)) << name;
+  EXPECT_EQ(effects(),
+            (Effects{"launch:com.apple.mobiletimer",
+                     "launch:com.apple.calculator", "launch:com.apple.camera",
+                     "torch:on", "bluetooth:on", "bluetooth:off", "wifi:off"}));
+  EXPECT_TRUE(cc_->button("torch")->selected);
+  EXPECT_FALSE(cc_->button("bluetooth")->selected);
+  EXPECT_FALSE(cc_->button("wifi")->selected);
+}
+
+TEST_P(ControlCenterHostTest, ToggleShowsTheRadioOnEachAppearance) {
+  sb_->run([&] {
+    cc_->present();
+    cc_->dismiss();
+    rt::Id radio =
+        rt::send(rt::classObject(rt::getClass(sdk::BluetoothManager::kName)),
+                 sdk::BluetoothManager::sharedInstance);
+    rt::send(radio, sdk::BluetoothManager::setPowered, true);
+    cc_->present();
+  });
+  EXPECT_TRUE(cc_->button("bluetooth")->selected);
+  if (modular()) {
+    EXPECT_TRUE(cc_->settings->bluetooth->active);
+    EXPECT_EQ(cc_->button("bluetooth")->title, "Bluetooth");
+    sb_->run([&] { cc_->dismiss(); });
+    EXPECT_FALSE(cc_->settings->bluetooth->active);
+  }
+}
+
+TEST_P(ControlCenterHostTest, EachGenerationHasItsOwnClassesAndLockButton) {
+  sb_->run([&] {
+    bool eight = modular();
+    EXPECT_EQ(rt::getClass(sdk::SBCCShortcutButtonController::kName) != nullptr,
+              eight);
+    EXPECT_EQ(rt::getClass(sdk::SBCCBluetoothSetting::kName) != nullptr, eight);
+    auto app = ControlCenterSpringBoard::shared();
+    EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource8),
+              eight);
+    EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource),
+              !eight);
+    cc_->present();
+    if (eight)
+      rt::send(app, sdk::SpringBoard::lockButtonUpFromSource8, rt::Id(), 1);
+    else
+      rt::send(app, sdk::SpringBoard::lockButtonUpFromSource, 1);
+    EXPECT_TRUE(app->locked);
+    EXPECT_FALSE(cc_->presented);  // locking puts the Control Centre away
+  });
+  EXPECT_EQ(effects(), Effects{"lock"});
+}
+
+}  // namespace
+}  // namespace zv::hosts

@@ -1,0 +1,149 @@
+// zorvel controlcenter: a scripted session on the simulated springboard's
+// Control Centre. It starts a springboard process on the device root (its
+// settings and installed glyphs), lets ZorvelInitializer install the hooks,
+// checks every action, then performs them in order and prints the Control
+// Centre after each (text, or one JSON object per action with --json).
+// Time is virtual: wait:SECONDS moves the clock, so the delayed toggle
+// update runs without sleeping.
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "hooks/modules.h"
+#include "hosts/kit/host_kit.h"
+#include "hosts/springboard/controlcenter_app.h"
+#include "platform/linux/linux_platform.h"
+#include "platform/sim/device_presets.h"
+#include "platform/sim/sim_platform.h"
+#include "tools/zorvel/command.h"
+#include "tools/zorvel/controlcenter_screen.h"
+
+namespace zv::cli {
+namespace {
+
+struct ControlCenterOptions {
+  std::string root;
+  std::string screen = "4.7";
+  std::string os = "8.1";
+  bool json = false;
+  std::vector<std::string> actions;
+};
+
+// One checked action: open, close, a tap on a button, or a wait.
+struct Action {
+  enum Kind { kOpen, kClose, kTap, kWait } kind;
+  std::string button;  // kTap
+  double seconds = 0;  // kWait
+};
+
+// The buttons a tap can name: by what they replace, or by their place.
+const std::map<std::string, std::string>& tapTargets() {
+  static const std::map<std::string, std::string> targets = {
+      {"home", "clock"},
+      {"clock", "clock"},
+      {"multitasking", "calculator"},
+      {"calculator", "calculator"},
+      {"lock", "camera"},
+      {"camera", "camera"},
+      {"cellular", "bluetooth"},
+      {"bluetooth", "bluetooth"}};
+  return targets;
+}
+
+Action parse(const std::string& text) {
+  if (text == "open") return {Action::kOpen, "", 0};
+  if (text == "close") return {Action::kClose, "", 0};
+  if (text.starts_with("tap:")) {
+    auto it = tapTargets().find(text.substr(4));
+    if (it != tapTargets().end()) return {Action::kTap, it->second, 0};
+    throw CommandError("unknown button in " + text +
+                           " (use home, multitasking, lock, cellular, "
+                           "bluetooth, clock, calculator or camera)",
+                       2);
+  }
+  if (text.starts_with("wait:")) {
+    try {
+      size_t used = 0;
+      double v = std::stod(text.substr(5), &used);
+      if (used == text.size() - 5 && v >= 0) return {Action::kWait, "", v};
+    } catch (const std::exception&) {
+    }
+    throw CommandError("bad number in action " + text, 2);
+  }
+  throw CommandError("unknown action " + text, 2);
+}
+
+platform::DeviceFacts deviceFor(const ControlCenterOptions& o) {
+  if (o.os != "7.1" && o.os != "8.1")
+    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
+                       2);
+  auto facts = platform::simulatedDevice(o.os, o.screen);
+  if (!facts)
+    throw CommandError(
+        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
+  return *facts;
+}
+
+void run(const ControlCenterOptions& options) {
+  auto facts = deviceFor(options);
+  std::vector<Action> actions;
+  for (const auto& a : options.actions) actions.push_back(parse(a));
+  applyRoot(options.root);
+  platform::SimWorld world(platform::LinuxPlatform::instance().root());
+  auto& sb = hosts::launchSimulated(world, hosts::controlCenterSpringboard(),
+                                    facts, ZorvelInitializer);
+  world.advance(0);
+  auto app = sb.run([] { return hosts::ControlCenterSpringBoard::shared(); });
+  ControlCenterScreen screen(sb, *app);
+  sb.run([&] { screen.capture(); });  // what start-up did is not news
+  for (size_t i = 0; i < actions.size(); ++i) {
+    const Action& a = actions[i];
+    switch (a.kind) {
+      case Action::kOpen:
+        sb.run([&] { app->controlCenter->present(); });
+        break;
+      case Action::kClose:
+        sb.run([&] { app->controlCenter->dismiss(); });
+        break;
+      case Action::kTap:
+        // A closed Control Centre takes no taps.
+        sb.run([&] { app->controlCenter->button(a.button)->touch(); });
+        break;
+      case Action::kWait:
+        world.advance(a.seconds);
+        break;
+    }
+    world.advance(0);
+    auto s = sb.run([&] { return screen.capture(); });
+    if (options.json) {
+      nlohmann::ordered_json out{{"action", options.actions[i]}};
+      out.update(s);
+      std::cout << out.dump() << "\n";
+    } else {
+      std::cout << "> " << options.actions[i] << "\n"
+                << ControlCenterScreen::render(s);
+    }
+  }
+  std::cout.flush();
+  if (!std::cout) throw CommandError("cannot write the output");
+}
+
+Registration reg([](CLI::App& app) {
+  auto options = std::make_shared<ControlCenterOptions>();
+  auto* cmd = app.add_subcommand(
+      "controlcenter",
+      "run actions on the simulated springboard's Control Centre and print it");
+  addRootOption(*cmd, options->root);
+  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
+  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
+  cmd->add_flag("--json", options->json, "one JSON object per action");
+  cmd->add_option("actions", options->actions,
+                  "open close wait:SECONDS tap:home|multitasking|lock|"
+                  "cellular|bluetooth|clock|calculator|camera")
+      ->required();
+  cmd->callback([options] { run(*options); });
+});
+
+}  // namespace
+}  // namespace zv::cli
