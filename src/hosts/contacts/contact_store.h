@@ -36,6 +36,21 @@ std::string compositeName(const std::string& first, const std::string& last,
 // Every person, sorted by composite name (persons without any name last).
 std::vector<Contact> loadContacts();
 std::optional<Contact> loadContact(int32_t recordId);
+// The text a stored label shows: built-in keys in the user's language
+// ("_$!<Mobile>!$_" is "mobile" in English), other labels as stored.
+std::string labelText(const std::string& storedLabel);
+
+// The contact one of whose phone numbers is `number` (digits compared; a
+// number of 7 digits or more also matches the end of a longer one, so a
+// number with or without its country or trunk prefix is found), with that
+// phone's index; nothing when no contact has it.
+struct NumberOwner {
+  Contact contact;
+  size_t phone = 0;
+};
+std::optional<NumberOwner> findNumberOwner(const std::vector<Contact>& contacts,
+                                           const std::string& number);
+
 // The stored thumbnail bytes (the smallest format), "" when none.
 std::string contactImageData(int32_t recordId);
 
