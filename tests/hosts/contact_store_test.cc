@@ -18,6 +18,7 @@ TEST(CompositeNameTest, ChineseNamesReadAsOneWord) {
   EXPECT_EQ(compositeName("Lei", "Li", "", false), "Lei Li");
   EXPECT_EQ(compositeName("Lei", "Li", "", true), "Li Lei");
   EXPECT_EQ(compositeName("磊", "李", "", true), "李磊");
+  EXPECT_EQ(compositeName("磊", "李", "", false), "李磊");
   EXPECT_EQ(compositeName("", "李", "ACME", true), "李");
   EXPECT_EQ(compositeName("", "", "ACME", false), "ACME");
 }

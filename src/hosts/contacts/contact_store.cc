@@ -74,11 +74,13 @@ std::optional<NumberOwner> findNumberOwner(const std::vector<Contact>& contacts,
 
 std::string compositeName(const std::string& first, const std::string& last,
                           const std::string& organization, bool lastFirst) {
-  const std::string& a = lastFirst ? last : first;
-  const std::string& b = lastFirst ? first : last;
+  // A name written in ideographs reads family name first, as one word.
+  const bool chinese = ideographic(first) && ideographic(last);
+  const std::string& a = lastFirst || chinese ? last : first;
+  const std::string& b = lastFirst || chinese ? first : last;
   if (a.empty() && b.empty()) return organization;
   if (a.empty() || b.empty()) return a + b;
-  return a + (ideographic(a) && ideographic(b) ? "" : " ") + b;
+  return a + (chinese ? "" : " ") + b;
 }
 
 std::vector<Contact> loadContacts() {

@@ -28,8 +28,8 @@ struct Contact {
   bool hasImage = false;
 };
 
-// The composite name: two parts in the user's order, separated by a blank
-// unless both are written in ideographs (a Chinese name reads as one word).
+// The composite name: two parts in the user's order, separated by a blank;
+// a name written in ideographs reads family name first, as one word.
 std::string compositeName(const std::string& first, const std::string& last,
                           const std::string& organization, bool lastFirst);
 
