@@ -57,7 +57,8 @@ class ListsWorld : public DialerTest {
                            schema::Database::kCallHistoryDb);
     execSql(root_ + schema::kCallHistoryStorePath,
             schema::callRecordTableSql("ZVZCALLRECORD"));
-    execSql(root_ + schema::kCallHistoryDbPath, schema::callTableSql("deleted"));
+    execSql(root_ + schema::kCallHistoryDbPath,
+            schema::callTableSql("deleted"));
   }
 
   static void addPicture(const std::string& images, int id, ui::Pixel colour) {

@@ -99,7 +99,8 @@ TEST_F(RecentsE2ETest, AvatarsMoveTheTextsAndTheIconAndNeverLandOnAReusedRow) {
   ASSERT_TRUE(icon);
   EXPECT_FALSE(icon->isHidden());
   EXPECT_EQ(before[0]->separatorInset().left, 67);
-  EXPECT_TRUE(testing::allPixels(before[0]->imageView()->image(), testing::kRed));
+  EXPECT_TRUE(
+      testing::allPixels(before[0]->imageView()->image(), testing::kRed));
   EXPECT_TRUE(
       testing::allPixels(before[1]->imageView()->image(), testing::kGrey));
 
@@ -123,7 +124,8 @@ TEST_F(RecentsE2ETest, AvatarsMoveTheTextsAndTheIconAndNeverLandOnAReusedRow) {
   ASSERT_EQ(after.size(), 1u);
   ASSERT_EQ(after[0], reused);
   EXPECT_EQ(after[0]->call->call.number, testing::kStranger);
-  EXPECT_TRUE(testing::allPixels(after[0]->imageView()->image(), testing::kGrey));
+  EXPECT_TRUE(
+      testing::allPixels(after[0]->imageView()->image(), testing::kGrey));
 }
 
 TEST_F(RecentsE2ETest, EditingWidensTheSeparatorInset) {
@@ -149,7 +151,8 @@ TEST_F(RecentsE2ETest, LimitOfOneHundredRestoresAndDeletesNothing) {
 TEST_F(RecentsE2ETest, ALongerLimitPutsOlderBackedUpCallsBackIntoTheList) {
   // 100 calls listed, 60 older ones and one newer one in the backup.
   for (int i = 0; i < 100; ++i)
-    modernCall(1000 + i, 10000 + i * 10, i % 2 ? testing::kLiLei : testing::kStranger);
+    modernCall(1000 + i, 10000 + i * 10,
+               i % 2 ? testing::kLiLei : testing::kStranger);
   for (int i = 0; i < 60; ++i)
     modernCall(100 + i, 100 + i, i % 2 ? testing::kWangWu : testing::kHanMeimei,
                5, false, "ZVZCALLRECORD");
@@ -160,8 +163,9 @@ TEST_F(RecentsE2ETest, ALongerLimitPutsOlderBackedUpCallsBackIntoTheList) {
   ASSERT_EQ(listed.size(), 150u);
   EXPECT_EQ(listed.front(), 110);
   EXPECT_TRUE(modernDates("ZVZCALLRECORD").empty());
-  size_t calls = phone_->run(
-      [] { return PhoneApplication::shared()->recents->manager->calls.size(); });
+  size_t calls = phone_->run([] {
+    return PhoneApplication::shared()->recents->manager->calls.size();
+  });
   EXPECT_EQ(calls, 150u);  // no two neighbours share a number and kind
 }
 

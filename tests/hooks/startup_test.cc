@@ -54,7 +54,8 @@ TEST_F(StartupTest, EnableSwitchAndSystemVersionDecide) {
   writeEnable(true);
   EXPECT_EQ(start("com.apple.MobileAddressBook", "7.0.4").size(), 1u);
   // A settings file that does not parse counts as Enable on.
-  writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist", "\x01garbage");
+  writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist",
+                  "\x01garbage");
   EXPECT_EQ(start("com.apple.MobileAddressBook").size(), 1u);
 }
 
