@@ -5,6 +5,7 @@
 #include "hostsdk/phone.h"
 #include "platform/platform.h"
 #include "platform/runtime/message.h"
+#include "platform/ui/application.h"
 #include "platform/ui/messages.h"
 #include "platform/ui/text_metrics.h"
 
@@ -312,6 +313,17 @@ std::shared_ptr<ui::UIView> RecentsViewController::loadView() {
     return std::dynamic_pointer_cast<ui::UITableViewCell>(
         rt::send(vc, VC::tableViewCellForRowAtIndexPath, t.shared_from_this(),
                  ui::IndexPath{0, static_cast<int64_t>(row)}));
+  };
+  // A tap on a row calls its number back.
+  table->didSelectRow = [weak](ui::UITableView&, size_t row) {
+    auto vc = weak.lock();
+    if (!vc || row >= vc->manager->calls.size()) return;
+    const RecentCall& call = vc->manager->calls[row]->call;
+    rt::trySend(
+        ui::UIApplication::shared(), sdk::PhoneApplication::dialPhoneNumber,
+        call.number,
+        call.contactId == -1 ? std::string() : std::to_string(call.contactId),
+        0, false, false);
   };
   return table;
 }
