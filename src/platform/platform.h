@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "platform/process.h"
+#include "platform/telephony/telephony.h"
 #include "platform/value.h"
 
 namespace zv::platform {
@@ -31,14 +32,14 @@ struct Size {
 struct DeviceFacts {
   std::string systemName = "iPhone OS";
   std::string systemVersion = "8.1";
-  std::string model = "iPhone";           // UIDevice model
+  std::string model = "iPhone";             // UIDevice model
   std::string hardwareModel = "iPhone7,2";  // sysctl "hw.machine"
   Size screenPoints{375, 667};
   Size screenPixels{750, 1334};
   double screenScale = 2;
-  std::string bundleIdentifier;           // of the host process
-  std::string locale = "en_US";           // the user's region format
-  std::string language = "en";            // for localised strings
+  std::string bundleIdentifier;  // of the host process
+  std::string locale = "en_US";  // the user's region format
+  std::string language = "en";   // for localised strings
   // The user's contact name order, as ABPersonGetCompositeNameFormatForRecord
   // answers it with no record: true for last name first.
   bool nameOrderLastFirst = false;
@@ -59,7 +60,7 @@ inline constexpr char kAddressBookExternalChangeNotification[] =
 struct Alert {
   std::string title;
   std::string message;
-  std::string cancelButton;               // empty: none
+  std::string cancelButton;  // empty: none
   std::vector<std::string> otherButtons;
   // Called with the pressed button's index (the alert's delegate).
   std::function<void(const Alert&, int buttonIndex)> onButton;
@@ -109,8 +110,8 @@ class Platform {
 
   // --- Localised strings -------------------------------------------------
   // The host bundle's string table `table`; the key itself when absent.
-  virtual std::string localizedString(std::string_view key,
-                                      std::string_view table = "Zorvel") const = 0;
+  virtual std::string localizedString(
+      std::string_view key, std::string_view table = "Zorvel") const = 0;
 
   // --- Side effects ------------------------------------------------------
   virtual void log(std::string_view line) = 0;
@@ -118,6 +119,18 @@ class Platform {
   virtual void playSystemSound(uint32_t soundId) = 0;
   // AudioServicesPlaySystemSoundWithVibration with its pattern dictionary.
   virtual void playVibration(uint32_t soundId, const Dict& pattern) = 0;
+  // AudioServicesCreateSystemSoundID with the file URL of a device path:
+  // the new sound id, or nullopt (the platform's non-zero result) when the
+  // file is not there. AudioServicesDisposeSystemSoundID releases an id.
+  virtual std::optional<uint32_t> createSystemSound(
+      std::string_view devicePath) = 0;
+  virtual void disposeSystemSound(uint32_t soundId) = 0;
+  // A notification banner as the springboard presents a bulletin (see
+  // ui/bulletin.h, which reads the bulletin's texts through the runtime).
+  virtual void showBanner(std::string_view sectionID,
+                          std::string_view title) = 0;
+  // The carrier name the status bar now shows.
+  virtual void showCarrierName(std::string_view name) = 0;
   virtual std::string pasteboard() const = 0;
   virtual void setPasteboard(std::string_view text) = 0;
   // [UIApplication openURL:]; true when something handled it.
@@ -126,6 +139,10 @@ class Platform {
   virtual void showAlert(std::shared_ptr<Alert> alert) = 0;
   // The C library's system(); returns its status.
   virtual int system(const std::string& command) = 0;
+
+  // --- Telephony ---------------------------------------------------------
+  // The device's telephony service (calls, hang-up, cellular data).
+  virtual Telephony& telephony() = 0;
 };
 
 // Reads / writes a property-list dictionary at a device path (mapped with

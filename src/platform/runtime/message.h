@@ -88,6 +88,19 @@ void define(const Message<R(A...)>& m, Imp<R(A...)> imp) {
   addMethod<R(A...)>(c, m.sel, std::move(imp));
 }
 
+// The same on the classes of a given runtime, for registration code that is
+// handed the runtime it fills (not necessarily the current process's).
+template <typename R, typename... A>
+void define(Runtime& runtime, const Message<R(A...)>& m, Imp<R(A...)> imp) {
+  Class* c = runtime.getClass(m.cls);
+  if (c && m.classMethod) c = c->metaClass();
+  if (!c)
+    throw Exception("NSInternalInconsistencyException",
+                    "no class " + std::string(m.cls) + " to define " +
+                        std::string(m.sel) + " on");
+  addMethod<R(A...)>(c, m.sel, std::move(imp));
+}
+
 // True when the object responds to the message.
 template <typename Sig>
 bool respondsTo(const Id& object, const Message<Sig>& m) {
