@@ -15,7 +15,7 @@
 #include "hosts/contacts/contacts_app.h"
 #include "hosts/phone/app.h"
 #include "platform/sim/device_presets.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv::testing {
 

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "device_db.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 #include "sim_fixture.h"
 
 namespace zv::hosts {

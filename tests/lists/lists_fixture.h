@@ -15,7 +15,7 @@
 #include "lists/recents_host.h"
 #include "platform/ui/table_view.h"
 #include "search/address_book.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv::testing {
 

@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "device_db.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 #include "sim_fixture.h"
 
 namespace zv {

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 
+#include "platform/db/contact_lookup.h"
+#include "platform/db/phone_labels.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/platform.h"
-#include "search/platform_schema.h"
-#include "search/sqlite_db.h"
 
 namespace zv::hosts {
 namespace {
@@ -33,41 +34,17 @@ std::string path(const char* devicePath) {
   return platform::current().path(devicePath);
 }
 
-std::string digitsOf(const std::string& number) {
-  std::string out;
-  for (char c : number)
-    if (c >= '0' && c <= '9') out += c;
-  return out;
-}
-
-bool sameNumber(const std::string& a, const std::string& b) {
-  if (a.empty() || b.empty()) return false;
-  if (a == b) return true;
-  const std::string& shorter = a.size() < b.size() ? a : b;
-  const std::string& longer = a.size() < b.size() ? b : a;
-  return shorter.size() >= 7 && longer.ends_with(shorter);
-}
-
 }  // namespace
 
 std::string labelText(const std::string& stored) {
-  static const std::map<std::string, std::string> kBuiltIn = {
-      {"_$!<Mobile>!$_", "mobile"},      {"_$!<Home>!$_", "home"},
-      {"_$!<Work>!$_", "work"},          {"_$!<Main>!$_", "main"},
-      {"_$!<HomeFAX>!$_", "home fax"},   {"_$!<WorkFAX>!$_", "work fax"},
-      {"_$!<OtherFAX>!$_", "other fax"}, {"_$!<Pager>!$_", "pager"},
-      {"_$!<Other>!$_", "other"}};
-  auto it = kBuiltIn.find(stored);
-  if (it == kBuiltIn.end()) return stored;
-  return platform::current().localizedString(it->second, "Localizable");
+  return copyLocalizedLabel(stored);
 }
 
 std::optional<NumberOwner> findNumberOwner(const std::vector<Contact>& contacts,
                                            const std::string& number) {
-  const std::string digits = digitsOf(number);
   for (const Contact& c : contacts)
     for (size_t i = 0; i < c.phones.size(); ++i)
-      if (sameNumber(digits, digitsOf(c.phones[i].value)))
+      if (platform_schema::sameNumber(number, c.phones[i].value))
         return NumberOwner{c, i};
   return std::nullopt;
 }

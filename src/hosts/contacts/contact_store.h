@@ -36,14 +36,12 @@ std::string compositeName(const std::string& first, const std::string& last,
 // Every person, sorted by composite name (persons without any name last).
 std::vector<Contact> loadContacts();
 std::optional<Contact> loadContact(int32_t recordId);
-// The text a stored label shows: built-in keys in the user's language
-// ("_$!<Mobile>!$_" is "mobile" in English), other labels as stored.
+// The text a stored label shows (ABAddressBookCopyLocalizedLabel).
 std::string labelText(const std::string& storedLabel);
 
-// The contact one of whose phone numbers is `number` (digits compared; a
-// number of 7 digits or more also matches the end of a longer one, so a
-// number with or without its country or trunk prefix is found), with that
-// phone's index; nothing when no contact has it.
+// The contact one of whose phone numbers is `number` (the platform's rule,
+// platform/db/contact_lookup.h), with that phone's index; nothing when no
+// contact has it.
 struct NumberOwner {
   Contact contact;
   size_t phone = 0;

@@ -1,8 +1,8 @@
 #include "hosts/phone/recent_calls.h"
 
 #include "platform/platform.h"
-#include "search/platform_schema.h"
-#include "search/sqlite_db.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 
 namespace zv::hosts {
 namespace {
