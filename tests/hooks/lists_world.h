@@ -14,8 +14,8 @@
 #include "hooks/modules.h"
 #include "hosts/contacts/contacts_app.h"
 #include "hosts/phone/app.h"
-#include "platform/sim/device_presets.h"
 #include "platform/db/platform_schema.h"
+#include "platform/sim/device_presets.h"
 
 namespace zv::testing {
 
@@ -118,6 +118,8 @@ class ListsWorld : public DialerTest {
     world_.advance(0);
     return process;
   }
+
+  void advance(double seconds) { world_.advance(seconds); }
 
   // Runs f in `process`, then lets queued main-queue work run.
   template <typename F>

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "lists_world.h"
+#include "platform/sim/sim_telephony.h"
 #include "platform/ui/text_metrics.h"
+#include "search/call_history.h"
 
 namespace zv {
 namespace {
@@ -72,6 +74,32 @@ TEST_F(RecentsE2ETest, RowsShowAreaAndRingTimeOnceHoweverOftenTheyAreDrawn) {
     PhoneApplication::shared()->recents->refresh();
   });
   EXPECT_EQ(labels(), expected);
+}
+
+TEST_F(RecentsE2ETest, ARingTimeSavedInTheSpringboardShowsAfterItsNotice) {
+  modernCall(1, 437000000.5, testing::kHanMeimei);  // an older missed call
+  startPhone({{"CallHistoryRingDuration", true}});
+  openRecents();  // the Phone app has read the (empty) ring times
+  auto& springboard = world_.launch("com.apple.springboard",
+                                    *platform::simulatedDevice("8.1", "4.7"));
+  auto& telephony = world_.telephony();
+  const auto call = telephony.incoming(testing::kStranger);
+  advance(12);
+  telephony.remoteHangup(call);
+  advance(0);
+  springboard.run(
+      [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(12); });
+  in(*phone_, [] {
+    auto app = PhoneApplication::shared();
+    app->selectTab(PhoneApplication::kKeypad);
+    app->selectTab(PhoneApplication::kRecents);
+  });
+  // Not yet: the Phone app still holds the ring times it read.
+  EXPECT_EQ(labels(), (std::vector<std::string>{"北京市", "home 上海市"}));
+  advance(2.5);  // "ZVCallHistoryChanged" reaches the Phone app
+  in(*phone_, [] { PhoneApplication::shared()->recents->refresh(); });
+  EXPECT_EQ(labels(),
+            (std::vector<std::string>{"北京市 (12sec)", "home 上海市"}));
 }
 
 TEST_F(RecentsE2ETest, OnlyStrangersGetTheAreaWhenSoSet) {
