@@ -7,8 +7,6 @@
 namespace zv {
 
 void zvincall_init() { runStartup("zvincall_init", [] {}); }
-void zvrecents_init() { runStartup("zvrecents_init", [] {}); }
-void zvcontacts_init() { runStartup("zvcontacts_init", [] {}); }
 void zvsms_init() { runStartup("zvsms_init", [] {}); }
 
 }  // namespace zv

@@ -43,6 +43,10 @@ struct DeviceFacts {
   // The user's contact name order, as ABPersonGetCompositeNameFormatForRecord
   // answers it with no record: true for last name first.
   bool nameOrderLastFirst = false;
+  // The user's text size (Settings > Display & Brightness > Text Size) in
+  // steps from the default: negative smaller, positive larger. Lists set
+  // their fonts from it.
+  int textSizeStep = 0;
 };
 
 // The address book's external-change signal. Whoever saves a change to the

@@ -2,7 +2,8 @@
 // Phone process on the device root (its settings, contacts and area
 // database), lets ZorvelInitializer install the hooks, performs the actions
 // in order and prints the keypad screen after each (text, or one JSON
-// object per action with --json). Time is virtual: wait:SECONDS moves the
+// object per action with --json; on the Recents tab, its rows as a
+// "recents" array). Time is virtual: wait:SECONDS moves the
 // clock, so delayed work (the stored search switch) runs without sleeping.
 #include <iostream>
 #include <map>
@@ -93,6 +94,17 @@ void checkAction(const std::string& action) {
     throw UsageError("tab: unknown tab " + name + " (" + tabNames() + ")");
   } else if (verb == "url") {
     if (argumentOf(action, "url").empty()) throw UsageError("url: needs a URL");
+  } else if (verb == "recents") {
+    const std::string what = argumentOf(action, "recents");
+    if (what == "clear" || what == "edit" || what == "done") return;
+    for (const char* rowVerb : {"delete", "open"}) {
+      if (what.rfind(std::string(rowVerb) + ":", 0) != 0) continue;
+      double n = parseNumber(argumentOf(what, rowVerb), action);
+      if (n < 1 || n != static_cast<int>(n))
+        throw UsageError("recents: rows count from 1: " + action);
+      return;
+    }
+    throw UsageError("unknown action " + action);
   } else {
     throw UsageError("unknown action " + action);
   }
@@ -169,6 +181,8 @@ class Session {
         if (name == hosts::PhoneApplication::tabName(i)) tab = i;
       if (tab < 0) throw UsageError("tab: unknown tab " + name);
       app_.selectTab(tab);
+    } else if (verb == "recents") {
+      recents(action, argumentOf(action, "recents"));
     } else if (verb == "url") {
       app_.openURL(argumentOf(action, "url"));
     } else if (action == "background") {
@@ -179,6 +193,32 @@ class Session {
   }
 
  private:
+  // recents:delete:ROW (swipe and Delete), recents:clear, recents:open:ROW
+  // (a tap: the host calls the row's number), recents:edit / recents:done.
+  void recents(const std::string& action, const std::string& what) {
+    auto list = app_.recents;
+    auto rowOf = [&](const std::string& name) {
+      const double row = parseNumber(argumentOf(what, name), action);
+      if (row < 1 || row > list->manager->calls.size())
+        throw CommandError(action.substr(0, action.rfind(':')) +
+                           ": no such row in Recents");
+      return static_cast<size_t>(row) - 1;
+    };
+    if (what.rfind("delete:", 0) == 0) {
+      list->deleteRow(rowOf("delete"));
+    } else if (what == "clear") {
+      list->clearAll();
+    } else if (what.rfind("open:", 0) == 0) {
+      const size_t row = rowOf("open");
+      if (!list->table()->selectRow(row))
+        throw CommandError("recents:open: row not on screen");
+    } else if (what == "edit" || what == "done") {
+      list->setEditing(what == "edit");
+    } else {
+      throw CommandError("unknown action " + action);
+    }
+  }
+
   platform::SimWorld& world_;
   platform::SimProcess& proc_;
   hosts::PhoneApplication& app_;
@@ -233,7 +273,8 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("actions", options->actions,
                   "type:DIGITS delete longdelete call swipe:left|right list "
                   "select:ROW menu menu:BUTTON (both counting from 1) toggle "
-                  "wait:SECONDS tab:NAME url:URL background")
+                  "wait:SECONDS tab:NAME url:URL background recents:delete:ROW "
+                  "recents:clear recents:open:ROW recents:edit recents:done")
       ->required();
   cmd->callback([options] { run(*options); });
 });

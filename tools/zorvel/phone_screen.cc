@@ -3,6 +3,7 @@
 #include "dialer/keypad_controller.h"
 #include "platform/process.h"
 #include "platform/ui/sheets.h"
+#include "tools/zorvel/list_screens.h"
 
 namespace zv::cli {
 namespace {
@@ -50,6 +51,8 @@ json listRows(ZVKeypadListView& list) {
 json PhoneScreen::capture() {
   json s;
   s["tab"] = hosts::PhoneApplication::tabName(app_.tabBar->selectedIndex());
+  if (app_.tabBar->selectedIndex() == hosts::PhoneApplication::kRecents)
+    s["recents"] = recentsRows(*app_.recents);
   auto view = app_.dialer->dialerView();
   s["display"] = view->lcd->number;
   s["nameLabel"] = view->nameLabel->name.empty() ? view->nameLabel->label
@@ -113,6 +116,7 @@ std::string PhoneScreen::render(const json& s) {
     out += "  " + key + ": " + value + "\n";
   };
   add("tab", s["tab"].get<std::string>());
+  if (s.contains("recents")) out += renderRecents(s["recents"]);
   add("display", "\"" + s["display"].get<std::string>() + "\"");
   if (!s["nameLabel"].get<std::string>().empty())
     add("name label", s["nameLabel"].get<std::string>());

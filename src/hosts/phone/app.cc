@@ -1,5 +1,6 @@
 #include "hosts/phone/app.h"
 
+#include "hosts/contacts/card.h"
 #include "hostsdk/phone.h"
 #include "platform/platform.h"
 #include "platform/process.h"
@@ -59,6 +60,8 @@ HostDefinition phoneHost(const PhoneHostOptions& options) {
   return HostDefinition{"com.apple.mobilephone",
                         [options] {
                           registerKeypadClasses(options);
+                          registerRecentsClasses();
+                          registerContactsClasses();
                           registerApplication();
                         },
                         [] {
@@ -82,10 +85,16 @@ void PhoneApplication::didFinishLaunching() {
   tabBar = ui::make<ui::UITabBarController>();
   dialer = std::dynamic_pointer_cast<DialerController>(
       rt::alloc(rt::getClass(sdk::DialerController::kName)));
+  recents = RecentsViewController::make();
+  contacts = makeContactsNavigation();
   std::vector<std::shared_ptr<ui::UIViewController>> tabs;
   for (int i = 0; i < 5; ++i) {
     if (i == kKeypad) {
       tabs.push_back(dialer);
+    } else if (i == kRecents) {
+      tabs.push_back(recents);
+    } else if (i == kContacts) {
+      tabs.push_back(contacts);
     } else {
       auto nav = ui::make<ui::UINavigationController>();
       nav->title = tabName(i);

@@ -3,7 +3,8 @@
 // contacts, keypad, voicemail), its own handling of "tel:" URLs and of the
 // dial operation, and entering the background. It opens on the keypad
 // (hosts/phone/keypad.h); the other screens live in files of their own
-// beside it.
+// beside it (hosts/phone/recents.h) and, for the Contacts tab, in the
+// contacts screens the Contacts app shares (hosts/contacts/).
 //
 //   auto& phone = hosts::launchSimulated(world, hosts::phoneHost(), facts,
 //                                        ZorvelInitializer);
@@ -12,8 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "hosts/contacts/members.h"
 #include "hosts/kit/host_kit.h"
 #include "hosts/phone/keypad.h"
+#include "hosts/phone/recents.h"
 #include "platform/ui/application.h"
 #include "platform/ui/view_controller.h"
 
@@ -36,6 +39,9 @@ class PhoneApplication : public ui::UIApplication {
 
   std::shared_ptr<ui::UITabBarController> tabBar;
   std::shared_ptr<DialerController> dialer;
+  std::shared_ptr<RecentsViewController> recents;
+  // The Contacts tab: the shared contacts list, cards pushed on it.
+  std::shared_ptr<ui::UINavigationController> contacts;
   bool inBackground = false;
 
   struct Dial {

@@ -1,0 +1,177 @@
+// Contacts end to end: the Contacts app and the Phone app's Contacts tab
+// list the device's contacts and open their cards; the contacts hooks add
+// the area beside each phone label and round avatars to the list on the
+// small screens.
+#include <gtest/gtest.h>
+
+#include "hosts/contacts/card.h"
+#include "lists_world.h"
+#include "search/address_book.h"
+
+namespace zv {
+namespace {
+
+using hosts::ContactsApplication;
+using hosts::ContactViewController;
+using hosts::MemberCell;
+
+class ContactsE2ETest : public testing::ListsWorld {
+ protected:
+  platform::SimProcess& startContacts(Dict settings, const char* version,
+                                      const char* screen, int textStep = 0) {
+    settings.emplace("Enable", true);
+    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
+    auto facts = platform::simulatedDevice(version, screen);
+    facts->textSizeStep = textStep;
+    app_ = &hosts::launchSimulated(world_, hosts::contactsHost(), *facts,
+                                   ZorvelInitializer);
+    world_.advance(0);
+    return *app_;
+  }
+  // The list rows by name.
+  std::map<std::string, std::shared_ptr<MemberCell>> rows() {
+    return app_->run([] {
+      std::map<std::string, std::shared_ptr<MemberCell>> out;
+      auto list = ContactsApplication::shared()->list();
+      for (const auto& [row, cell] : list->table()->visibleCells()) {
+        auto member = std::dynamic_pointer_cast<MemberCell>(cell);
+        out[member->person->name] = member;
+      }
+      return out;
+    });
+  }
+  // Opens the card of `name`; answers its phone labels.
+  std::vector<std::string> openCard(const std::string& name) {
+    return in(*app_, [&] {
+      auto list = ContactsApplication::shared()->list();
+      const auto& contacts = list->dataSource->contacts;
+      for (size_t i = 0; i < contacts.size(); ++i)
+        if (contacts[i].name == name) list->openRow(i);
+      return cardLabels();
+    });
+  }
+  std::vector<std::string> cardLabels() {
+    std::vector<std::string> out;
+    auto card = std::dynamic_pointer_cast<ContactViewController>(
+        ContactsApplication::shared()->navigation->topViewController());
+    if (!card) return out;
+    for (auto& cell : card->phoneCells) out.push_back(cell->labelLabel->text());
+    return out;
+  }
+
+  platform::SimProcess* app_ = nullptr;
+};
+
+TEST_F(ContactsE2ETest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
+  startContacts({}, "8.1", "4.7");
+  EXPECT_EQ(openCard("李雷"), (std::vector<std::string>{"mobile  北京市"}));
+  // Laid out again (several constraint passes): still once.
+  auto again = in(*app_, [&] {
+    auto card = std::dynamic_pointer_cast<ContactViewController>(
+        ContactsApplication::shared()->navigation->topViewController());
+    card->layout();
+    return cardLabels();
+  });
+  EXPECT_EQ(again, (std::vector<std::string>{"mobile  北京市"}));
+  in(*app_, [] {
+    ContactsApplication::shared()->navigation->popViewControllerAnimated(true);
+  });
+  EXPECT_EQ(openCard("Meimei Han"), (std::vector<std::string>{"home  上海市"}));
+}
+
+TEST_F(ContactsE2ETest, SmallScreensGetRoundAvatarsInTheList) {
+  startContacts({{"EnableAvatar", true}}, "8.1", "4");
+  auto list = rows();
+  ASSERT_EQ(list.size(), 3u);
+  auto li = list["李雷"]->imageView();
+  EXPECT_EQ(li->frame().size, (platform::Size{44, 44}));
+  EXPECT_EQ(li->scale(), 0.8);
+  EXPECT_EQ(li->cornerRadius(), 22);
+  EXPECT_FALSE(li->isHidden());
+  EXPECT_TRUE(testing::allPixels(li->image(), testing::kRed));
+  EXPECT_TRUE(testing::allPixels(list["Meimei Han"]->imageView()->image(),
+                                 testing::kGrey));
+  EXPECT_EQ(list["Wu Wang"]->separatorInset().left, 62);
+  // Opening a card drops that contact's cached pictures.
+  auto cached = [&] {
+    return app_->run([] {
+      return ZVAddressBook::sharedInstance()->getCahcedAvatar(1, {44, 44}) !=
+             nullptr;
+    });
+  };
+  EXPECT_TRUE(cached());
+  openCard("李雷");
+  EXPECT_FALSE(cached());
+}
+
+TEST_F(ContactsE2ETest, LargeScreensGetNoAvatarsAndKeepTheCache) {
+  for (const char* screen : {"4.7", "5.5"}) {
+    startContacts({{"EnableAvatar", true}}, "8.1", screen);
+    auto list = rows();
+    ASSERT_EQ(list.size(), 3u);
+    EXPECT_TRUE(list["李雷"]->imageView()->isHidden()) << screen;
+    EXPECT_EQ(list["李雷"]->imageView()->image(), nullptr) << screen;
+    app_->run([] {
+      auto picture = std::make_shared<const ui::Image>(
+          ui::Image::filled(4, 4, 1, testing::kBlue));
+      ZVAddressBook::sharedInstance()->setCacheAvatar(1, picture, {44, 44});
+    });
+    openCard("李雷");
+    EXPECT_TRUE(app_->run([] {
+      return ZVAddressBook::sharedInstance()->getCahcedAvatar(1, {44, 44}) !=
+             nullptr;
+    })) << screen;
+  }
+}
+
+TEST_F(ContactsE2ETest, BeforeSevenOneNamesMoveByTheirFontSize) {
+  // 17 points at the default text size, 15.5 one step smaller.
+  startContacts({{"EnableAvatar", true}}, "7.0", "3.5");
+  EXPECT_EQ(rows()["Wu Wang"]->nameView->nameLabel->text(),
+            std::string(10, ' ') + "Wu Wang");
+  startContacts({{"EnableAvatar", true}}, "7.0", "3.5", -1);
+  EXPECT_EQ(rows()["Wu Wang"]->nameView->nameLabel->text(),
+            std::string(11, ' ') + "Wu Wang");
+  startContacts({{"EnableAvatar", true}}, "7.0", "3.5", 3);
+  EXPECT_EQ(rows()["Wu Wang"]->nameView->nameLabel->text(),
+            std::string(8, ' ') + "Wu Wang");
+}
+
+TEST_F(ContactsE2ETest, OnSevenOneTheTextLabelTakesTheNameOverALinedList) {
+  startContacts({{"EnableAvatar", true}}, "7.1", "4");
+  auto wang = rows()["Wu Wang"];
+  EXPECT_EQ(wang->textLabel()->text(), "Wu Wang");
+  EXPECT_TRUE(wang->nameView->isHidden());
+  EXPECT_EQ(app_->run([] {
+    return ContactsApplication::shared()->list()->table()->separatorStyle;
+  }),
+            1);
+}
+
+TEST_F(ContactsE2ETest, ThePhoneAppsContactsTabIsTheSameList) {
+  writePlist("/var/mobile/Library/Preferences/zorvel.plist",
+             {{"EnableAvatar", true}});
+  auto facts = platform::simulatedDevice("8.1", "4");
+  auto& phone = hosts::launchSimulated(world_, hosts::phoneHost(), *facts,
+                                       ZorvelInitializer);
+  world_.advance(0);
+  auto labels = in(phone, [] {
+    auto app = hosts::PhoneApplication::shared();
+    app->selectTab(hosts::PhoneApplication::kContacts);
+    auto list = std::dynamic_pointer_cast<hosts::MembersViewController>(
+        app->contacts->viewControllers().front());
+    list->view();
+    const auto& contacts = list->dataSource->contacts;
+    for (size_t i = 0; i < contacts.size(); ++i)
+      if (contacts[i].name == "李雷") list->openRow(i);
+    auto card = std::dynamic_pointer_cast<ContactViewController>(
+        app->contacts->topViewController());
+    std::vector<std::string> out;
+    for (auto& cell : card->phoneCells) out.push_back(cell->labelLabel->text());
+    return out;
+  });
+  EXPECT_EQ(labels, (std::vector<std::string>{"mobile  北京市"}));
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,147 @@
+// A device for the Recents and Contacts end-to-end tests: the China area
+// database, three contacts (two with pictures), call histories of both
+// generations with their backup tables, and hosts started on it with the
+// extension loaded.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <string>
+
+#include "support/device_db.h"
+#include "dialer/dialer_fixture.h"
+#include "hooks/modules.h"
+#include "hosts/contacts/contacts_app.h"
+#include "hosts/phone/app.h"
+#include "platform/db/platform_schema.h"
+#include "platform/sim/device_presets.h"
+
+namespace zv::testing {
+
+namespace schema = platform_schema;
+
+inline constexpr ui::Pixel kRed{255, 0, 0, 255};
+inline constexpr ui::Pixel kBlue{0, 0, 255, 255};
+inline constexpr ui::Pixel kGrey{128, 128, 128, 255};
+
+// Record 1 李雷 (Beijing mobile, picture), 2 Han Meimei (Shanghai fixed
+// line, no picture), 3 Wang Wu (Shanghai mobile, picture).
+inline constexpr char kLiLei[] = "13001000000";
+inline constexpr char kHanMeimei[] = "02112345678";
+inline constexpr char kWangWu[] = "13002100000";
+inline constexpr char kStranger[] = "13001001234";  // Beijing, no contact
+
+class ListsWorld : public DialerTest {
+ protected:
+  ListsWorld() {
+    const std::string book = root_ + schema::kAddressBookPath;
+    const std::string images = root_ + schema::kAddressBookImagesPath;
+    schema::createDatabase(book, schema::Database::kAddressBook);
+    schema::createDatabase(images, schema::Database::kAddressBookImages);
+    execSql(book,
+            "INSERT INTO ABPerson (ROWID, First, Last) VALUES (1, '雷', '李'),"
+            "(2, 'Meimei', 'Han'), (3, 'Wu', 'Wang');"
+            "INSERT INTO ABMultiValueLabel (ROWID, value) VALUES "
+            "(1, '_$!<Mobile>!$_'), (2, '_$!<Home>!$_');"
+            "INSERT INTO ABMultiValue (UID, record_id, property, identifier, "
+            "label, value) VALUES (1, 1, 3, 0, 1, '130 0100 0000'),"
+            "(2, 2, 3, 0, 2, '021-12345678'), (3, 3, 3, 0, 1, '13002100000')");
+    addPicture(images, 1, kRed);
+    addPicture(images, 3, kBlue);
+    writeDeviceFile("/Library/Zorvel/avatar.png",
+                    ui::Image::filled(60, 60, 1, kGrey).encodePng());
+    schema::createDatabase(root_ + schema::kCallHistoryStorePath,
+                           schema::Database::kCallHistoryStore);
+    schema::createDatabase(root_ + schema::kCallHistoryDbPath,
+                           schema::Database::kCallHistoryDb);
+    execSql(root_ + schema::kCallHistoryStorePath,
+            schema::callRecordTableSql("ZVZCALLRECORD"));
+    execSql(root_ + schema::kCallHistoryDbPath,
+            schema::callTableSql("deleted"));
+  }
+
+  static void addPicture(const std::string& images, int id, ui::Pixel colour) {
+    const std::string png = ui::Image::filled(80, 80, 1, colour).encodePng();
+    sqlite3* db = nullptr;
+    sqlite3_open(images.c_str(), &db);
+    sqlite3_stmt* insert = nullptr;
+    sqlite3_prepare_v2(db,
+                       "INSERT INTO ABThumbnailImage (record_id, format, data) "
+                       "VALUES (?, 0, ?)",
+                       -1, &insert, nullptr);
+    sqlite3_bind_int(insert, 1, id);
+    sqlite3_bind_blob(insert, 2, png.data(), static_cast<int>(png.size()),
+                      SQLITE_TRANSIENT);
+    sqlite3_step(insert);
+    sqlite3_finalize(insert);
+    sqlite3_close(db);
+  }
+
+  // A call on 8.x (date since 2001) into `table` (ZCALLRECORD or the
+  // backup ZVZCALLRECORD).
+  void modernCall(int pk, double date, const std::string& number,
+                  double duration = 0, bool outgoing = false,
+                  const char* table = "ZCALLRECORD") {
+    execSql(root_ + schema::kCallHistoryStorePath,
+            std::string("INSERT INTO ") + table +
+                " (Z_PK, ZDATE, ZADDRESS, ZDURATION, ZORIGINATED) VALUES (" +
+                std::to_string(pk) + ", " + std::to_string(date) + ", '" +
+                number + "', " + std::to_string(duration) + ", " +
+                (outgoing ? "1" : "0") + ")");
+  }
+  // A call on 7.x (date since 1970).
+  void legacyCall(int rowid, int64_t date, const std::string& number,
+                  int duration = 0, int contact = -1) {
+    execSql(root_ + schema::kCallHistoryDbPath,
+            "INSERT INTO call (ROWID, date, address, duration, flags, id) "
+            "VALUES (" +
+                std::to_string(rowid) + ", " + std::to_string(date) + ", '" +
+                number + "', " + std::to_string(duration) + ", 4, " +
+                std::to_string(contact) + ")");
+  }
+  std::vector<double> modernDates(const char* table) {
+    return columnValues<double>(
+        root_ + schema::kCallHistoryStorePath,
+        std::string("SELECT ZDATE FROM ") + table + " ORDER BY ZDATE");
+  }
+
+  // Starts `host` at `version` on a `screen`-inch phone with `settings`.
+  platform::SimProcess& startHost(const hosts::HostDefinition& host,
+                                  const Dict& settings,
+                                  const char* version = "8.1",
+                                  const char* screen = "4.7") {
+    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
+    auto facts = platform::simulatedDevice(version, screen);
+    auto& process =
+        hosts::launchSimulated(world_, host, *facts, ZorvelInitializer);
+    world_.advance(0);
+    return process;
+  }
+
+  void advance(double seconds) { world_.advance(seconds); }
+
+  // Runs f in `process`, then lets queued main-queue work run.
+  template <typename F>
+  auto in(platform::SimProcess& process, F&& f) {
+    if constexpr (std::is_void_v<decltype(f())>) {
+      process.run(std::forward<F>(f));
+      world_.advance(0);
+    } else {
+      auto result = process.run(std::forward<F>(f));
+      world_.advance(0);
+      return result;
+    }
+  }
+};
+
+// Whether every pixel of `image` is `colour`.
+inline bool allPixels(const ui::ImagePtr& image, ui::Pixel colour) {
+  if (!image || image->empty()) return false;
+  for (int y = 0; y < image->pixelHeight(); ++y)
+    for (int x = 0; x < image->pixelWidth(); ++x)
+      if (!(image->pixel(x, y) == colour)) return false;
+  return true;
+}
+
+}  // namespace zv::testing

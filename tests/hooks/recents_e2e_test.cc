@@ -1,0 +1,242 @@
+// Recents end to end: the Phone app lists the device's calls, the recents
+// hooks add areas, ring times and avatars to its rows, and deleting or
+// clearing calls keeps the call-history backup in step, on both system
+// generations.
+#include <gtest/gtest.h>
+
+#include "lists_world.h"
+#include "platform/sim/sim_telephony.h"
+#include "platform/ui/text_metrics.h"
+#include "search/call_history.h"
+
+namespace zv {
+namespace {
+
+using hosts::PhoneApplication;
+using hosts::RecentsCell;
+
+class RecentsE2ETest : public testing::ListsWorld {
+ protected:
+  platform::SimProcess& startPhone(Dict settings, const char* version = "8.1",
+                                   const char* screen = "4.7") {
+    settings.emplace("Enable", true);
+    phone_ = &startHost(hosts::phoneHost(), settings, version, screen);
+    return *phone_;
+  }
+  void openRecents() {
+    in(*phone_, [] {
+      PhoneApplication::shared()->selectTab(PhoneApplication::kRecents);
+    });
+  }
+  // The rows on screen, top first.
+  std::vector<std::shared_ptr<RecentsCell>> rows() {
+    return phone_->run([] {
+      std::vector<std::shared_ptr<RecentsCell>> out;
+      auto table = PhoneApplication::shared()->recents->table();
+      for (const auto& [row, cell] : table->visibleCells())
+        out.push_back(std::dynamic_pointer_cast<RecentsCell>(cell));
+      return out;
+    });
+  }
+  std::vector<std::string> labels() {
+    std::vector<std::string> out;
+    for (auto& r : rows()) out.push_back(r->label->text());
+    return out;
+  }
+  void writeRing(const Dict& durations) {
+    writePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
+               durations);
+  }
+
+  platform::SimProcess* phone_ = nullptr;
+};
+
+TEST_F(RecentsE2ETest, RowsShowAreaAndRingTimeOnceHoweverOftenTheyAreDrawn) {
+  modernCall(1, 437000000.5, testing::kStranger);  // grouped: three missed
+  modernCall(2, 437000100.5, testing::kStranger);
+  modernCall(3, 437000200.5, testing::kStranger);
+  modernCall(4, 437000300.5, testing::kHanMeimei, 60);
+  modernCall(5, 437000400.5, testing::kLiLei);  // missed, 12 s
+  writeRing({{"437000400.500000", 12},
+             {"437000000.500000", 2},
+             {"437000100.500000", 3},
+             {"437000200.500000", 4}});
+  startPhone({{"CallHistoryRingDuration", true}});
+  openRecents();
+  const std::vector<std::string> expected{"mobile 北京市 (12sec)",
+                                          "home 上海市", "北京市 (9sec)"};
+  EXPECT_EQ(labels(), expected);
+  EXPECT_EQ(rows()[2]->countLabel->text(), "(3)");
+  // Coming back to the list redraws every row in reused cells.
+  in(*phone_, [] {
+    PhoneApplication::shared()->selectTab(PhoneApplication::kKeypad);
+    PhoneApplication::shared()->selectTab(PhoneApplication::kRecents);
+    PhoneApplication::shared()->recents->refresh();
+  });
+  EXPECT_EQ(labels(), expected);
+}
+
+TEST_F(RecentsE2ETest, ARingTimeSavedInTheSpringboardShowsAfterItsNotice) {
+  modernCall(1, 437000000.5, testing::kHanMeimei);  // an older missed call
+  startPhone({{"CallHistoryRingDuration", true}});
+  openRecents();  // the Phone app has read the (empty) ring times
+  auto& springboard = world_.launch("com.apple.springboard",
+                                    *platform::simulatedDevice("8.1", "4.7"));
+  auto& telephony = world_.telephony();
+  const auto call = telephony.incoming(testing::kStranger);
+  advance(12);
+  telephony.remoteHangup(call);
+  advance(0);
+  springboard.run(
+      [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(12); });
+  in(*phone_, [] {
+    auto app = PhoneApplication::shared();
+    app->selectTab(PhoneApplication::kKeypad);
+    app->selectTab(PhoneApplication::kRecents);
+  });
+  // Not yet: the Phone app still holds the ring times it read.
+  EXPECT_EQ(labels(), (std::vector<std::string>{"北京市", "home 上海市"}));
+  advance(2.5);  // "ZVCallHistoryChanged" reaches the Phone app
+  in(*phone_, [] { PhoneApplication::shared()->recents->refresh(); });
+  EXPECT_EQ(labels(),
+            (std::vector<std::string>{"北京市 (12sec)", "home 上海市"}));
+}
+
+TEST_F(RecentsE2ETest, OnlyStrangersGetTheAreaWhenSoSet) {
+  // 7.x: the calls come from call_history.db, the contact with the call.
+  legacyCall(1, 1415307200, testing::kStranger);
+  legacyCall(2, 1415307300, testing::kLiLei, 30, 1);
+  startPhone({{"AreaOnlyStrangers", true}}, "7.1", "4");
+  openRecents();
+  EXPECT_EQ(labels(), (std::vector<std::string>{"mobile", "北京市"}));
+}
+
+TEST_F(RecentsE2ETest, AvatarsMoveTheTextsAndTheIconAndNeverLandOnAReusedRow) {
+  modernCall(1, 437000000.5, testing::kWangWu, 0, true);
+  modernCall(2, 437000100.5, testing::kStranger);
+  modernCall(3, 437000200.5, testing::kLiLei, 0, true);
+  startPhone({{"EnableAvatar", true}, {"EnableArea", false}});
+  openRecents();
+  auto before = rows();
+  ASSERT_EQ(before.size(), 3u);
+  // 4.7 inch at the default text size: name 17 points, label 14.
+  EXPECT_EQ(before[0]->nameLabel->text(), std::string(7, ' ') + "李雷");
+  EXPECT_EQ(before[0]->label->text(), std::string(8, ' ') + "mobile");
+  EXPECT_TRUE(before[0]->callTypeIcon->isHidden());
+  auto icon = before[0]->contentView()->viewWithTag(10086);
+  ASSERT_TRUE(icon);
+  EXPECT_FALSE(icon->isHidden());
+  EXPECT_EQ(before[0]->separatorInset().left, 67);
+  EXPECT_TRUE(
+      testing::allPixels(before[0]->imageView()->image(), testing::kRed));
+  EXPECT_TRUE(
+      testing::allPixels(before[1]->imageView()->image(), testing::kGrey));
+
+  // A fresh process: no pictures cached. Deleting the top row while its
+  // picture loads redraws the stranger's row in the same cell; the picture
+  // that arrives then is not put on it.
+  testing::execSql(root_ + testing::schema::kCallHistoryStorePath,
+                   "DELETE FROM ZCALLRECORD");
+  modernCall(1, 437000000.5, testing::kStranger);
+  modernCall(2, 437000100.5, testing::kLiLei);
+  auto& second = startPhone({{"EnableAvatar", true}});
+  auto reused = second.run([] {
+    auto app = PhoneApplication::shared();
+    app->selectTab(PhoneApplication::kRecents);  // 李雷's picture loads
+    auto cell = app->recents->table()->cellForRowAtIndex(0);
+    app->recents->deleteRow(0);  // the list now shows the stranger alone
+    return cell;
+  });
+  world_.advance(0);
+  auto after = rows();
+  ASSERT_EQ(after.size(), 1u);
+  ASSERT_EQ(after[0], reused);
+  EXPECT_EQ(after[0]->call->call.number, testing::kStranger);
+  EXPECT_TRUE(
+      testing::allPixels(after[0]->imageView()->image(), testing::kGrey));
+}
+
+TEST_F(RecentsE2ETest, EditingWidensTheSeparatorInset) {
+  modernCall(1, 437000000.5, testing::kLiLei);
+  startPhone({{"EnableAvatar", true}});
+  openRecents();
+  in(*phone_, [] { PhoneApplication::shared()->recents->setEditing(true); });
+  EXPECT_EQ(rows()[0]->separatorInset().left, 105);
+}
+
+TEST_F(RecentsE2ETest, LimitOfOneHundredRestoresAndDeletesNothing) {
+  for (int i = 0; i < 3; ++i) modernCall(10 + i, 1000 + i, testing::kStranger);
+  modernCall(1, 500, testing::kLiLei, 0, false, "ZVZCALLRECORD");
+  modernCall(2, 1001, testing::kLiLei, 0, false, "ZVZCALLRECORD");
+  startPhone({});
+  openRecents();
+  EXPECT_EQ(rows().size(), 1u);
+  in(*phone_, [] { PhoneApplication::shared()->recents->deleteRow(0); });
+  in(*phone_, [] { PhoneApplication::shared()->recents->clearAll(); });
+  EXPECT_EQ(modernDates("ZVZCALLRECORD"), (std::vector<double>{500, 1001}));
+}
+
+TEST_F(RecentsE2ETest, ALongerLimitPutsOlderBackedUpCallsBackIntoTheList) {
+  // 100 calls listed, 60 older ones and one newer one in the backup.
+  for (int i = 0; i < 100; ++i)
+    modernCall(1000 + i, 10000 + i * 10,
+               i % 2 ? testing::kLiLei : testing::kStranger);
+  for (int i = 0; i < 60; ++i)
+    modernCall(100 + i, 100 + i, i % 2 ? testing::kWangWu : testing::kHanMeimei,
+               5, false, "ZVZCALLRECORD");
+  modernCall(99, 50000, testing::kWangWu, 0, false, "ZVZCALLRECORD");
+  startPhone({{"CallHistoryLimit", 150}});
+  openRecents();
+  auto listed = modernDates("ZCALLRECORD");
+  ASSERT_EQ(listed.size(), 150u);
+  EXPECT_EQ(listed.front(), 110);
+  EXPECT_TRUE(modernDates("ZVZCALLRECORD").empty());
+  size_t calls = phone_->run([] {
+    return PhoneApplication::shared()->recents->manager->calls.size();
+  });
+  EXPECT_EQ(calls, 150u);  // no two neighbours share a number and kind
+}
+
+TEST_F(RecentsE2ETest, DeletingARowRemovesItsBackupByDateSince2001) {
+  modernCall(1, 2000.25, testing::kLiLei);
+  modernCall(2, 3000.25, testing::kStranger);
+  // Copies left in the backup (as a sync client leaves them).
+  modernCall(11, 2000.25, testing::kLiLei, 0, false, "ZVZCALLRECORD");
+  modernCall(12, 3000.25, testing::kStranger, 0, false, "ZVZCALLRECORD");
+  modernCall(13, 900.25, testing::kWangWu, 0, false, "ZVZCALLRECORD");
+  startPhone({{"CallHistoryLimit", 101}});
+  // Appearing restores the older one and empties the backup; put copies of
+  // the listed calls back to see them deleted.
+  openRecents();
+  ASSERT_TRUE(modernDates("ZVZCALLRECORD").empty());
+  modernCall(11, 2000.25, testing::kLiLei, 0, false, "ZVZCALLRECORD");
+  modernCall(12, 3000.25, testing::kStranger, 0, false, "ZVZCALLRECORD");
+  in(*phone_, [] { PhoneApplication::shared()->recents->deleteRow(0); });
+  EXPECT_EQ(modernDates("ZVZCALLRECORD"), (std::vector<double>{2000.25}));
+  EXPECT_EQ(modernDates("ZCALLRECORD"), (std::vector<double>{900.25, 2000.25}));
+  in(*phone_, [] { PhoneApplication::shared()->recents->clearAll(); });
+  EXPECT_TRUE(modernDates("ZVZCALLRECORD").empty());
+  EXPECT_TRUE(modernDates("ZCALLRECORD").empty());
+}
+
+TEST_F(RecentsE2ETest, BeforeEightDeletingGoesThroughZvtoolWithDatesSince1970) {
+  legacyCall(1, 1415307200, testing::kLiLei, 0, 1);
+  legacyCall(2, 1415307300, testing::kStranger);
+  startPhone({{"CallHistoryLimit", 120}}, "7.1", "4");
+  std::vector<std::string> commands;
+  phone_->setSystemHandler([&](const std::string& command) {
+    commands.push_back(command);
+    return 0;
+  });
+  openRecents();
+  EXPECT_TRUE(commands.empty());  // nothing backed up: nothing to restore
+  in(*phone_, [] { PhoneApplication::shared()->recents->deleteRow(0); });
+  in(*phone_, [] { PhoneApplication::shared()->recents->clearAll(); });
+  EXPECT_EQ(commands, (std::vector<std::string>{
+                          "/Library/Zorvel/zvtool -d 1415307300",
+                          "/Library/Zorvel/zvtool -c",
+                      }));
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,175 @@
+// Avatars loaded on real background threads while the list keeps reusing its
+// cells for other contacts: every cell ends with the picture of the contact
+// it shows last, never one loaded for a contact it showed before. The test
+// command runs these under ThreadSanitizer too.
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <mutex>
+#include <thread>
+
+#include "lists/contacts_controller.h"
+#include "lists/list_cells.h"
+#include "lists/recents_controller.h"
+#include "lists_fixture.h"
+
+namespace zv {
+namespace {
+
+using testing::FakePerson;
+
+// A Phone process whose background queue is real threads and whose main
+// queue is drained by the test's thread, as the platform's run loop would.
+class ThreadedPhone : public platform::SimProcess {
+ public:
+  ThreadedPhone(platform::SimWorld& world, platform::DeviceFacts facts)
+      : SimProcess(world, "com.apple.mobilephone", std::move(facts)) {}
+  ~ThreadedPhone() override {
+    join();
+    platform::Process::Scope scope(context());
+    context().clear();
+  }
+
+  void dispatchBackground(std::function<void()> block) override {
+    std::lock_guard lock(mutex_);
+    threads_.emplace_back([this, block = std::move(block)] {
+      platform::Process::Scope scope(context());
+      block();
+    });
+  }
+  void dispatchMain(std::function<void()> block) override {
+    std::lock_guard lock(mutex_);
+    main_.push_back(std::move(block));
+  }
+
+  // Runs what reached the main queue so far, on the calling thread.
+  void drainMain() {
+    std::deque<std::function<void()>> due;
+    {
+      std::lock_guard lock(mutex_);
+      due.swap(main_);
+    }
+    platform::Process::Scope scope(context());
+    for (auto& block : due) block();
+  }
+  void join() {
+    for (;;) {
+      std::vector<std::thread> running;
+      {
+        std::lock_guard lock(mutex_);
+        running.swap(threads_);
+      }
+      if (running.empty()) return;
+      for (auto& t : running) t.join();
+    }
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::thread> threads_;
+  std::deque<std::function<void()>> main_;
+};
+
+ui::Pixel colourOf(int id) {
+  return {static_cast<uint8_t>(id * 5), static_cast<uint8_t>(255 - id * 5),
+          static_cast<uint8_t>(id), 255};
+}
+
+class AvatarThreadsTest : public testing::ListsTest {
+ protected:
+  static constexpr int kCells = 24;
+  static constexpr int kPeople = 40;
+  static constexpr int kRounds = 6;
+
+  AvatarThreadsTest() {
+    writePlist("/var/mobile/Library/Preferences/zorvel.plist",
+               {{"EnableAvatar", true}, {"EnableArea", false}});
+    for (int id = 1; id <= kPeople; ++id)
+      people_.push_back(std::make_shared<FakePerson>(id, true, colourOf(id)));
+  }
+  // The person a cell shows in a round: every round moves each cell on.
+  int personFor(int cell, int round) const {
+    return (cell * 7 + round * 5) % kPeople;
+  }
+
+  std::vector<std::shared_ptr<FakePerson>> people_;
+};
+
+TEST_F(AvatarThreadsTest,
+       RecentsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
+  platform::DeviceFacts facts;
+  ThreadedPhone phone(world_, facts);
+  auto host = std::make_shared<testing::FakeRecentsHost>();
+  std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
+  {
+    platform::Process::Scope scope(phone.context());
+    ZVRecentsController::sharedInstance()->setHost(host);
+    for (int i = 0; i < kCells; ++i) cells.push_back(host->makeCell());
+  }
+  for (int round = 0; round < kRounds; ++round) {
+    {
+      platform::Process::Scope scope(phone.context());
+      auto controller = ZVRecentsController::sharedInstance();
+      for (int i = 0; i < kCells; ++i) {
+        auto call = host->makeCall(
+            {.number = "10086", .person = people_[personFor(i, round)]});
+        host->show(cells[i], call, "name", "label");
+        controller->avatarCell(cells[i]);
+      }
+    }
+    // Some loads have finished by now, others are still running.
+    phone.drainMain();
+  }
+  phone.join();
+  phone.drainMain();
+  for (int i = 0; i < kCells; ++i) {
+    const int id = personFor(i, kRounds - 1) + 1;
+    auto image = cells[i]->imageView();
+    EXPECT_EQ(image->tag(), lists::avatarTag(id)) << i;
+    EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
+  }
+}
+
+TEST_F(AvatarThreadsTest,
+       ContactsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
+  platform::DeviceFacts facts;
+  facts.screenPoints = testing::k4Inch.points;
+  facts.screenPixels = testing::k4Inch.pixels;
+  ThreadedPhone phone(world_, facts);
+  auto host = std::make_shared<testing::FakeContactsHost>();
+  std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
+  {
+    platform::Process::Scope scope(phone.context());
+    ZVContactsController::sharedInstance()->setHost(host);
+    for (int i = 0; i < kCells; ++i)
+      cells.push_back(host->makeListCell({.name = "name"}));
+  }
+  for (int round = 0; round < kRounds; ++round) {
+    {
+      platform::Process::Scope scope(phone.context());
+      auto controller = ZVContactsController::sharedInstance();
+      for (int i = 0; i < kCells; ++i) {
+        host->listCell(cells[i]).person = people_[personFor(i, round)];
+        controller->avatarCell(cells[i]);
+        // A card opened meanwhile drops a picture that may be loading.
+        if (i % 5 == round % 5) {
+          auto card = rt::create(rt::registerClass("FakeCard"));
+          host->showContact(card, personFor(i, round) + 1);
+          controller->viewWillAppear(card);
+        }
+      }
+    }
+    phone.drainMain();
+  }
+  phone.join();
+  phone.drainMain();
+  for (int i = 0; i < kCells; ++i) {
+    const int id = personFor(i, kRounds - 1) + 1;
+    auto image = cells[i]->imageView();
+    EXPECT_EQ(image->tag(), lists::avatarTag(id)) << i;
+    EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
+  }
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,245 @@
+// ZVContactsController against a fake contacts host: areas beside the
+// card's phone labels, the cache drop on opening a card, and the list
+// avatars by screen and system version.
+#include "lists/contacts_controller.h"
+
+#include <gtest/gtest.h>
+
+#include "lists/list_cells.h"
+#include "lists_fixture.h"
+
+namespace zv {
+namespace {
+
+using testing::FakeListCell;
+using testing::FakePerson;
+
+const ui::Pixel kRed{255, 0, 0, 255};
+const ui::Pixel kBlue{0, 0, 255, 255};
+
+class ContactsTest : public testing::ListsTest {
+ protected:
+  void begin(Dict settings, const char* version = "8.1",
+             testing::Screen screen = testing::k4Inch) {
+    proc_ = &start(settings, version, screen);
+    proc_->run([&] {
+      controller_ = ZVContactsController::sharedInstance();
+      controller_->setHost(host_);
+    });
+  }
+  template <typename F>
+  auto run(F&& f) {
+    return proc_->run(std::forward<F>(f));
+  }
+  std::shared_ptr<ui::UITableViewCell> listCell(FakeListCell data,
+                                                double nameSize = 17) {
+    return run([&] { return host_->makeListCell(std::move(data), nameSize); });
+  }
+  rt::Id phone(std::string label, std::string value) {
+    return run([&] { return host_->makePhoneCell(label, value); });
+  }
+
+  std::shared_ptr<testing::FakeContactsHost> host_ =
+      std::make_shared<testing::FakeContactsHost>();
+  platform::SimProcess* proc_ = nullptr;
+  std::shared_ptr<ZVContactsController> controller_;
+};
+
+// --- Areas on the card
+// -----------------------------------------------------------
+
+TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
+  begin({});
+  auto mobile = phone("mobile", "130 0100 0000");
+  auto unknown = phone("home", testing::kUnknownNumber);
+  auto empty = phone("", testing::kBeijingMobile);
+  run([&] {
+    // Constraint passes come several times per cell.
+    for (int pass = 0; pass < 3; ++pass) {
+      controller_->areaCell(mobile);
+      controller_->areaCell(unknown);
+      controller_->areaCell(empty);
+    }
+  });
+  EXPECT_EQ(host_->label(mobile)->text(), "mobile  北京市");
+  EXPECT_EQ(host_->label(unknown)->text(), "home");
+  EXPECT_EQ(host_->label(empty)->text(), "");
+}
+
+TEST_F(ContactsTest, CardAreaSettings) {
+  begin({{"AreaReplaceTextContacts", true}, {"AreaTypeContacts", true}});
+  auto mobile = phone("mobile", testing::kShanghaiMobile);
+  auto empty = phone("", testing::kShanghaiMobile);
+  run([&] {
+    controller_->areaCell(mobile);
+    controller_->areaCell(empty);
+  });
+  EXPECT_EQ(host_->label(mobile)->text(), "上海市 中国联通");
+  EXPECT_EQ(host_->label(empty)->text(), "上海市 中国联通");
+
+  for (const Dict& off :
+       {Dict{{"EnableArea", false}}, Dict{{"AreaNameContacts", false}}}) {
+    auto& proc = start(off);
+    auto cell = proc.run([&] {
+      return host_->makePhoneCell("mobile", testing::kShanghaiMobile);
+    });
+    proc.run([&] {
+      auto c = ZVContactsController::sharedInstance();
+      c->setHost(host_);
+      c->areaCell(cell);
+    });
+    EXPECT_EQ(host_->label(cell)->text(), "mobile");
+  }
+}
+
+// --- Opening a card
+// ---------------------------------------------------------------
+
+TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
+  const platform::Size size{44, 44};
+  auto picture =
+      std::make_shared<const ui::Image>(ui::Image::filled(10, 10, 1, kRed));
+  for (auto screen : {testing::k35Inch, testing::k4Inch, testing::k47Inch,
+                      testing::k55Inch}) {
+    auto& proc = start({{"EnableAvatar", true}}, "8.1", screen);
+    auto vc =
+        proc.run([] { return rt::create(rt::registerClass("FakeCard")); });
+    auto none =
+        proc.run([] { return rt::create(rt::registerClass("FakeCard")); });
+    host_->showContact(vc, 31);
+    host_->showContact(none, -1);
+    proc.run([&] {
+      auto book = ZVAddressBook::sharedInstance();
+      book->setCacheAvatar(31, picture, size);
+      book->setCacheAvatar(-1, picture, size);
+      auto c = ZVContactsController::sharedInstance();
+      c->setHost(host_);
+      c->viewWillAppear(vc);
+      c->viewWillAppear(none);
+      const bool small = screen.pixels.height <= 1136;
+      EXPECT_EQ(book->getCahcedAvatar(31, size) == nullptr, small)
+          << screen.points.height;
+      // No contact, no drop: the placeholder's entry stays.
+      EXPECT_NE(book->getCahcedAvatar(-1, size), nullptr);
+    });
+  }
+}
+
+// --- List avatars
+// -----------------------------------------------------------------
+
+TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
+  begin({{"EnableAvatar", true}});
+  auto withPicture =
+      listCell({.name = "Li Lei",
+                .person = std::make_shared<FakePerson>(5, true, kRed)});
+  auto without = listCell(
+      {.name = "Han", .person = std::make_shared<FakePerson>(6, false)});
+  auto noRecord = listCell({.name = "Company"});
+  auto notAPerson = listCell({.hasPerson = false, .name = "Group"});
+  run([&] {
+    for (auto& c : {withPicture, without, noRecord, notAPerson})
+      controller_->avatarCell(c);
+  });
+  auto image = withPicture->imageView();
+  EXPECT_EQ(image->frame().size, (platform::Size{44, 44}));
+  EXPECT_EQ(image->scale(), 0.8);
+  EXPECT_EQ(image->cornerRadius(), 22);
+  EXPECT_TRUE(image->clipsToBounds());
+  EXPECT_EQ(image->tag(), lists::avatarTag(5));
+  EXPECT_EQ(withPicture->separatorInset().left, 62);
+  EXPECT_TRUE(testing::filledWith(image->image(), kPlaceholder));
+  world_.advance(0);
+  EXPECT_TRUE(testing::filledWith(image->image(), kRed));
+
+  EXPECT_TRUE(testing::filledWith(without->imageView()->image(), kPlaceholder));
+  EXPECT_TRUE(
+      testing::filledWith(noRecord->imageView()->image(), kPlaceholder));
+  EXPECT_EQ(noRecord->imageView()->tag(), lists::avatarTag(-1));
+  EXPECT_EQ(notAPerson->imageView()->image(), nullptr);
+  EXPECT_EQ(notAPerson->separatorInset().left, 15);
+  // From 8.0 the texts are the host's.
+  EXPECT_EQ(host_->listCell(withPicture).nameLabel->text(), "Li Lei");
+  EXPECT_FALSE(host_->listCell(withPicture).nameView->isHidden());
+
+  // Cached now: a cell reused for it shows it at once; a cell reused for
+  // another contact while its load is pending keeps the other's picture.
+  auto reused =
+      listCell({.name = "Zhang",
+                .person = std::make_shared<FakePerson>(7, true, kBlue)});
+  run([&] { controller_->avatarCell(reused); });
+  host_->listCell(reused).person = host_->listCell(withPicture).person;
+  run([&] { controller_->avatarCell(reused); });
+  EXPECT_TRUE(testing::filledWith(reused->imageView()->image(), kRed));
+  world_.advance(0);
+  EXPECT_TRUE(testing::filledWith(reused->imageView()->image(), kRed));
+  EXPECT_EQ(reused->imageView()->tag(), lists::avatarTag(5));
+}
+
+TEST_F(ContactsTest, BeforeSevenOneTheNameIsMovedByBlanks) {
+  begin({{"EnableAvatar", true}}, "7.0.4", testing::k35Inch);
+  struct Case {
+    double size;
+    size_t blanks;
+  } cases[] = {{15.5, 11}, {14, 12},  {13, 13}, {18.5, 9},
+               {20, 9},    {21.5, 8}, {17, 10}};
+  for (const Case& c : cases) {
+    auto cell = listCell({.name = "Li Lei"}, c.size);
+    run([&] {
+      controller_->avatarCell(cell);
+      controller_->avatarCell(cell);
+    });
+    EXPECT_EQ(host_->listCell(cell).nameLabel->text(),
+              std::string(c.blanks, ' ') + "Li Lei")
+        << c.size;
+  }
+  // A name view without text stays empty.
+  auto blank = listCell({});
+  run([&] { controller_->avatarCell(blank); });
+  EXPECT_EQ(host_->listCell(blank).nameLabel->text(), "");
+  // The separator style is only set from 7.1.
+  auto table = run([] { return ui::make<ui::UITableView>(); });
+  run([&] { controller_->avatarTableView(table); });
+  EXPECT_TRUE(host_->separatorStyles.empty());
+}
+
+TEST_F(ContactsTest, FromSevenOneToEightTheTextLabelTakesTheName) {
+  begin({{"EnableAvatar", true}}, "7.1.2");
+  auto named = listCell({.name = "Li Lei"});
+  auto unnamed = listCell({});
+  auto table = run([] { return ui::make<ui::UITableView>(); });
+  run([&] {
+    controller_->avatarCell(named);
+    controller_->avatarCell(unnamed);
+    controller_->avatarTableView(table);
+  });
+  EXPECT_EQ(named->textLabel()->text(), "Li Lei");
+  EXPECT_TRUE(host_->listCell(named).nameView->isHidden());
+  EXPECT_EQ(unnamed->textLabel()->text(), " ");
+  EXPECT_EQ(host_->separatorStyles[table.get()], 1);
+}
+
+TEST_F(ContactsTest, LargeScreensAndSwitchesLeaveTheListAlone) {
+  for (auto [settings, screen] :
+       {std::pair{Dict{{"EnableAvatar", true}}, testing::k47Inch},
+        std::pair{Dict{{"EnableAvatar", true}}, testing::k55Inch},
+        std::pair{Dict{{"EnableAvatar", true}, {"AvatarContacts", false}},
+                  testing::k4Inch},
+        std::pair{Dict{}, testing::k4Inch}}) {
+    auto& proc = start(settings, "7.1", screen);
+    proc.run([&] {
+      auto c = ZVContactsController::sharedInstance();
+      c->setHost(host_);
+      auto cell = host_->makeListCell(
+          {.name = "Li Lei", .person = std::make_shared<FakePerson>(5, true)});
+      c->avatarCell(cell);
+      EXPECT_EQ(cell->imageView()->image(), nullptr);
+      EXPECT_EQ(cell->textLabel()->text(), "");
+      EXPECT_EQ(cell->separatorInset().left, 15);
+    });
+    world_.advance(0);
+  }
+}
+
+}  // namespace
+}  // namespace zv

@@ -1,0 +1,435 @@
+// ZVRecentsController against a fake Recents screen: areas and ring times on
+// the row label, avatars and the moved call-type icon, the separator, and
+// the history backup kept in step on both system generations.
+#include "lists/recents_controller.h"
+
+#include <gtest/gtest.h>
+
+#include "lists/list_cells.h"
+#include "lists_fixture.h"
+#include "platform/ui/text_metrics.h"
+
+namespace zv {
+namespace {
+
+using testing::FakeCall;
+using testing::FakePerson;
+using testing::kBeijingMobile;
+using testing::kShanghaiMobile;
+
+const std::string kBeijing = "北京市";
+
+// Occurrences of a call on 8.x (dates since 2001) or before (the same dates
+// under the older key).
+Value occurrences(std::vector<double> dates, bool modern = true) {
+  Array list;
+  for (double d : dates)
+    list.push_back(
+        Dict{{modern ? "kCHCallOccurrenceDateKey" : "RecentCallDate", Date{d}},
+             {"kCHCallOccurrenceDurationKey", 0.0}});
+  return list;
+}
+
+class RecentsTest : public testing::ListsTest {
+ protected:
+  // Starts the Phone process and the controller on the fake host.
+  void begin(Dict settings, const char* version = "8.1",
+             testing::Screen screen = testing::k47Inch) {
+    proc_ = &start(settings, version, screen);
+    proc_->run([&] {
+      controller_ = ZVRecentsController::sharedInstance();
+      controller_->setHost(host_);
+    });
+  }
+  // Runs every decoration the row hook runs, in its order.
+  void decorate(const rt::Id& cell) {
+    proc_->run([&] {
+      controller_->areaCell(cell);
+      controller_->ringCell(cell);
+      controller_->avatarCell(cell);
+    });
+  }
+  template <typename F>
+  auto run(F&& f) {
+    return proc_->run(std::forward<F>(f));
+  }
+  std::shared_ptr<ui::UITableViewCell> cell(double nameSize = 17,
+                                            double labelSize = 14) {
+    return run([&] { return host_->makeCell(nameSize, labelSize); });
+  }
+  rt::Id call(FakeCall data) {
+    return run([&] { return host_->makeCall(std::move(data)); });
+  }
+  std::string labelText(const rt::Id& c) { return host_->row(c).label->text(); }
+
+  std::shared_ptr<testing::FakeRecentsHost> host_ =
+      std::make_shared<testing::FakeRecentsHost>();
+  platform::SimProcess* proc_ = nullptr;
+  std::shared_ptr<ZVRecentsController> controller_;
+};
+
+// --- Areas
+// ---------------------------------------------------------------------
+
+TEST_F(RecentsTest, AreaJoinsAContactsLabelAndReplacesAStrangers) {
+  begin({});
+  auto contactRow = cell();
+  auto contact = call({.number = kBeijingMobile, .recordId = 12});
+  host_->show(contactRow, contact, "Li Lei", "mobile");
+  auto strangerRow = cell();
+  auto stranger = call({.number = kShanghaiMobile});
+  host_->show(strangerRow, stranger, kShanghaiMobile, "unknown");
+
+  run([&] {
+    controller_->areaCell(contactRow);
+    controller_->areaCell(strangerRow);
+  });
+  EXPECT_EQ(labelText(contactRow), "mobile " + kBeijing);
+  EXPECT_EQ(labelText(strangerRow), "上海市");
+
+  // A reused cell that still holds the area does not get it twice.
+  run([&] { controller_->areaCell(contactRow); });
+  EXPECT_EQ(labelText(contactRow), "mobile " + kBeijing);
+
+  // A label the area already says (fully or more) becomes the area alone,
+  // and an empty one takes it as it is.
+  host_->row(contactRow).label->setText("北京");
+  run([&] { controller_->areaCell(contactRow); });
+  EXPECT_EQ(labelText(contactRow), kBeijing);
+  host_->row(contactRow).label->setText("");
+  run([&] { controller_->areaCell(contactRow); });
+  EXPECT_EQ(labelText(contactRow), kBeijing);
+
+  // An unknown number leaves the row as the host set it.
+  auto unknown = call({.number = testing::kUnknownNumber});
+  host_->show(strangerRow, unknown, "99999", "unknown");
+  run([&] { controller_->areaCell(strangerRow); });
+  EXPECT_EQ(labelText(strangerRow), "unknown");
+}
+
+TEST_F(RecentsTest, AreaSettingsDecideWhoGetsWhat) {
+  begin({{"AreaOnlyStrangers", true}, {"AreaTypeCallHistory", true}});
+  auto contactRow = cell();
+  host_->show(contactRow, call({.number = kBeijingMobile, .recordId = 12}),
+              "Li Lei", "mobile");
+  auto strangerRow = cell();
+  // A null record id is no contact.
+  host_->show(strangerRow, call({.number = kBeijingMobile, .recordId = {}}),
+              kBeijingMobile, "unknown");
+  run([&] {
+    controller_->areaCell(contactRow);
+    controller_->areaCell(strangerRow);
+  });
+  EXPECT_EQ(labelText(contactRow), "mobile");
+  EXPECT_EQ(labelText(strangerRow), kBeijing + " 中国联通");
+}
+
+TEST_F(RecentsTest, ReplacementPutsTheAreaInPlaceOfAContactsLabel) {
+  begin({{"AreaReplaceTextCallHistory", true}});
+  auto row = cell();
+  host_->show(row, call({.number = kBeijingMobile, .recordId = 3}), "Li Lei",
+              "mobile");
+  run([&] { controller_->areaCell(row); });
+  EXPECT_EQ(labelText(row), kBeijing);
+}
+
+TEST_F(RecentsTest, BeforeEightTheNumberAndContactComeFromTheOlderFields) {
+  begin({{"AreaOnlyStrangers", true}}, "7.1.2");
+  auto contactRow = cell();
+  // On 7.x the record id field is not asked: uid says it is a contact.
+  host_->show(contactRow, call({.number = kBeijingMobile, .uid = 8}), "Li Lei",
+              "mobile");
+  auto strangerRow = cell();
+  host_->show(strangerRow,
+              call({.number = kBeijingMobile, .recordId = 8, .uid = -1}),
+              kBeijingMobile, "");
+  run([&] {
+    controller_->areaCell(contactRow);
+    controller_->areaCell(strangerRow);
+  });
+  EXPECT_EQ(labelText(contactRow), "mobile");
+  EXPECT_EQ(labelText(strangerRow), kBeijing);
+}
+
+TEST_F(RecentsTest, AreasOffLeaveTheLabel) {
+  begin({{"AreaNameCallHistory", false}});
+  auto row = cell();
+  host_->show(row, call({.number = kBeijingMobile}), "x", "unknown");
+  run([&] { controller_->areaCell(row); });
+  EXPECT_EQ(labelText(row), "unknown");
+}
+
+// --- Ring times
+// ----------------------------------------------------------------
+
+TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCalls) {
+  writeRingDurations({{"437000000.250000", 12},
+                      {"437000100.000000", 5},
+                      {"437000200.500000", 7},
+                      {"437000300.000000", 0}});
+  begin({{"CallHistoryRingDuration", true}});
+  auto one = cell();
+  host_->show(one,
+              call({.occurrences = occurrences({437000000.25}),
+                    .number = kBeijingMobile,
+                    .recordId = 4}),
+              "Li Lei", "mobile");
+  auto three = cell();
+  host_->show(three,
+              call({.occurrences =
+                        occurrences({437000000.25, 437000100.0, 437000200.5}),
+                    .number = kShanghaiMobile}),
+              kShanghaiMobile, "");
+  auto none = cell();
+  // No record, and a record of 0 seconds: nothing shown.
+  host_->show(none,
+              call({.occurrences = occurrences({437000300.0, 437000400.0}),
+                    .number = testing::kUnknownNumber}),
+              "99999", "unknown");
+  decorate(one);
+  decorate(three);
+  decorate(none);
+  EXPECT_EQ(labelText(one), "mobile 北京市 (12sec)");
+  EXPECT_EQ(labelText(three), "上海市 (24sec)");
+  EXPECT_EQ(labelText(none), "unknown");
+
+  // The same row decorated again (a reused cell that kept its texts).
+  decorate(one);
+  EXPECT_EQ(labelText(one), "mobile 北京市 (12sec)");
+}
+
+TEST_F(RecentsTest, RingTimeFallsBackToTheCallDateAndIsLocalised) {
+  writeRingDurations({{"437000000.250000", 3}});
+  begin({{"CallHistoryRingDuration", true}, {"EnableArea", false}});
+  proc_->setLocalizedStrings({{"sec", "秒"}});
+  auto row = cell();
+  host_->show(
+      row,
+      call({.date = Date{437000000.25}, .number = testing::kUnknownNumber}),
+      "99999", "");
+  run([&] { controller_->ringCell(row); });
+  EXPECT_EQ(labelText(row), "(3秒)");
+}
+
+TEST_F(RecentsTest, BeforeEightRingTimesAreKeyedBySecondsSince1970) {
+  const double date = 437000000;            // since 2001
+  writeRingDurations({{"1415307200", 9}});  // the same moment since 1970
+  ASSERT_EQ(date + testing::kSince1970, 1415307200);
+  begin({{"CallHistoryRingDuration", true}, {"EnableArea", false}}, "7.1");
+  auto row = cell();
+  host_->show(row,
+              call({.occurrences = occurrences({date}, false),
+                    .number = testing::kUnknownNumber}),
+              "99999", "unknown");
+  // The 8.x key is not looked at on 7.x.
+  auto other = cell();
+  host_->show(other,
+              call({.occurrences = occurrences({date}, true),
+                    .number = testing::kUnknownNumber}),
+              "99999", "unknown");
+  run([&] {
+    controller_->ringCell(row);
+    controller_->ringCell(other);
+  });
+  EXPECT_EQ(labelText(row), "unknown (9sec)");
+  EXPECT_EQ(labelText(other), "unknown");
+}
+
+// --- Avatars and the call-type icon
+// ---------------------------------------------
+
+TEST_F(RecentsTest, BlanksFollowTheFontSizesAndAreNotRepeated) {
+  begin({{"EnableAvatar", true}, {"EnableArea", false}});
+  struct Case {
+    double nameSize, labelSize;
+    size_t nameBlanks, labelBlanks;
+  } cases[] = {{17, 14, 7, 8},   {15.5, 12, 7, 10}, {14, 13, 8, 8},
+               {13, 11, 9, 10},  {21.5, 15, 6, 8},  {20, 16, 6, 10},
+               {18.5, 15, 6, 8}, {19, 12, 7, 10}};
+  for (const Case& c : cases) {
+    auto row = cell(c.nameSize, c.labelSize);
+    host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei",
+                "mobile");
+    decorate(row);
+    decorate(row);
+    EXPECT_EQ(host_->row(row).name->text(),
+              std::string(c.nameBlanks, ' ') + "Li Lei")
+        << c.nameSize;
+    EXPECT_EQ(labelText(row), std::string(c.labelBlanks, ' ') + "mobile")
+        << c.labelSize;
+  }
+}
+
+TEST_F(RecentsTest, CallTypeIconMovesAfterTheNameOrToTheLabelLine) {
+  begin({{"EnableAvatar", true}, {"EnableArea", false}});
+  auto row = cell();
+  host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei",
+              "mobile");
+  decorate(row);
+  decorate(row);
+  auto& r = host_->row(row);
+  EXPECT_TRUE(r.icon->isHidden());
+  EXPECT_EQ(r.icon->alpha(), 0);
+  // One moved icon, however often the row is decorated.
+  auto content =
+      std::static_pointer_cast<ui::UITableViewCell>(row)->contentView();
+  int icons = 0;
+  for (auto& v : content->subviews()) icons += v->tag() == 10086;
+  ASSERT_EQ(icons, 1);
+  auto icon =
+      std::dynamic_pointer_cast<ui::UIImageView>(content->viewWithTag(10086));
+  ASSERT_TRUE(icon);
+  EXPECT_EQ(icon->image(), r.icon->image());
+  const double nameEnd = 15 + ui::textWidth(r.name->text(), r.name->font());
+  EXPECT_DOUBLE_EQ(icon->frame().origin.x, nameEnd + 8);
+  EXPECT_EQ(icon->frame().size, (platform::Size{16, 16}));
+  const double nameLineY = icon->frame().origin.y;
+
+  // A grouped row: after the count "(3)".
+  r.grouped = 3;
+  run([&] { controller_->avatarCell(row); });
+  EXPECT_DOUBLE_EQ(icon->frame().origin.x,
+                   nameEnd + 8 + ui::textWidth("(3)", r.name->font()) + 8);
+
+  // A name too long for the line: after the label, on its line.
+  r.grouped = 1;
+  r.name->setText(std::string(40, 'W'));
+  run([&] { controller_->avatarCell(row); });
+  EXPECT_DOUBLE_EQ(icon->frame().origin.x,
+                   40 + ui::textWidth(r.label->text(), r.label->font()) + 8);
+  EXPECT_GT(icon->frame().origin.y, nameLineY);
+  // And a label too long as well: at 205.
+  r.label->setText(std::string(40, 'W'));
+  run([&] { controller_->avatarCell(row); });
+  EXPECT_DOUBLE_EQ(icon->frame().origin.x, 205);
+}
+
+TEST_F(RecentsTest, BeforeEightTheCountComesFromItsViewAndTheIconSitsHigher) {
+  begin({{"EnableAvatar", true}, {"EnableArea", false}}, "7.1");
+  auto row = cell();
+  host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei", "");
+  auto& r = host_->row(row);
+  r.grouped = 5;  // not asked before 8.0
+  r.count->setText("(2)");
+  r.count->setFont({"Helvetica", 12});
+  decorate(row);
+  auto content =
+      std::static_pointer_cast<ui::UITableViewCell>(row)->contentView();
+  auto icon = content->viewWithTag(10086);
+  ASSERT_TRUE(icon);
+  const double nameEnd = 15 + ui::textWidth(r.name->text(), r.name->font());
+  EXPECT_DOUBLE_EQ(icon->frame().origin.x,
+                   nameEnd + 8 + ui::textWidth("(2)", r.count->font()) + 8);
+  const double y7 = icon->frame().origin.y;
+
+  // The same row on 8.x sits 4 points lower.
+  auto& phone8 = start({{"EnableAvatar", true}, {"EnableArea", false}});
+  auto host8 = std::make_shared<testing::FakeRecentsHost>();
+  phone8.run([&] {
+    auto c = ZVRecentsController::sharedInstance();
+    c->setHost(host8);
+    auto row8 = host8->makeCell();
+    host8->show(row8, host8->makeCall({.number = testing::kUnknownNumber}),
+                "Li Lei", "");
+    c->avatarCell(row8);
+    auto icon8 = std::static_pointer_cast<ui::UITableViewCell>(row8)
+                     ->contentView()
+                     ->viewWithTag(10086);
+    ASSERT_TRUE(icon8);
+    EXPECT_DOUBLE_EQ(icon8->frame().origin.y, y7 + 4);
+  });
+}
+
+TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
+  begin({{"EnableAvatar", true}, {"EnableArea", false}});
+  const ui::Pixel red{255, 0, 0, 255}, blue{0, 0, 255, 255};
+  auto withPicture = std::make_shared<FakePerson>(21, true, red);
+  auto noPicture = std::make_shared<FakePerson>(22, false);
+  auto row = cell();
+  host_->show(row, call({.number = kBeijingMobile, .person = withPicture}),
+              "Li Lei", "mobile");
+  auto plain = cell();
+  host_->show(plain, call({.number = kBeijingMobile, .person = noPicture}),
+              "Han Meimei", "home");
+  auto stranger = cell();
+  host_->show(stranger, call({.number = kShanghaiMobile}), kShanghaiMobile, "");
+  decorate(row);
+  decorate(plain);
+  decorate(stranger);
+
+  auto image = std::static_pointer_cast<ui::UITableViewCell>(row)->imageView();
+  EXPECT_EQ(image->tag(), lists::avatarTag(21));
+  EXPECT_LT(image->tag(), 0);  // bit 31
+  EXPECT_EQ(image->cornerRadius(), 20);
+  EXPECT_TRUE(image->clipsToBounds());
+  EXPECT_EQ(image->frame().size, (platform::Size{40, 40}));
+  EXPECT_TRUE(testing::filledWith(image->image(), kPlaceholder));
+  world_.advance(0);
+  EXPECT_TRUE(testing::filledWith(image->image(), red));
+
+  auto plainImage =
+      std::static_pointer_cast<ui::UITableViewCell>(plain)->imageView();
+  EXPECT_TRUE(testing::filledWith(plainImage->image(), kPlaceholder));
+  EXPECT_EQ(plainImage->tag(), lists::avatarTag(22));
+  auto strangerImage =
+      std::static_pointer_cast<ui::UITableViewCell>(stranger)->imageView();
+  EXPECT_TRUE(testing::filledWith(strangerImage->image(), kPlaceholder));
+  EXPECT_EQ(strangerImage->tag(), lists::avatarTag(-1));
+
+  // Now cached: a second row of the same contact shows it at once.
+  auto again = cell();
+  host_->show(again, call({.number = kBeijingMobile, .person = withPicture}),
+              "Li Lei", "mobile");
+  decorate(again);
+  EXPECT_TRUE(
+      testing::filledWith(std::static_pointer_cast<ui::UITableViewCell>(again)
+                              ->imageView()
+                              ->image(),
+                          red));
+
+  // A cell reused for another contact before its load finished keeps the
+  // other contact's picture.
+  auto reused = cell();
+  host_->show(reused,
+              call({.number = kBeijingMobile,
+                    .person = std::make_shared<FakePerson>(23, true, red)}),
+              "A", "");
+  decorate(reused);
+  host_->show(reused,
+              call({.number = kBeijingMobile,
+                    .person = std::make_shared<FakePerson>(24, true, blue)}),
+              "B", "");
+  decorate(reused);
+  world_.advance(0);
+  auto reusedImage =
+      std::static_pointer_cast<ui::UITableViewCell>(reused)->imageView();
+  EXPECT_EQ(reusedImage->tag(), lists::avatarTag(24));
+  EXPECT_TRUE(testing::filledWith(reusedImage->image(), blue));
+}
+
+TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {
+  begin({{"EnableAvatar", true}, {"AvatarCallHistory", false}});
+  auto row = cell();
+  host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei", "x");
+  decorate(row);
+  run([&] { controller_->avatarLayoutCell(row); });
+  EXPECT_EQ(host_->row(row).name->text(), "Li Lei");
+  EXPECT_FALSE(host_->row(row).icon->isHidden());
+  auto table = std::static_pointer_cast<ui::UITableViewCell>(row);
+  EXPECT_EQ(table->imageView()->image(), nullptr);
+  EXPECT_EQ(table->separatorInset().left, 15);
+}
+
+TEST_F(RecentsTest, SeparatorMakesRoomForTheAvatarAndTheEditingControl) {
+  begin({{"EnableAvatar", true}});
+  auto row = cell();
+  auto table = std::static_pointer_cast<ui::UITableViewCell>(row);
+  run([&] { controller_->avatarLayoutCell(row); });
+  EXPECT_EQ(table->separatorInset().left, 67);
+  host_->row(row).editing = true;
+  run([&] { controller_->avatarLayoutCell(row); });
+  EXPECT_EQ(table->separatorInset().left, 105);
+}
+
+}  // namespace
+}  // namespace zv

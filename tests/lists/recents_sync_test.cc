@@ -1,0 +1,175 @@
+// The Recents controller keeps the call-history backup in step: restoring
+// when the list appears, deleting one call or all of them, on 8.x through
+// the backup table and on 7.x through zvtool's command lines.
+#include <gtest/gtest.h>
+
+#include "lists/recents_controller.h"
+#include "lists_fixture.h"
+
+namespace zv {
+namespace {
+
+using testing::FakeCall;
+
+class RecentsSyncTest : public testing::ListsTest {
+ protected:
+  void begin(int limit, const char* version = "8.1") {
+    proc_ = &start({{"CallHistoryLimit", limit}}, version);
+    proc_->setSystemHandler([this](const std::string& command) {
+      commands_.push_back(command);
+      return 0;
+    });
+    proc_->run([&] {
+      controller_ = ZVRecentsController::sharedInstance();
+      controller_->setHost(host_);
+    });
+    vc_ = proc_->run([] { return rt::create(rt::registerClass("FakeVC")); });
+  }
+  template <typename F>
+  auto run(F&& f) {
+    return proc_->run(std::forward<F>(f));
+  }
+
+  void exec(const std::string& sql) {
+    testing::execSql(root_ + platform_schema::kCallHistoryStorePath, sql);
+  }
+  std::vector<double> dates(const char* table) {
+    return testing::columnValues<double>(
+        root_ + platform_schema::kCallHistoryStorePath,
+        std::string("SELECT ZDATE FROM ") + table + " ORDER BY ZDATE");
+  }
+  // `count` calls in `table` with dates first, first + 1, ...
+  void addCalls(const char* table, int firstPk, double first, int count) {
+    std::string sql = "BEGIN;";
+    for (int i = 0; i < count; ++i)
+      sql += std::string("INSERT INTO ") + table +
+             " (Z_PK, ZDATE, ZDURATION, ZADDRESS) VALUES (" +
+             std::to_string(firstPk + i) + ", " + std::to_string(first + i) +
+             ", 0, '10086');";
+    exec(sql + "COMMIT");
+  }
+  size_t changedPosts() {
+    size_t n = 0;
+    for (auto& e : world_.events("post"))
+      n += e.detail == "kCallHistoryDatabaseChangedNotification";
+    return n;
+  }
+
+  std::shared_ptr<testing::FakeRecentsHost> host_ =
+      std::make_shared<testing::FakeRecentsHost>();
+  platform::SimProcess* proc_ = nullptr;
+  std::shared_ptr<ZVRecentsController> controller_;
+  rt::Id vc_;
+  std::vector<std::string> commands_;
+};
+
+TEST_F(RecentsSyncTest, LimitOfOneHundredRestoresAndDeletesNothing) {
+  addCalls("ZCALLRECORD", 1, 1000, 100);
+  addCalls("ZVZCALLRECORD", 500, 100, 10);
+  begin(100);
+  auto row = run([&] { return host_->makeCell(); });
+  auto call = run([&] {
+    return host_->makeCall(
+        {.occurrences = Array{Dict{{"kCHCallOccurrenceDateKey", Date{100}}}}});
+  });
+  host_->show(row, call, "x", "");
+  host_->putRow(0, row);
+  run([&] {
+    controller_->syncDeletedCalls(vc_);
+    controller_->deleteRecents(vc_, nullptr, 1, 0);
+    controller_->deleteAllCalls();
+  });
+  world_.advance(1);
+  EXPECT_EQ(dates("ZCALLRECORD").size(), 100u);
+  EXPECT_EQ(dates("ZVZCALLRECORD").size(), 10u);
+  EXPECT_EQ(changedPosts(), 0u);
+}
+
+TEST_F(RecentsSyncTest, AppearingRestoresOlderBackedUpCallsUpToTheLimit) {
+  addCalls("ZCALLRECORD", 1, 1000, 100);
+  addCalls("ZVZCALLRECORD", 500, 100, 60);  // older than every listed call
+  addCalls("ZVZCALLRECORD", 900, 5000, 1);  // newer: not put back
+  begin(150);
+  size_t observed = 0;
+  run([&] {
+    platform::current().observe(
+        "kCallHistoryDatabaseChangedNotification", [&] { ++observed; },
+        platform::Scope::Process);
+    controller_->syncDeletedCalls(vc_);
+  });
+  world_.advance(0);
+  auto listed = dates("ZCALLRECORD");
+  ASSERT_EQ(listed.size(), 150u);
+  EXPECT_EQ(listed.front(), 110);  // the 50 newest of the older ones
+  EXPECT_EQ(listed.back(), 1099);
+  EXPECT_TRUE(dates("ZVZCALLRECORD").empty());
+  EXPECT_EQ(observed, 1u);
+  EXPECT_EQ(host_->significantChanges, 0);
+
+  // Nothing left to restore: no reload asked.
+  run([&] { controller_->syncDeletedCalls(vc_); });
+  world_.advance(0);
+  EXPECT_EQ(observed, 1u);
+}
+
+TEST_F(RecentsSyncTest, DeletingARowRemovesItsCallsFromTheBackupByTheirDates) {
+  addCalls("ZVZCALLRECORD", 500, 100.5, 5);  // 100.5 ... 104.5
+  begin(150);
+  auto row = run([&] { return host_->makeCell(); });
+  auto call = run([&] {
+    return host_->makeCall(
+        {.occurrences = Array{
+             Dict{{"kCHCallOccurrenceDateKey", Date{101.5}}},
+             Dict{{"kCHCallOccurrenceDateKey", Date{103.5}}},
+             Dict{{"RecentCallDate", Date{104.5}}},  // not the 8.x key
+         }});
+  });
+  host_->show(row, call, "x", "");
+  host_->putRow(2, row);
+  run([&] {
+    // Inserting (style 2) and other rows change nothing.
+    controller_->deleteRecents(vc_, nullptr, 2, 2);
+    controller_->deleteRecents(vc_, nullptr, 1, 7);
+  });
+  EXPECT_EQ(dates("ZVZCALLRECORD").size(), 5u);
+  run([&] { controller_->deleteRecents(vc_, nullptr, 1, 2); });
+  EXPECT_EQ(dates("ZVZCALLRECORD"), (std::vector<double>{100.5, 102.5, 104.5}));
+
+  run([&] { controller_->deleteAllCalls(); });
+  EXPECT_TRUE(dates("ZVZCALLRECORD").empty());
+}
+
+TEST_F(RecentsSyncTest, BeforeEightTheBackupIsZvtoolsWithDatesSince1970) {
+  testing::execSql(root_ + platform_schema::kCallHistoryDbPath,
+                   platform_schema::callTableSql("deleted"));
+  testing::execSql(root_ + platform_schema::kCallHistoryDbPath,
+                   "INSERT INTO deleted (address, date) VALUES ('1', 5)");
+  begin(180, "7.1");
+  run([&] { controller_->syncDeletedCalls(vc_); });
+  EXPECT_EQ(commands_,
+            (std::vector<std::string>{"/Library/Zorvel/zvtool -s 80"}));
+  EXPECT_EQ(host_->significantChanges, 1);
+  EXPECT_EQ(changedPosts(), 0u);
+
+  commands_.clear();
+  auto call = run([&] {
+    return host_->makeCall(
+        {.occurrences = Array{
+             Dict{{"RecentCallDate", Date{437000000}}},
+             Dict{{"kCHCallOccurrenceDateKey", Date{5}}},  // not the 7.x key
+             Dict{{"RecentCallDate", Date{437000100.4}}},
+         }});
+  });
+  run([&] {
+    controller_->deleteCall(call);
+    controller_->deleteAllCalls();
+  });
+  EXPECT_EQ(commands_, (std::vector<std::string>{
+                           "/Library/Zorvel/zvtool -d 1415307200",
+                           "/Library/Zorvel/zvtool -d 1415307300",
+                           "/Library/Zorvel/zvtool -c",
+                       }));
+}
+
+}  // namespace
+}  // namespace zv

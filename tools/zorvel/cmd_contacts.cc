@@ -1,0 +1,186 @@
+// zorvel contacts: a scripted session on the contacts screens of a simulated
+// host (the Contacts app, or the Phone app's Contacts tab). It starts the
+// host on the device root with the extension loaded, performs the actions
+// in order and prints the screen after each: the contacts list with the
+// avatars, or a contact's card with the areas beside its phone labels (text,
+// or one JSON object per action with --json). Actions: open:NAME-or-ID (the
+// card of that contact), back (to the list), scroll:N (the list N rows
+// down), wait:SECONDS.
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "hooks/modules.h"
+#include "hosts/contacts/contacts_app.h"
+#include "hosts/phone/app.h"
+#include "platform/linux/linux_platform.h"
+#include "platform/sim/device_presets.h"
+#include "platform/sim/sim_platform.h"
+#include "tools/zorvel/command.h"
+#include "tools/zorvel/list_screens.h"
+
+namespace zv::cli {
+namespace {
+
+struct ContactsOptions {
+  std::string root;
+  std::string screen = "4";
+  std::string os = "8.1";
+  std::string host = "contacts";
+  int textSize = 0;
+  bool json = false;
+  std::vector<std::string> actions;
+};
+
+struct Action {
+  enum Kind { kOpen, kBack, kScroll, kWait } kind;
+  std::string text;
+  double amount = 0;
+};
+
+double parseAmount(const std::string& text, const std::string& action) {
+  try {
+    size_t used = 0;
+    const double v = std::stod(text, &used);
+    if (used == text.size() && v >= 0) return v;
+  } catch (const std::exception&) {
+  }
+  throw CommandError("bad number in action " + action, 2);
+}
+
+// Every action is checked before the session starts.
+std::vector<Action> parseActions(const std::vector<std::string>& actions) {
+  std::vector<Action> out;
+  for (const std::string& a : actions) {
+    if (a.rfind("open:", 0) == 0 && a.size() > 5)
+      out.push_back({Action::kOpen, a.substr(5)});
+    else if (a == "back")
+      out.push_back({Action::kBack, ""});
+    else if (a.rfind("scroll:", 0) == 0)
+      out.push_back({Action::kScroll, "", parseAmount(a.substr(7), a)});
+    else if (a.rfind("wait:", 0) == 0)
+      out.push_back({Action::kWait, "", parseAmount(a.substr(5), a)});
+    else
+      throw CommandError("unknown action " + a, 2);
+  }
+  return out;
+}
+
+// The session's contacts navigation, whichever host shows it.
+std::shared_ptr<ui::UINavigationController> navigation(bool phone) {
+  if (phone) {
+    auto app = hosts::PhoneApplication::shared();
+    return app ? app->contacts : nullptr;
+  }
+  auto app = hosts::ContactsApplication::shared();
+  return app ? app->navigation : nullptr;
+}
+
+std::shared_ptr<hosts::MembersViewController> listOf(
+    ui::UINavigationController& nav) {
+  if (nav.viewControllers().empty()) return nullptr;
+  return std::dynamic_pointer_cast<hosts::MembersViewController>(
+      nav.viewControllers().front());
+}
+
+void perform(const Action& a, const std::string& action, bool phone,
+             platform::SimWorld& world) {
+  auto nav = navigation(phone);
+  auto list = nav ? listOf(*nav) : nullptr;
+  if (!list) throw CommandError("the host shows no contacts list");
+  switch (a.kind) {
+    case Action::kOpen: {
+      if (nav->topViewController() != list)
+        nav->popViewControllerAnimated(false);
+      const auto& contacts = list->dataSource->contacts;
+      for (const auto& c : contacts)
+        if (c.name == a.text || std::to_string(c.recordId) == a.text) {
+          list->openContact(c);
+          return;
+        }
+      throw CommandError("open: no contact named " + a.text);
+    }
+    case Action::kBack:
+      nav->popViewControllerAnimated(true);
+      return;
+    case Action::kScroll: {
+      auto table = list->table();
+      table->setContentOffset({0, table->contentOffset().y + a.amount * 44});
+      table->reloadData();
+      return;
+    }
+    case Action::kWait:
+      world.advance(a.amount);
+      return;
+  }
+}
+
+void run(const ContactsOptions& o) {
+  if (o.host == "messages")
+    throw CommandError("the Messages host does not show contacts yet", 2);
+  if (o.host != "contacts" && o.host != "phone")
+    throw CommandError("unknown host " + o.host + " (use phone or contacts)",
+                       2);
+  auto facts = platform::simulatedDevice(o.os, o.screen);
+  if (!facts)
+    throw CommandError(
+        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
+  if (o.os != "7.0" && o.os != "7.1" && o.os != "8.1")
+    throw CommandError(
+        "unknown system version " + o.os + " (use 7.0, 7.1 or 8.1)", 2);
+  facts->textSizeStep = o.textSize;
+  const std::vector<Action> actions = parseActions(o.actions);
+  const bool phone = o.host == "phone";
+
+  applyRoot(o.root);
+  platform::SimWorld world(platform::LinuxPlatform::instance().root());
+  auto& proc = hosts::launchSimulated(
+      world, phone ? hosts::phoneHost() : hosts::contactsHost(), *facts,
+      ZorvelInitializer);
+  proc.run([&] {
+    if (phone)
+      hosts::PhoneApplication::shared()->selectTab(
+          hosts::PhoneApplication::kContacts);
+    if (auto nav = navigation(phone))
+      if (auto list = listOf(*nav)) list->view();
+  });
+  world.advance(0);
+  auto show = [&](const std::string& action) {
+    auto screen = proc.run([&] { return contactsScreen(*navigation(phone)); });
+    if (o.json) {
+      nlohmann::ordered_json out{{"action", action}};
+      out.update(screen);
+      std::cout << out.dump() << "\n";
+    } else {
+      std::cout << "> " << action << "\n" << renderContacts(screen);
+    }
+  };
+  show("start");
+  for (size_t i = 0; i < actions.size(); ++i) {
+    proc.run([&] { perform(actions[i], o.actions[i], phone, world); });
+    world.advance(0);
+    show(o.actions[i]);
+  }
+  if (!std::cout.flush()) throw CommandError("cannot write the output");
+}
+
+Registration reg([](CLI::App& app) {
+  auto options = std::make_shared<ContactsOptions>();
+  auto* cmd = app.add_subcommand(
+      "contacts",
+      "show the contacts list and cards of a simulated host, with areas and "
+      "avatars");
+  addRootOption(*cmd, options->root);
+  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
+  cmd->add_option("--os", options->os, "system version: 7.0, 7.1 or 8.1");
+  cmd->add_option("--host", options->host, "phone or contacts");
+  cmd->add_option("--text-size", options->textSize,
+                  "text size in steps from the default (-3 to 3)");
+  cmd->add_flag("--json", options->json, "one JSON object per action");
+  cmd->add_option("actions", options->actions,
+                  "open:NAME-or-ID back scroll:N wait:SECONDS");
+  cmd->callback([options] { run(*options); });
+});
+
+}  // namespace
+}  // namespace zv::cli
