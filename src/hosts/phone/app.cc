@@ -1,5 +1,7 @@
 #include "hosts/phone/app.h"
 
+#include <cstdlib>
+
 #include "hostsdk/phone.h"
 #include "platform/platform.h"
 #include "platform/process.h"
@@ -59,6 +61,7 @@ HostDefinition phoneHost(const PhoneHostOptions& options) {
   return HostDefinition{"com.apple.mobilephone",
                         [options] {
                           registerKeypadClasses(options);
+                          registerInCallClasses();
                           registerApplication();
                         },
                         [] {
@@ -95,6 +98,9 @@ void PhoneApplication::didFinishLaunching() {
   tabBar->setViewControllers(tabs);
   // The app opens on the keypad.
   selectTab(kKeypad);
+  if (std::strtod(platform::current().device().systemVersion.c_str(), nullptr) <
+      8.0)
+    inCall = InCallController::start();
 }
 
 void PhoneApplication::selectTab(int tab) {

@@ -3,7 +3,7 @@
 // contacts, keypad, voicemail), its own handling of "tel:" URLs and of the
 // dial operation, and entering the background. It opens on the keypad
 // (hosts/phone/keypad.h); the other screens live in files of their own
-// beside it.
+// beside it (the in-call screen: hosts/phone/incall.h).
 //
 //   auto& phone = hosts::launchSimulated(world, hosts::phoneHost(), facts,
 //                                        ZorvelInitializer);
@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "hosts/kit/host_kit.h"
+#include "hosts/phone/incall.h"
 #include "hosts/phone/keypad.h"
 #include "platform/ui/application.h"
 #include "platform/ui/view_controller.h"
@@ -36,6 +37,9 @@ class PhoneApplication : public ui::UIApplication {
 
   std::shared_ptr<ui::UITabBarController> tabBar;
   std::shared_ptr<DialerController> dialer;
+  // The in-call screen (systems before 8.0; later systems show calls in the
+  // in-call service), following the device's calls from launch on.
+  std::shared_ptr<InCallController> inCall;
   bool inBackground = false;
 
   struct Dial {
