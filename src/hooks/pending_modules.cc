@@ -6,23 +6,11 @@
 
 namespace zv {
 
-void zvrecents_init() {
-  runStartup("zvrecents_init", [] {});
-}
-void zvcontacts_init() {
-  runStartup("zvcontacts_init", [] {});
-}
-void zvsms_init() {
-  runStartup("zvsms_init", [] {});
-}
-void zvincomingcall_init() {
-  runStartup("zvincomingcall_init", [] {});
-}
-void zvcontrolcenter_init() {
-  runStartup("zvcontrolcenter_init", [] {});
-}
-void zvincallservice_init() {
-  runStartup("zvincallservice_init", [] {});
-}
+void zvrecents_init() { runStartup("zvrecents_init", [] {}); }
+void zvcontacts_init() { runStartup("zvcontacts_init", [] {}); }
+void zvsms_init() { runStartup("zvsms_init", [] {}); }
+void zvincomingcall_init() { runStartup("zvincomingcall_init", [] {}); }
+void zvcontrolcenter_init() { runStartup("zvcontrolcenter_init", [] {}); }
+void zvincallservice_init() { runStartup("zvincallservice_init", [] {}); }
 
 }  // namespace zv
