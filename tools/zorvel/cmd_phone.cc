@@ -4,8 +4,13 @@
 // in order and prints the keypad screen after each (text, or one JSON
 // object per action with --json). Time is virtual: wait:SECONDS moves the
 // clock, so delayed work (the stored search switch) runs without sleeping.
+// A number the app dials becomes a call on the simulated device; connect,
+// hold, resume and end act on the last one, and on 7.1 the Phone app's own
+// in-call screen shows it.
+#include <algorithm>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +20,7 @@
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
+#include "platform/sim/sim_telephony.h"
 #include "platform/ui/sheets.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/phone_screen.h"
@@ -53,6 +59,26 @@ double parseNumber(const std::string& text, const std::string& action) {
   } catch (const std::exception&) {
   }
   throw CommandError("bad number in action " + action);
+}
+
+// Every action's form, checked before the session starts.
+void validate(const std::string& action) {
+  const std::string verb = action.substr(0, action.find(':'));
+  static const std::vector<std::string> plain = {
+      "delete", "longdelete", "call",   "swipe:left", "swipe:right",
+      "list",   "menu",       "toggle", "background", "connect",
+      "hold",   "resume",     "end"};
+  if (std::find(plain.begin(), plain.end(), action) != plain.end()) return;
+  if (verb == "type" || verb == "tab" || verb == "url") {
+    if (argumentOf(action, verb).empty())
+      throw CommandError(verb + ": needs an argument");
+    return;
+  }
+  if (verb == "select" || verb == "menu" || verb == "wait") {
+    parseNumber(argumentOf(action, verb), action);
+    return;
+  }
+  throw CommandError("unknown action " + action);
 }
 
 class Session {
@@ -129,18 +155,57 @@ class Session {
       app_.openURL(argumentOf(action, "url"));
     } else if (action == "background") {
       app_.enterBackground();
+    } else if (action == "connect" || action == "hold" || action == "resume" ||
+               action == "end") {
+      callAction(action);
     } else {
       throw CommandError("unknown action " + action);
     }
+    placeDialledCalls();
   }
 
  private:
+  // What the app dialled since the last action goes out on the device.
+  void placeDialledCalls() {
+    for (; dialled_ < app_.dialled.size(); ++dialled_) {
+      const std::string& number = app_.dialled[dialled_].number;
+      try {
+        call_ = world_.telephony().dial(number);
+      } catch (const std::invalid_argument& e) {
+        throw CommandError("cannot dial " + number + ": " + e.what());
+      }
+    }
+  }
+  void callAction(const std::string& action) {
+    if (!call_) throw CommandError(action + ": no call placed");
+    auto& t = world_.telephony();
+    try {
+      if (action == "connect") t.connect(*call_);
+      if (action == "hold") t.hold(*call_);
+      if (action == "resume") t.resume(*call_);
+      if (action == "end") t.end(*call_);
+    } catch (const std::invalid_argument& e) {
+      throw CommandError(action + ": " + e.what());
+    }
+  }
+
+  size_t dialled_ = 0;
+  std::optional<platform::CallId> call_;
   platform::SimWorld& world_;
   platform::SimProcess& proc_;
   hosts::PhoneApplication& app_;
 };
 
 void run(const PhoneOptions& options) {
+  // A script with a malformed action is a usage error: nothing runs.
+  for (const auto& action : options.actions) {
+    try {
+      validate(action);
+    } catch (const CommandError& e) {
+      throw CommandError(e.what(), 2);
+    }
+  }
+  deviceFor(options);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = world.launch("com.apple.mobilephone", deviceFor(options));
@@ -151,8 +216,9 @@ void run(const PhoneOptions& options) {
   world.advance(0);
   PhoneScreen screen(proc, *app);
   proc.run([&] { screen.capture(); });  // what start-up showed is not news
+  Session session(world, proc, *app);
   for (const auto& action : options.actions) {
-    proc.run([&] { Session(world, proc, *app).perform(action); });
+    proc.run([&] { session.perform(action); });
     world.advance(0);
     auto s = proc.run([&] { return screen.capture(); });
     if (options.json) {
@@ -168,7 +234,9 @@ void run(const PhoneOptions& options) {
 Registration reg([](CLI::App& app) {
   auto options = std::make_shared<PhoneOptions>();
   auto* cmd = app.add_subcommand(
-      "phone", "run actions on the simulated Phone app's keypad and print it");
+      "phone",
+      "run actions on the simulated Phone app's keypad and in-call screen and "
+      "print them");
   addRootOption(*cmd, options->root);
   cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
   cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
@@ -176,7 +244,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("actions", options->actions,
                   "type:DIGITS delete longdelete call swipe:left|right list "
                   "select:ROW menu menu:INDEX toggle wait:SECONDS tab:NAME "
-                  "url:URL background")
+                  "url:URL background connect hold resume end")
       ->required();
   cmd->callback([options] { run(*options); });
 });
