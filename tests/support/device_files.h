@@ -1,6 +1,6 @@
-// Files for the simulated device: whole-file read and write, property lists,
-// and the China area database compiled once per test binary from the
-// committed source.
+// Files for tests: read a whole file, write bytes or a property list to a
+// host path (creating its folders), and the China area database compiled
+// from the committed source, made once per test binary.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,29 +16,32 @@
 
 namespace zv::testing {
 
+// The whole file as bytes; "" when it cannot be read.
 inline std::string readFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  std::ostringstream out;
+  out << in.rdbuf();
+  return out.str();
 }
 
-// Writes `bytes` to `path`, making its folders.
+// Writes `bytes` to the host path `path`, creating its folders.
 inline void writeFile(const std::string& path, const std::string& bytes) {
-  auto p = std::filesystem::path(path);
-  std::filesystem::create_directories(p.parent_path());
-  std::ofstream out(p, std::ios::binary);
+  std::filesystem::create_directories(
+      std::filesystem::path(path).parent_path());
+  std::ofstream out(path, std::ios::binary);
   out << bytes;
-  ASSERT_TRUE(out.good()) << "cannot write " << path;
+  ASSERT_TRUE(out.good()) << path;
 }
 
+// Writes `dict` as a property list to the host path `path`, creating its
+// folders.
 inline void writePlist(const std::string& path, const Dict& dict) {
   std::filesystem::create_directories(
       std::filesystem::path(path).parent_path());
-  ASSERT_TRUE(plist::writeFile(path, Value(dict))) << "cannot write " << path;
+  ASSERT_TRUE(plist::writeFile(path, Value(dict))) << path;
 }
 
-// The compiled China database, made once.
+// The area database compiled from data/area/China.txt.
 inline const std::string& chinaDatabase() {
   static const std::string bytes = area::compile(area::parseSource(
       readFile(ZV_SOURCE_DIR "/data/area/China.txt"), "China"));
