@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "area/area_loader.h"
+#include "callscreens/in_call_controller.h"
 #include "hosts/phone/app.h"
 #include "hostsdk/phone.h"
 #include "hostsdk/telephony.h"
@@ -178,8 +179,16 @@ TEST_F(InCallE2ETest, AnsweredIncomingCallShowsTheInCallArea) {
   const std::string a = area(kStranger, true, true);
   auto id = telephony().incoming(kStranger);
   advance(5);
-  // Ringing belongs to the springboard: the Phone app shows nothing yet.
+  // Ringing belongs to the springboard: the Phone app shows nothing yet,
+  // though the module has noted the number (without an area).
   EXPECT_FALSE(screen().shown);
+  phone_->run([&] {
+    auto c = platform::Process::current().slot<ZVInCallController>();
+    ASSERT_TRUE(c);
+    EXPECT_EQ(c->curNumber(), kStranger);
+    EXPECT_EQ(c->curCallStatus(), 4);
+    EXPECT_EQ(c->curArea(), "");
+  });
   telephony().answer(id);
   advance(0);
   Screen s = screen();

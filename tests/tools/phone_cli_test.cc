@@ -126,8 +126,11 @@ TEST_F(PhoneCliTest, BadScriptsFailWithOneLine) {
   }
   // Every action is checked before the first runs.
   std::string out, err;
-  EXPECT_EQ(run("type:1 wait:x", out, err), 2);
-  EXPECT_EQ(out, "");
+  for (const char* args : {"type:1 wait:x", "type:1 connect call"}) {
+    out.clear();
+    EXPECT_EQ(run(args, out, err), 2) << args;
+    EXPECT_EQ(out, "") << args;
+  }
 }
 
 }  // namespace

@@ -197,13 +197,19 @@ class Session {
 };
 
 void run(const PhoneOptions& options) {
-  // A script with a malformed action is a usage error: nothing runs.
+  // A script with a malformed action, or a call action before anything
+  // that dials, is a usage error: nothing runs.
+  bool mayDial = false;
   for (const auto& action : options.actions) {
     try {
       validate(action);
     } catch (const CommandError& e) {
       throw CommandError(e.what(), 2);
     }
+    if (action == "call" || action.rfind("url:", 0) == 0) mayDial = true;
+    if (!mayDial && (action == "connect" || action == "hold" ||
+                     action == "resume" || action == "end"))
+      throw CommandError(action + ": no call placed before it", 2);
   }
   deviceFor(options);
   applyRoot(options.root);
