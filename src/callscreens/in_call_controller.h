@@ -12,6 +12,7 @@
 // hooks). A per-process singleton; main thread only.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
