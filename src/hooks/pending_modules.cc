@@ -6,7 +6,6 @@
 
 namespace zv {
 
-void zvincall_init() { runStartup("zvincall_init", [] {}); }
 void zvsms_init() { runStartup("zvsms_init", [] {}); }
 
 }  // namespace zv

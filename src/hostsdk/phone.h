@@ -76,6 +76,28 @@ struct TPDialerPhonePad {
   static constexpr std::string_view kName = "TPDialerPhonePad";
 };
 
+// --- The in-call screen (systems before 8.0) --------------------------------
+// The Phone app's own screen for outgoing and active calls: the controller
+// hears every call-status change (its argument is the call) and keeps its
+// LCD view in the instance variable "_lcd"; the LCD shows the call's status
+// line (label).
+
+struct InCallController {
+  static constexpr std::string_view kName = "InCallController";
+  static constexpr rt::Message<void(rt::Id)> callStatusChanged{
+      kName, "_callStatusChanged:"};
+  static constexpr rt::IvarName<rt::Id> lcd{kName, "_lcd"};
+};
+
+struct InCallLCDView {
+  static constexpr std::string_view kName = "InCallLCDView";
+  static constexpr rt::Message<std::string()> label{kName, "label"};
+  static constexpr rt::Message<void(std::string, bool)> setLabelAnimate{
+      kName, "setLabel:animate:"};
+  static constexpr rt::Message<bool()> shouldCenterText{kName,
+                                                        "shouldCenterText"};
+};
+
 }  // namespace zv::sdk
 
 // ---------------------------------------------------------------------------

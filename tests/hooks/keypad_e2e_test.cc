@@ -46,6 +46,12 @@ class KeypadE2ETest : public testing::SimTest {
   }
   // Launches a Phone app with the extension on a device of these facts.
   platform::SimProcess& start(platform::DeviceFacts facts = {}) {
+    // What the previous phone held goes away inside its own process.
+    if (proc_)
+      proc_->run([&] {
+        app_.reset();
+        controller_.reset();
+      });
     const std::string prefs = root_ + "/var/mobile/Library/Preferences/";
     std::filesystem::create_directories(prefs);
     EXPECT_TRUE(plist::writeFile(prefs + "zorvel.plist", Value(settings_)));

@@ -84,6 +84,30 @@ TEST_F(PhoneCliTest, JsonSessionShowsTheMatchAndWhatWasDialled) {
   EXPECT_EQ(steps[2]["dialled"], nlohmann::json::array({"1795113801700000"}));
 }
 
+TEST_F(PhoneCliTest, OutgoingCallOnSevenShowsTheInCallScreenWithItsArea) {
+  std::string out, err;
+  ASSERT_EQ(run("--json --os 7.1 --screen 4 type:13801700000 call connect "
+                "wait:2 end",
+                out, err),
+            0)
+      << err;
+  std::vector<nlohmann::json> steps;
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);)
+    steps.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(steps.size(), 5u);
+  EXPECT_FALSE(steps[0].contains("inCall"));
+  // The prefixed number goes out; its area is still Shanghai's.
+  EXPECT_EQ(steps[1]["inCall"]["number"], "1795113801700000");
+  const std::string calling = steps[1]["inCall"]["label"];
+  EXPECT_EQ(calling.rfind("calling…  ", 0), 0u) << calling;
+  EXPECT_NE(calling.find("上海"), std::string::npos) << calling;
+  // The in-call area is off by default: the active call shows its time.
+  EXPECT_EQ(steps[2]["inCall"]["label"], "00:00");
+  EXPECT_EQ(steps[3]["inCall"]["label"], "00:02");
+  EXPECT_FALSE(steps[4].contains("inCall"));
+}
+
 TEST_F(PhoneCliTest, BadScriptsFailWithOneLineBeforeAnyActionRuns) {
   // Mistakes in the script are usage errors: nothing runs, exit 2.
   for (const char* args :

@@ -5,6 +5,10 @@
 // object per action with --json; on the Recents tab, its rows as a
 // "recents" array). Time is virtual: wait:SECONDS moves the
 // clock, so delayed work (the stored search switch) runs without sleeping.
+// A number the app dials becomes a call on the simulated device; connect,
+// hold, resume and end act on the last one, and on 7.1 the Phone app's own
+// in-call screen shows it.
+#include <algorithm>
 #include <iostream>
 #include <map>
 #include <optional>
@@ -18,6 +22,7 @@
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
+#include "platform/sim/sim_telephony.h"
 #include "platform/ui/sheets.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
@@ -72,7 +77,8 @@ void checkAction(const std::string& action) {
   const std::string verb = action.substr(0, action.find(':'));
   static const char* const plain[] = {
       "delete", "longdelete", "call",   "swipe:left", "swipe:right",
-      "list",   "menu",       "toggle", "background"};
+      "list",   "menu",       "toggle", "background", "connect",
+      "hold",   "resume",     "end"};
   for (const char* p : plain)
     if (action == p) return;
   if (verb == "type") {
@@ -187,9 +193,13 @@ class Session {
       app_.openURL(argumentOf(action, "url"));
     } else if (action == "background") {
       app_.enterBackground();
+    } else if (action == "connect" || action == "hold" || action == "resume" ||
+               action == "end") {
+      callAction(action);
     } else {
       throw UsageError("unknown action " + action);
     }
+    placeDialledCalls();
   }
 
  private:
@@ -219,13 +229,47 @@ class Session {
     }
   }
 
+  // What the app dialled since the last action goes out on the device.
+  void placeDialledCalls() {
+    for (; dialled_ < app_.dialled.size(); ++dialled_) {
+      const std::string& number = app_.dialled[dialled_].number;
+      try {
+        call_ = world_.telephony().dial(number);
+      } catch (const std::invalid_argument& e) {
+        throw CommandError("cannot dial " + number + ": " + e.what());
+      }
+    }
+  }
+  void callAction(const std::string& action) {
+    if (!call_) throw CommandError(action + ": no call placed");
+    auto& t = world_.telephony();
+    try {
+      if (action == "connect") t.connect(*call_);
+      if (action == "hold") t.hold(*call_);
+      if (action == "resume") t.resume(*call_);
+      if (action == "end") t.end(*call_);
+    } catch (const std::invalid_argument& e) {
+      throw CommandError(action + ": " + e.what());
+    }
+  }
+
+  size_t dialled_ = 0;
+  std::optional<platform::CallId> call_;
   platform::SimWorld& world_;
   platform::SimProcess& proc_;
   hosts::PhoneApplication& app_;
 };
 
 void run(const PhoneOptions& options) {
-  for (const auto& action : options.actions) checkAction(action);
+  // A call action before anything that dials could never run either.
+  bool mayDial = false;
+  for (const auto& action : options.actions) {
+    checkAction(action);
+    if (action == "call" || action.rfind("url:", 0) == 0) mayDial = true;
+    if (!mayDial && (action == "connect" || action == "hold" ||
+                     action == "resume" || action == "end"))
+      throw UsageError(action + ": no call placed before it");
+  }
   deviceFor(options);
   applyRoot(options.root);
   warnUnparsable(ZVSettings::kPath, "settings file");
@@ -241,8 +285,9 @@ void run(const PhoneOptions& options) {
   world.advance(0);
   PhoneScreen screen(proc, *app);
   proc.run([&] { screen.capture(); });  // what start-up showed is not news
+  Session session(world, proc, *app);
   for (const auto& action : options.actions) {
-    proc.run([&] { Session(world, proc, *app).perform(action); });
+    proc.run([&] { session.perform(action); });
     world.advance(0);
     auto s = proc.run([&] { return screen.capture(); });
     if (options.json) {
@@ -259,10 +304,11 @@ Registration reg([](CLI::App& app) {
   auto options = std::make_shared<PhoneOptions>();
   auto* cmd = app.add_subcommand(
       "phone",
-      "Run actions on the simulated Phone app's keypad and print the screen "
-      "after each. The session changes the device as a phone would (calls "
-      "are recorded, settings and caches written); --scratch runs it on a "
-      "copy. Every action is checked before the first one runs. Tabs: " +
+      "Run actions on the simulated Phone app's keypad and in-call screen and "
+      "print the screen after each. The session changes the device as a phone "
+      "would (calls are recorded, settings and caches written); --scratch "
+      "runs it on a copy. Every action is checked before the first one runs. "
+      "Tabs: " +
           tabNames() + ".");
   addRootOption(*cmd, options->root);
   cmd->add_flag("--scratch", options->scratch,
@@ -274,7 +320,8 @@ Registration reg([](CLI::App& app) {
                   "type:DIGITS delete longdelete call swipe:left|right list "
                   "select:ROW menu menu:BUTTON (both counting from 1) toggle "
                   "wait:SECONDS tab:NAME url:URL background recents:delete:ROW "
-                  "recents:clear recents:open:ROW recents:edit recents:done")
+                  "recents:clear recents:open:ROW recents:edit recents:done "
+                  "connect hold resume end")
       ->required();
   cmd->callback([options] { run(*options); });
 });

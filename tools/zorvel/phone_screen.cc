@@ -1,5 +1,6 @@
 #include "tools/zorvel/phone_screen.h"
 
+#include "callscreens/in_call_controller.h"
 #include "dialer/keypad_controller.h"
 #include "platform/process.h"
 #include "platform/ui/sheets.h"
@@ -89,21 +90,34 @@ json PhoneScreen::capture() {
     s["menu"] = menu;
   }
 
+  if (app_.inCall && app_.inCall->isShown()) {
+    auto lcd = app_.inCall->lcd();
+    json call{{"number", lcd->textLabel->text()},
+              {"label", lcd->statusLabel->text()}};
+    if (auto own = std::dynamic_pointer_cast<ui::UILabel>(
+            lcd->viewWithTag(ZVInCallController::kOwnLabelTag)))
+      call["ownLabel"] = own->text();
+    s["inCall"] = call;
+  }
+
   json dialled = json::array();
   for (; dialled_ < app_.dialled.size(); ++dialled_)
     dialled.push_back(app_.dialled[dialled_].number);
   if (!dialled.empty()) s["dialled"] = dialled;
   const auto& events = process_.world().events();
-  json opened = json::array(), copied = json::array(), alerts = json::array();
+  json opened = json::array(), copied = json::array(), alerts = json::array(),
+       vibrations = json::array();
   for (; events_ < events.size(); ++events_) {
     const auto& e = events[events_];
     if (e.kind == "openURL") opened.push_back(e.detail);
     if (e.kind == "pasteboard") copied.push_back(e.detail);
     if (e.kind == "alert") alerts.push_back(e.detail);
+    if (e.kind == "vibrate") vibrations.push_back(e.detail);
   }
   if (!opened.empty()) s["opened"] = opened;
   if (!copied.empty()) s["copied"] = copied;
   if (!alerts.empty()) s["alert"] = alerts;
+  if (!vibrations.empty()) s["vibrate"] = vibrations;
   const auto& adds = app_.dialer->addContactRequests;
   if (addContacts_ < adds.size()) s["addContact"] = adds.back();
   addContacts_ = adds.size();
@@ -151,7 +165,14 @@ std::string PhoneScreen::render(const json& s) {
               s["menu"][i].get<std::string>();
     add("menu", menu);
   }
-  for (const char* key : {"dialled", "opened", "copied", "alert"})
+  if (s.contains("inCall")) {
+    const json& call = s["inCall"];
+    add("in call", call["number"].get<std::string>() + " | " +
+                       call["label"].get<std::string>());
+    if (call.contains("ownLabel"))
+      add("own label", call["ownLabel"].get<std::string>());
+  }
+  for (const char* key : {"dialled", "opened", "copied", "alert", "vibrate"})
     if (s.contains(key))
       for (const auto& v : s[key]) add(key, v.get<std::string>());
   if (s.contains("addContact"))

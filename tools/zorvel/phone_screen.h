@@ -1,8 +1,10 @@
 // The keypad screen of a simulated Phone app as data: what the host display
 // and labels show, the three pages of the result pager (name and number
 // lines with the highlighted run), the counter, the visible buttons, the
-// result list when open, the presented menu, and what was dialled, opened,
-// copied or alerted since the previous look. Used by `zorvel phone`.
+// result list when open, the presented menu, the in-call screen while it is
+// up (number, status line, own label), and what was dialled, opened,
+// copied, alerted or vibrated since the previous look. Used by `zorvel
+// phone`.
 #pragma once
 
 #include <nlohmann/json.hpp>

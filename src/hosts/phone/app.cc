@@ -1,5 +1,7 @@
 #include "hosts/phone/app.h"
 
+#include <cstdlib>
+
 #include "hosts/contacts/card.h"
 #include "hostsdk/phone.h"
 #include "platform/platform.h"
@@ -62,6 +64,7 @@ HostDefinition phoneHost(const PhoneHostOptions& options) {
                           registerKeypadClasses(options);
                           registerRecentsClasses();
                           registerContactsClasses();
+                          registerInCallClasses();
                           registerApplication();
                         },
                         [] {
@@ -104,6 +107,9 @@ void PhoneApplication::didFinishLaunching() {
   tabBar->setViewControllers(tabs);
   // The app opens on the keypad.
   selectTab(kKeypad);
+  if (std::strtod(platform::current().device().systemVersion.c_str(), nullptr) <
+      8.0)
+    inCall = InCallController::start();
 }
 
 void PhoneApplication::selectTab(int tab) {

@@ -3,8 +3,9 @@
 // contacts, keypad, voicemail), its own handling of "tel:" URLs and of the
 // dial operation, and entering the background. It opens on the keypad
 // (hosts/phone/keypad.h); the other screens live in files of their own
-// beside it (hosts/phone/recents.h) and, for the Contacts tab, in the
-// contacts screens the Contacts app shares (hosts/contacts/).
+// beside it (hosts/phone/recents.h, the in-call screen hosts/phone/incall.h)
+// and, for the Contacts tab, in the contacts screens the Contacts app
+// shares (hosts/contacts/).
 //
 //   auto& phone = hosts::launchSimulated(world, hosts::phoneHost(), facts,
 //                                        ZorvelInitializer);
@@ -15,6 +16,7 @@
 
 #include "hosts/contacts/members.h"
 #include "hosts/kit/host_kit.h"
+#include "hosts/phone/incall.h"
 #include "hosts/phone/keypad.h"
 #include "hosts/phone/recents.h"
 #include "platform/ui/application.h"
@@ -42,6 +44,9 @@ class PhoneApplication : public ui::UIApplication {
   std::shared_ptr<RecentsViewController> recents;
   // The Contacts tab: the shared contacts list, cards pushed on it.
   std::shared_ptr<ui::UINavigationController> contacts;
+  // The in-call screen (systems before 8.0; later systems show calls in the
+  // in-call service), following the device's calls from launch on.
+  std::shared_ptr<InCallController> inCall;
   bool inBackground = false;
 
   struct Dial {

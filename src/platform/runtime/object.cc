@@ -59,15 +59,19 @@ Deallocator::Deallocator()
       process_(&platform::Process::current()) {}
 
 void Deallocator::operator()(Object* object) const {
-  if (!runtime_alive_.expired()) {
-    try {
-      platform::Process::Scope scope(*process_);
-      if (auto imp = lookup<void()>(object->isa(), "dealloc"))
-        (*imp)(Id(Id(), object));
-    } catch (...) {
-      // The platform's dealloc cannot fail; a throwing replacement has
-      // already been reported by its guard.
-    }
+  if (runtime_alive_.expired()) {
+    delete object;
+    return;
+  }
+  // The object ends inside its own process, whichever thread or process let
+  // go of it last: its dealloc and its C++ destructor see that process.
+  platform::Process::Scope scope(*process_);
+  try {
+    if (auto imp = lookup<void()>(object->isa(), "dealloc"))
+      (*imp)(Id(Id(), object));
+  } catch (...) {
+    // The platform's dealloc cannot fail; a throwing replacement has
+    // already been reported by its guard.
   }
   delete object;
 }

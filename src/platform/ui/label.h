@@ -32,6 +32,9 @@ class UILabel : public UIView {
   void setAdjustsFontSizeToFitWidth(bool on) { fit_width_ = on; }
   double minimumScaleFactor() const { return min_scale_; }
   void setMinimumScaleFactor(double f) { min_scale_ = f; }
+  // The text's own shadow colour; none unless set.
+  const std::optional<Color>& shadowColor() const { return shadow_color_; }
+  void setShadowColor(std::optional<Color> c) { shadow_color_ = c; }
 
   // Measured size of the text on one line.
   Size textSize() const;
@@ -52,6 +55,7 @@ class UILabel : public UIView {
   LineBreakMode line_break_ = LineBreakMode::TruncateTail;
   bool fit_width_ = false;
   double min_scale_ = 0.5;
+  std::optional<Color> shadow_color_;
 };
 
 class UIImageView : public UIView {

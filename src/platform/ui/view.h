@@ -56,6 +56,16 @@ class UIView : public rt::Object {
   // the text dumps of the command line).
   const std::string& accessibilityLabel() const { return accessibility_; }
   void setAccessibilityLabel(std::string s) { accessibility_ = std::move(s); }
+  // The layer's shadow (CALayer shadowColor, shadowOffset, shadowOpacity,
+  // shadowRadius); none unless set.
+  struct LayerShadow {
+    Color color{0, 0, 0, 1};
+    Size offset{0, 0};
+    double opacity = 0, radius = 3;
+    bool operator==(const LayerShadow&) const = default;
+  };
+  const std::optional<LayerShadow>& layerShadow() const { return shadow_; }
+  void setLayerShadow(std::optional<LayerShadow> s) { shadow_ = s; }
 
   // Shown on screen: neither it nor an ancestor hidden, alpha above 0.01.
   bool isVisible() const;
@@ -98,6 +108,7 @@ class UIView : public rt::Object {
   double scale_ = 1;
   std::optional<Color> background_;
   std::string accessibility_;
+  std::optional<LayerShadow> shadow_;
   std::vector<std::shared_ptr<UIView>> subviews_;
   std::weak_ptr<UIView> superview_;
   std::vector<std::pair<Gesture, GestureHandler>> gestures_;

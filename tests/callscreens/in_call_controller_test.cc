@@ -1,0 +1,340 @@
+// ZVInCallController against a fake host: which calls it remembers, how the
+// area meets the LCD label (joined, replaced, kept, or on the own label by
+// screen size), the contact's number on the own label, and the connect
+// vibration's latch.
+#include "callscreens/in_call_controller.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "platform/sim/device_presets.h"
+#include "platform/ui/label.h"
+#include "support/sim_fixture.h"
+#include "support/device_files.h"
+
+namespace zv {
+namespace {
+
+constexpr char kBeijing[] = "13800138000";
+constexpr char kShanghai[] = "13801700000";
+
+struct FakeCall {
+  int status = 3;
+  std::optional<std::string> number;
+  int abUID = -1;
+  bool outgoing = true;
+};
+
+class FakeInCallHost : public InCallHost {
+ public:
+  rt::Id controller = ui::make<ui::UIView>();
+  std::shared_ptr<ui::UIView> lcd = ui::make<ui::UIView>();
+  bool hasLcd = true;
+  std::string lcdLabel = "calling…";
+  bool center = true;
+  std::vector<std::string> labelsSet;  // setLabel calls, as asked
+  // The rewrite the hooks put in front of setLabel:animate:.
+  std::function<std::string(const std::string&)> rewrite;
+  std::map<const void*, FakeCall> calls;
+
+  rt::Id call(FakeCall c) {
+    auto id = ui::make<ui::UIView>();
+    calls[id.get()] = std::move(c);
+    return id;
+  }
+  FakeCall& of(const rt::Id& c) { return calls.at(c.get()); }
+  ui::UILabel* ownLabel() {
+    return dynamic_cast<ui::UILabel*>(
+        lcd->viewWithTag(ZVInCallController::kOwnLabelTag).get());
+  }
+
+  int status(const rt::Id& c) override { return of(c).status; }
+  std::optional<std::string> destinationID(const rt::Id& c) override {
+    return of(c).number;
+  }
+  int abUID(const rt::Id& c) override { return of(c).abUID; }
+  bool isOutgoing(const rt::Id& c) override { return of(c).outgoing; }
+  rt::Id notificationObject(const rt::Id&) override { return nullptr; }
+  rt::Id lcdView(const rt::Id& c) override {
+    return c == controller && hasLcd ? rt::Id(lcd) : nullptr;
+  }
+  std::string label(const rt::Id&) override { return lcdLabel; }
+  void setLabel(const rt::Id&, const std::string& l, bool) override {
+    labelsSet.push_back(l);
+    lcdLabel = rewrite ? rewrite(l) : l;
+  }
+  bool shouldCenterText(const rt::Id&) override { return center; }
+  std::shared_ptr<ui::UIView> view(const rt::Id& v) override {
+    return std::dynamic_pointer_cast<ui::UIView>(v);
+  }
+};
+
+class InCallControllerTest : public testing::SimTest {
+ protected:
+  InCallControllerTest() {
+    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+                       testing::chinaDatabase());
+  }
+  // Runs f in a fresh 7.1 Phone process on a phone with that screen, with
+  // the controller wired to a fake host whose label rewrite is the
+  // controller's, as the hooks wire it.
+  template <typename F>
+  void with(Dict settings, const char* inches, F&& f) {
+    testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                        settings);
+    auto& p = world_.launch("com.apple.mobilephone",
+                            *platform::simulatedDevice("7.1", inches));
+    p.run([&] {
+      auto host = std::make_shared<FakeInCallHost>();
+      auto c = ZVInCallController::sharedInstance();
+      c->setHost(host);
+      host->rewrite = [c, host](const std::string& l) {
+        return c->areaInCall(rt::Id(host->lcd), l);
+      };
+      f(*c, *host);
+    });
+  }
+};
+
+TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
+  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    auto call = h.call({3, kBeijing, -1, true});
+    c.areaInCall(h.controller, call);
+    EXPECT_EQ(c.curNumber(), kBeijing);
+    EXPECT_EQ(c.curCallStatus(), 3);
+    ASSERT_FALSE(c.curArea().empty());
+    // The LCD was asked to show its own label again, which the rewrite
+    // joined with two blanks.
+    EXPECT_EQ(h.labelsSet, std::vector<std::string>{"calling…"});
+    EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
+    // Same number and status again: nothing to do.
+    c.areaInCall(h.controller, call);
+    EXPECT_EQ(h.labelsSet.size(), 1u);
+    // Held, ending and ended calls forget the call.
+    for (int status : {2, 5, 6}) {
+      h.of(call).status = 3;
+      c.areaInCall(h.controller, call);
+      h.of(call).status = status;
+      c.areaInCall(h.controller, call);
+      EXPECT_EQ(c.curNumber(), "") << status;
+      EXPECT_EQ(c.curArea(), "") << status;
+      EXPECT_EQ(c.curCallStatus(), 0) << status;
+      EXPECT_EQ(c.curRecordID(), -1) << status;
+    }
+    // A withheld number forgets it too.
+    h.of(call).status = 1;
+    c.areaInCall(h.controller, call);
+    EXPECT_EQ(c.curNumber(), kBeijing);
+    c.areaInCall(h.controller, h.call({1, std::nullopt, -1, false}));
+    EXPECT_EQ(c.curNumber(), "");
+    c.areaInCall(h.controller, h.call({1, std::string(), -1, false}));
+    EXPECT_EQ(c.curNumber(), "");
+  });
+}
+
+TEST_F(InCallControllerTest, RingingCallRecordsTheNumberButNoArea) {
+  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    auto call = h.call({4, kShanghai, 7, false});
+    c.areaInCall(h.controller, call);
+    EXPECT_EQ(c.curNumber(), kShanghai);
+    EXPECT_EQ(c.curCallStatus(), 4);
+    EXPECT_EQ(c.curRecordID(), 7);
+    EXPECT_EQ(c.curArea(), "");
+    EXPECT_TRUE(h.labelsSet.empty());
+    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "incoming"), "incoming");
+    // Active: the in-call flags are off by default, so still no area.
+    h.of(call).status = 1;
+    c.areaInCall(h.controller, call);
+    EXPECT_EQ(c.curArea(), "");
+  });
+  with({{"AreaNameInCall", true}}, "4",
+       [&](ZVInCallController& c, FakeInCallHost& h) {
+         auto call = h.call({4, kShanghai, -1, false});
+         c.areaInCall(h.controller, call);
+         h.of(call).status = 1;
+         c.areaInCall(h.controller, call);
+         EXPECT_FALSE(c.curArea().empty());
+         EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
+       });
+}
+
+TEST_F(InCallControllerTest, SwitchesStrangersAndMissingViews) {
+  // Area off or both area names off: the call is not even remembered.
+  for (Dict s :
+       {Dict{{"EnableArea", false}}, Dict{{"AreaNameOutgoingCall", false}}}) {
+    with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+      c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+      EXPECT_EQ(c.curNumber(), "");
+      EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling"), "calling");
+    });
+  }
+  // A contact under AreaOnlyStrangers is forgotten.
+  with({{"AreaOnlyStrangers", true}}, "4",
+       [&](ZVInCallController& c, FakeInCallHost& h) {
+         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+         EXPECT_EQ(c.curNumber(), kBeijing);
+         c.areaInCall(h.controller, h.call({3, kShanghai, 3, true}));
+         EXPECT_EQ(c.curNumber(), "");
+         EXPECT_EQ(c.curArea(), "");
+       });
+  // No LCD: the area is kept for the next label, nothing is set.
+  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    h.hasLcd = false;
+    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+    EXPECT_TRUE(h.labelsSet.empty());
+    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "x"), "x  " + c.curArea());
+  });
+}
+
+TEST_F(InCallControllerTest, JoinsReplacesOrKeepsTheHostLabel) {
+  with({{"AreaReplaceTextOutgoingCall", true}}, "4",
+       [&](ZVInCallController& c, FakeInCallHost& h) {
+         auto call = h.call({3, kBeijing, -1, true});
+         c.areaInCall(h.controller, call);
+         const std::string area = c.curArea();
+         auto lcd = rt::Id(h.lcd);
+         // Dialling with the replace flag: the area alone.
+         EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
+         // A label that already ends with the area is left.
+         EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);
+         EXPECT_EQ(c.areaInCall(lcd, ""), area);
+       });
+  with({{"AreaReplaceTextOutgoingCall", true}, {"AreaNameInCall", true}}, "4",
+       [&](ZVInCallController& c, FakeInCallHost& h) {
+         auto call = h.call({1, kBeijing, -1, true});
+         c.areaInCall(h.controller, call);
+         EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "00:05"),
+                   "00:05  " + c.curArea());
+         EXPECT_EQ(h.ownLabel(), nullptr);
+       });
+}
+
+TEST_F(InCallControllerTest, OwnLabelByStyleAndScreen) {
+  const Dict style1{{"AreaStyleOutgoingCall", 1}};
+  // 4-inch: the area goes on the own label, the host label stays.
+  with(style1, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+    EXPECT_EQ(h.lcdLabel, "calling…");
+    auto* own = h.ownLabel();
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own->text(), c.curArea());
+    EXPECT_EQ(own->frame(), (ui::Rect{{5, 92}, {310, 20}}));
+    EXPECT_EQ(own->textAlignment(), ui::TextAlignment::Center);
+    EXPECT_EQ(own->lineBreakMode(), ui::LineBreakMode::TruncateMiddle);
+    EXPECT_EQ(own->font().size, 17);
+    EXPECT_EQ(own->textColor(), (ui::Color{0.85, 0.85, 0.85, 1}));
+    EXPECT_FALSE(own->userInteractionEnabled());
+    ASSERT_TRUE(own->layerShadow());
+    EXPECT_EQ(own->layerShadow()->opacity, 0.2);
+    // Made once, moved left when the host does not centre its text.
+    h.center = false;
+    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling…"), "calling…");
+    EXPECT_EQ(h.lcd->subviews().size(), 1u);
+    EXPECT_EQ(own->frame(), (ui::Rect{{20, 80}, {280, 20}}));
+    EXPECT_EQ(own->textAlignment(), ui::TextAlignment::Left);
+  });
+  // 3.5-inch: no room, the style is ignored and the area joins the label.
+  with(style1, "3.5", [&](ZVInCallController& c, FakeInCallHost& h) {
+    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+    EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
+    EXPECT_EQ(h.ownLabel(), nullptr);
+  });
+  // Style 2 shows nothing on larger screens.
+  with({{"AreaStyleOutgoingCall", 2}}, "4.7",
+       [&](ZVInCallController& c, FakeInCallHost& h) {
+         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+         EXPECT_EQ(h.lcdLabel, "calling…");
+         EXPECT_EQ(h.ownLabel(), nullptr);
+       });
+}
+
+TEST_F(InCallControllerTest, ContactNumberOnlyOnTheFourInchScreen) {
+  Dict s{{"EnableInfo", true},
+         {"InfoOutgoingCallNumber", true},
+         {"AreaStyleOutgoingCall", 1}};
+  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
+    ASSERT_NE(h.ownLabel(), nullptr);
+    EXPECT_EQ(h.ownLabel()->text(), c.curArea() + " " + kBeijing);
+  });
+  // A stranger's number is never added.
+  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+    EXPECT_EQ(h.ownLabel()->text(), c.curArea());
+  });
+  // Number only (no area names): the number alone on the own label.
+  Dict numberOnly = s;
+  numberOnly["EnableArea"] = false;
+  with(numberOnly, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    // With the area off no call is remembered, so there is no number.
+    c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
+    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling…"), "calling…");
+    EXPECT_EQ(h.ownLabel(), nullptr);
+  });
+  for (const char* inches : {"3.5", "4.7", "5.5"}) {
+    with(s, inches, [&](ZVInCallController& c, FakeInCallHost& h) {
+      c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
+      auto* own = h.ownLabel();
+      if (std::string(inches) == "3.5") {
+        EXPECT_EQ(own, nullptr);
+        EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
+      } else {
+        ASSERT_NE(own, nullptr) << inches;
+        EXPECT_EQ(own->text(), c.curArea()) << inches;
+      }
+    });
+  }
+}
+
+TEST_F(InCallControllerTest, VibratesOnceWhenAnOutgoingCallConnects) {
+  Dict s{{"EnableConnectedVibrate", true},
+         {"ConnectedVibrateIntensity", 0.7},
+         {"ConnectedVibrateTotalDuration", 1.2345},
+         {"ConnectedVibrateOnDuration", 0.3},
+         {"ConnectedVibrateOffDuration", 0.1}};
+  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    auto out = h.call({3, kBeijing, -1, true});
+    c.connectedVibrate(out);
+    EXPECT_FALSE(c.vibrateLatch());
+    h.of(out).status = 1;
+    c.connectedVibrate(out);
+    c.connectedVibrate(out);  // a second active change: still one
+    EXPECT_TRUE(c.vibrateLatch());
+    // Held and resumed: re-armed by the non-active status.
+    h.of(out).status = 2;
+    c.connectedVibrate(out);
+    EXPECT_FALSE(c.vibrateLatch());
+    h.of(out).status = 1;
+    c.connectedVibrate(out);
+    EXPECT_TRUE(c.vibrateLatch());
+    // An incoming call never vibrates.
+    h.of(out).status = 6;
+    c.connectedVibrate(out);
+    auto in = h.call({1, kShanghai, -1, false});
+    c.connectedVibrate(in);
+    EXPECT_FALSE(c.vibrateLatch());
+  });
+  world_.advance(0.05);
+  EXPECT_TRUE(world_.events("vibrate").empty());
+  world_.advance(0.1);
+  auto v = world_.events("vibrate");
+  ASSERT_EQ(v.size(), 1u);  // the two schedules collapsed into one
+  EXPECT_NE(
+      v[0].detail.find(
+          "VibePattern=on,300,off,100,on,300,off,100,on,300,off,100,on,34"),
+      std::string::npos)
+      << v[0].detail;
+}
+
+TEST_F(InCallControllerTest, NoVibrationWhenSwitchedOff) {
+  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+    c.connectedVibrate(h.call({1, kBeijing, -1, true}));
+    EXPECT_FALSE(c.vibrateLatch());
+  });
+  world_.advance(1);
+  EXPECT_TRUE(world_.events("vibrate").empty());
+}
+
+}  // namespace
+}  // namespace zv
