@@ -31,14 +31,14 @@ struct Size {
 struct DeviceFacts {
   std::string systemName = "iPhone OS";
   std::string systemVersion = "8.1";
-  std::string model = "iPhone";           // UIDevice model
+  std::string model = "iPhone";             // UIDevice model
   std::string hardwareModel = "iPhone7,2";  // sysctl "hw.machine"
   Size screenPoints{375, 667};
   Size screenPixels{750, 1334};
   double screenScale = 2;
-  std::string bundleIdentifier;           // of the host process
-  std::string locale = "en_US";           // the user's region format
-  std::string language = "en";            // for localised strings
+  std::string bundleIdentifier;  // of the host process
+  std::string locale = "en_US";  // the user's region format
+  std::string language = "en";   // for localised strings
   // The user's contact name order, as ABPersonGetCompositeNameFormatForRecord
   // answers it with no record: true for last name first.
   bool nameOrderLastFirst = false;
@@ -55,8 +55,14 @@ inline constexpr char kAddressBookExternalChangeNotification[] =
 struct Alert {
   std::string title;
   std::string message;
-  std::string cancelButton;               // empty: none
+  std::string cancelButton;  // empty: none
   std::vector<std::string> otherButtons;
+  // The alert view's tag, telling apart the alerts one delegate shows.
+  int tag = 0;
+  // An alert with a plain text-input field: what the user typed into it,
+  // read by the delegate when a button is pressed.
+  bool textInput = false;
+  std::string inputText;
   // Called with the pressed button's index (the alert's delegate).
   std::function<void(const Alert&, int buttonIndex)> onButton;
   int cancelButtonIndex() const { return cancelButton.empty() ? -1 : 0; }
@@ -105,8 +111,8 @@ class Platform {
 
   // --- Localised strings -------------------------------------------------
   // The host bundle's string table `table`; the key itself when absent.
-  virtual std::string localizedString(std::string_view key,
-                                      std::string_view table = "Zorvel") const = 0;
+  virtual std::string localizedString(
+      std::string_view key, std::string_view table = "Zorvel") const = 0;
 
   // --- Side effects ------------------------------------------------------
   virtual void log(std::string_view line) = 0;

@@ -124,6 +124,9 @@ void registerControllers(rt::Runtime& rt) {
   rt::addMethod<rt::Id()>(nav, "topViewController", [](const rt::Id& s) {
     return rt::Id(self<UINavigationController>(s).topViewController());
   });
+  rt.registerClass("UITableViewController", "UIViewController");
+  rt.registerClass("UIBarButtonItem");
+  rt.registerClass("UINavigationItem");
   rt::Class* tabs = rt.registerClass("UITabBarController", "UIViewController");
   rt::addMethod<int()>(tabs, "selectedIndex", [](const rt::Id& s) {
     return self<UITabBarController>(s).selectedIndex();
