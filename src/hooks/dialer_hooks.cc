@@ -3,10 +3,12 @@
 // ZVPhoneController first.
 #include <optional>
 
+#include "core/hook.h"
 #include "dialer/phone_controller.h"
 #include "hooks/module_trace.h"
 #include "hooks/modules.h"
-#include "hooks/rewrite_hook.h"
+#include "hostsdk/phone.h"
+#include "platform/ui/messages.h"
 
 namespace zv {
 namespace {
@@ -14,10 +16,10 @@ namespace {
 // The Phone app's tab on screen: its current view controller is the tab
 // bar, whose selected index counts favourites, recents, contacts, keypad.
 std::optional<int> currentTab(const rt::Id& app) {
-  if (!rt::respondsTo(app, "currentViewController")) return std::nullopt;
-  rt::Id tabs = rt::send<rt::Id>(app, "currentViewController");
-  if (!tabs || !rt::respondsTo(tabs, "selectedIndex")) return std::nullopt;
-  return rt::send<int>(tabs, "selectedIndex");
+  rt::Id tabs = rt::trySend(app, sdk::PhoneApplication::currentViewController);
+  if (!rt::respondsTo(tabs, ui::msg::UITabBarController::selectedIndex))
+    return std::nullopt;
+  return rt::send(tabs, ui::msg::UITabBarController::selectedIndex);
 }
 
 }  // namespace
@@ -29,18 +31,13 @@ void zvphone_init() {
     auto controller = ZVPhoneController::sharedInstance();
     if (!controller) return;
     controller->setTabQuery(currentTab);
-    hook::Rewrite<bool(std::string)>::install(
-        GuardKind::Alert, "PhoneApplication",
-        "openURL:", [controller](const rt::Id& app, std::string& url) {
-          url = controller->openURL(url, app);
-        });
-    hook::Rewrite<void(std::string, std::string, int, bool, bool)>::install(
-        GuardKind::Alert, "PhoneApplication",
-        "dialPhoneNumber:forUID:service:dialAssist:wasAlreadyAssisted:",
-        [controller](const rt::Id& app, std::string& number, std::string&, int&,
-                     bool&, bool&) {
-          number = controller->dialPhoneNumber(number, app);
-        });
+    const auto k = GuardKind::Alert;
+    using Id = const rt::Id&;
+    using App = sdk::PhoneApplication;
+    // clang-format off
+    hook::rewriteArgs(k, App::openURL, [controller](Id app, std::string& url) { url = controller->openURL(url, app); });
+    hook::rewriteArgs(k, App::dialPhoneNumber, [controller](Id app, std::string& number, std::string&, int&, bool&, bool&) { number = controller->dialPhoneNumber(number, app); });
+    // clang-format on
   });
 }
 

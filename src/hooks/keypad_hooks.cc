@@ -7,16 +7,21 @@
 #include "dialer/keypad_controller.h"
 #include "hooks/module_trace.h"
 #include "hooks/modules.h"
-#include "hooks/rewrite_hook.h"
+#include "hostsdk/phone.h"
+#include "platform/ui/messages.h"
 
 namespace zv {
 namespace {
 
-constexpr const char* kDialer = "DialerController";
-constexpr const char* kAppend = "phonePad:appendString:";
-constexpr const char* kReplace = "phonePad:replaceLastDigitWithString:";
-constexpr const char* kDelete = "phonePadDeleteLastDigit:";
-constexpr const char* kCall = "_callButtonPressed:";
+using Dialer = sdk::DialerController;
+using DialerView = sdk::PHHandsetDialerView;
+using Lcd = sdk::PHHandsetDialerLCDView;
+
+template <typename Sig>
+std::shared_ptr<const rt::Imp<Sig>> hostImp(rt::Class* cls,
+                                            const rt::Message<Sig>& m) {
+  return rt::lookup<Sig>(cls, m.sel);
+}
 
 using KeyImp = rt::Imp<void(rt::Id, std::string)>;
 using PadImp = rt::Imp<void(rt::Id)>;
@@ -24,48 +29,44 @@ using PadImp = rt::Imp<void(rt::Id)>;
 class RuntimeKeypadHost : public KeypadHost {
  public:
   explicit RuntimeKeypadHost(rt::Class* dialer)
-      : append_(rt::lookup<void(rt::Id, std::string)>(dialer, kAppend)),
-        replace_(rt::lookup<void(rt::Id, std::string)>(dialer, kReplace)),
-        delete_(rt::lookup<void(rt::Id)>(dialer, kDelete)),
-        call_(rt::lookup<void(rt::Id)>(dialer, kCall)) {}
+      : append_(hostImp(dialer, Dialer::phonePadAppendString)),
+        replace_(hostImp(dialer, Dialer::phonePadReplaceLastDigitWithString)),
+        delete_(hostImp(dialer, Dialer::phonePadDeleteLastDigit)),
+        call_(hostImp(dialer, Dialer::callButtonPressed)) {}
 
   bool hasAddContactButton(const rt::Id& dialer) override {
-    return rt::respondsTo(dialerView(dialer), "addContactButton");
+    return rt::respondsTo(dialerView(dialer), DialerView::addContactButton);
   }
   bool canSetDisplay(const rt::Id& dialer) override {
-    return rt::respondsTo(lcd(dialer), "setText:needsFormat:");
+    return rt::respondsTo(lcd(dialer), Lcd::setTextNeedsFormat);
   }
   bool canReadDisplay(const rt::Id& dialer) override {
-    return rt::respondsTo(lcd(dialer), "text");
+    return rt::respondsTo(lcd(dialer), Lcd::text);
   }
   std::string displayText(const rt::Id& dialer) override {
-    return rt::send<std::string>(lcd(dialer), "text");
+    return rt::send(lcd(dialer), Lcd::text);
   }
   void setDisplayText(const rt::Id& dialer, const std::string& text,
                       bool needsFormat) override {
-    rt::send<void>(lcd(dialer), "setText:needsFormat:", text, needsFormat);
+    rt::send(lcd(dialer), Lcd::setTextNeedsFormat, text, needsFormat);
   }
   rt::Id addContactButton(const rt::Id& dialer) override {
-    rt::Id view = dialerView(dialer);
-    if (!rt::respondsTo(view, "addContactButton")) return nullptr;
-    return rt::send<rt::Id>(view, "addContactButton");
+    return rt::trySend(dialerView(dialer), DialerView::addContactButton);
   }
   std::shared_ptr<ui::UILabel> addToContactsLabel(
       const rt::Id& button) override {
-    if (!rt::respondsTo(button, "addToContactsLabel")) return nullptr;
     return std::dynamic_pointer_cast<ui::UILabel>(
-        rt::send<rt::Id>(button, "addToContactsLabel"));
+        rt::trySend(button, sdk::PHAddContactButton::addToContactsLabel));
   }
   bool canAddToContacts(const rt::Id& dialer) override {
-    return rt::respondsTo(dialer, "_addButtonClicked:");
+    return rt::respondsTo(dialer, Dialer::addButtonClicked);
   }
   void addButtonClicked(const rt::Id& dialer, const rt::Id& button) override {
-    rt::send<void>(dialer, "_addButtonClicked:", button);
+    rt::send(dialer, Dialer::addButtonClicked, button);
   }
   std::shared_ptr<ui::UIView> view(const rt::Id& dialer) override {
-    if (!rt::respondsTo(dialer, "view")) return nullptr;
     return std::dynamic_pointer_cast<ui::UIView>(
-        rt::send<rt::Id>(dialer, "view"));
+        rt::trySend(dialer, ui::msg::UIViewController::view));
   }
   void appendString(const rt::Id& dialer, const rt::Id& pad,
                     const std::string& text) override {
@@ -84,13 +85,10 @@ class RuntimeKeypadHost : public KeypadHost {
 
  private:
   static rt::Id dialerView(const rt::Id& dialer) {
-    if (!rt::respondsTo(dialer, "dialerView")) return nullptr;
-    return rt::send<rt::Id>(dialer, "dialerView");
+    return rt::trySend(dialer, Dialer::dialerView);
   }
   static rt::Id lcd(const rt::Id& dialer) {
-    rt::Id view = dialerView(dialer);
-    if (!rt::respondsTo(view, "lcdView")) return nullptr;
-    return rt::send<rt::Id>(view, "lcdView");
+    return rt::trySend(dialerView(dialer), DialerView::lcdView);
   }
   std::shared_ptr<const KeyImp> append_, replace_;
   std::shared_ptr<const PadImp> delete_, call_;
@@ -104,41 +102,22 @@ void zvkeypad_init() {
     if (!settings || !settings->EnableDialer()) return;
     auto c = ZVKeypadController::sharedInstance();
     if (!c) return;
-    rt::Class* dialer = rt::getClass(kDialer);
     // The host's own key handlers, kept before they are replaced.
-    if (dialer) c->setHost(std::make_shared<RuntimeKeypadHost>(dialer));
-    const auto kind = GuardKind::Alert;
-    using Appear = hook::Hook<void(bool)>;
-    using Key = hook::Hook<void(rt::Id, std::string)>;
-    using Pad = hook::Hook<void(rt::Id)>;
-    Appear::systemFirst(kind, kDialer,
-                        "viewWillAppear:", [c](const rt::Id& self, bool) {
-                          c->viewWillAppear(self);
-                        });
-    Appear::systemFirst(kind, kDialer, "viewWillDisappear:",
-                        [c](const rt::Id&, bool) { c->viewWillDisappear(); });
-    Key::systemDecides(kind, kDialer, kAppend,
-                       [c](const rt::Id&, rt::Id pad, std::string text) {
-                         return c->phonePadAppendString(pad, text);
-                       });
-    Key::systemDecides(kind, kDialer, kReplace,
-                       [c](const rt::Id&, rt::Id pad, std::string text) {
-                         return c->phonePadReplaceLastDigitWithString(pad,
-                                                                      text);
-                       });
-    Pad::systemDecides(kind, kDialer, kDelete, [c](const rt::Id&, rt::Id pad) {
-      return c->phonePadDeleteLastDigit(pad);
-    });
-    Pad::systemDecides(kind, kDialer, kCall, [c](const rt::Id&, rt::Id pad) {
-      return c->phonePadCallButtonPressed(pad);
-    });
-    hook::Rewrite<void(std::string, std::string, bool)>::install(
-        kind, "PHHandsetDialerNameLabelView", "showName:label:animated:",
-        [c](const rt::Id&, std::string&, std::string& label, bool&) {
-          label = c->areaNameLabel(label);
-        });
-    Pad::hostFirst(kind, "PhoneApplication", "applicationDidEnterBackground:",
-                   [c](const rt::Id&, rt::Id) { c->suspend(); });
+    if (rt::Class* dialer = rt::getClass(Dialer::kName))
+      c->setHost(std::make_shared<RuntimeKeypadHost>(dialer));
+    const auto k = GuardKind::Alert;
+    using namespace hook;
+    using Id = const rt::Id&;
+    // clang-format off
+    systemFirst(k, Dialer::viewWillAppear, [c](Id self, bool) { c->viewWillAppear(self); });
+    systemFirst(k, Dialer::viewWillDisappear, [c](Id, bool) { c->viewWillDisappear(); });
+    systemDecides(k, Dialer::phonePadAppendString, [c](Id, rt::Id pad, std::string text) { return c->phonePadAppendString(pad, text); });
+    systemDecides(k, Dialer::phonePadReplaceLastDigitWithString, [c](Id, rt::Id pad, std::string text) { return c->phonePadReplaceLastDigitWithString(pad, text); });
+    systemDecides(k, Dialer::phonePadDeleteLastDigit, [c](Id, rt::Id pad) { return c->phonePadDeleteLastDigit(pad); });
+    systemDecides(k, Dialer::callButtonPressed, [c](Id, rt::Id pad) { return c->phonePadCallButtonPressed(pad); });
+    rewriteArgs(k, sdk::PHHandsetDialerNameLabelView::showNameLabelAnimated, [c](Id, std::string&, std::string& label, bool&) { label = c->areaNameLabel(label); });
+    hostFirst(k, sdk::PhoneApplication::applicationDidEnterBackground, [c](Id, rt::Id) { c->suspend(); });
+    // clang-format on
   });
 }
 

@@ -10,7 +10,8 @@ namespace zv {
 void zvloaderprobe_init() {
   runStartup("zvloaderprobe_init", [] {
     hook::Hook<std::string()>::systemDecides(
-        GuardKind::Log, kLoaderProbeClass, kLoaderProbeSelector,
+        GuardKind::Log,
+        rt::Message<std::string()>{kLoaderProbeClass, kLoaderProbeSelector},
         [](const rt::Id&, std::string& result) {
           result = kLoaderProbeAnswer;
           return true;

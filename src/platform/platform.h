@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "platform/process.h"
+#include "platform/telephony/telephony.h"
 #include "platform/value.h"
 
 namespace zv::platform {
@@ -120,6 +121,18 @@ class Platform {
   virtual void playSystemSound(uint32_t soundId) = 0;
   // AudioServicesPlaySystemSoundWithVibration with its pattern dictionary.
   virtual void playVibration(uint32_t soundId, const Dict& pattern) = 0;
+  // AudioServicesCreateSystemSoundID with the file URL of a device path:
+  // the new sound id, or nullopt (the platform's non-zero result) when the
+  // file is not there. AudioServicesDisposeSystemSoundID releases an id.
+  virtual std::optional<uint32_t> createSystemSound(
+      std::string_view devicePath) = 0;
+  virtual void disposeSystemSound(uint32_t soundId) = 0;
+  // A notification banner as the springboard presents a bulletin (see
+  // ui/bulletin.h, which reads the bulletin's texts through the runtime).
+  virtual void showBanner(std::string_view sectionID,
+                          std::string_view title) = 0;
+  // The carrier name the status bar now shows.
+  virtual void showCarrierName(std::string_view name) = 0;
   virtual std::string pasteboard() const = 0;
   virtual void setPasteboard(std::string_view text) = 0;
   // [UIApplication openURL:]; true when something handled it.
@@ -128,6 +141,10 @@ class Platform {
   virtual void showAlert(std::shared_ptr<Alert> alert) = 0;
   // The C library's system(); returns its status.
   virtual int system(const std::string& command) = 0;
+
+  // --- Telephony ---------------------------------------------------------
+  // The device's telephony service (calls, hang-up, cellular data).
+  virtual Telephony& telephony() = 0;
 };
 
 // Reads / writes a property-list dictionary at a device path (mapped with

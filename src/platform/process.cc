@@ -5,6 +5,7 @@
 #include "platform/linux/linux_platform.h"
 #include "platform/phone_number_class.h"
 #include "platform/platform.h"
+#include "platform/telephony/call_objects.h"
 
 namespace zv::platform {
 namespace {
@@ -61,6 +62,7 @@ Process& Process::current() {
     process = new Process(&LinuxPlatform::instance());
     // The platform's own classes that every real process has.
     registerPhoneNumberClass(process->runtime());
+    registerTelephonyClasses(process->runtime());
     if (!g_default) g_default = process;
   });
   return g_default ? *g_default : *process;

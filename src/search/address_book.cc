@@ -1,11 +1,11 @@
 #include "search/address_book.h"
 
 #include "core/settings_catalogue.h"
+#include "platform/db/phone_labels.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/process.h"
 #include "search/long_date.h"
-#include "search/phone_labels.h"
-#include "search/platform_schema.h"
-#include "search/sqlite_db.h"
 
 namespace zv {
 namespace {

@@ -3,9 +3,9 @@
 #include <cstdio>
 
 #include "core/settings_catalogue.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "search/address_book.h"
-#include "search/platform_schema.h"
-#include "search/sqlite_db.h"
 
 namespace zv {
 namespace {

@@ -4,11 +4,11 @@
 #include <vector>
 
 #include "core/device.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/platform.h"
 #include "platform/process.h"
-#include "search/platform_schema.h"
 #include "search/ring_duration_file.h"
-#include "search/sqlite_db.h"
 
 namespace zv {
 namespace {

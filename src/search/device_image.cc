@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/device_image_pictures.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace {

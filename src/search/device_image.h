@@ -1,8 +1,8 @@
 // Builds a complete device root for tests, benchmarks and demonstrations:
 // the platform's address-book, picture and call-history databases (in the
-// platform's own layouts, see platform_schema.h) filled with generated
-// contacts and calls (device_image_people.h), the installed data under
-// /Library/Zorvel/ (reading table, area database, placeholder avatar) and
+// platform's own layouts, see platform/db/platform_schema.h) filled with
+// generated contacts and calls (device_image_people.h), the installed data
+// under /Library/Zorvel/ (reading table, area database, placeholder avatar) and
 // the settings file.
 //
 // Deterministic: the same options give the same rows and, SQLite writing the

@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "platform/db/platform_schema.h"
 #include "search/device_image.h"
 #include "search/device_image_pictures.h"
 #include "search/device_image_random.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace {
@@ -212,7 +212,7 @@ void writeCallHistoryStore(const std::string& file, const DevicePeople& people,
   Writer w(file, ps::Database::kCallHistoryStore);
   DeviceRandom random(seed ^ 0xCA11CA11CA11CA11ull);
   // Core Data bookkeeping: the entity and its highest primary key.
-  constexpr int kCallRecordEntity = 1;
+  constexpr int kCallRecordEntity = ps::kCallRecordEntity;
   sqlite3_stmt* key = w.prepare(
       "INSERT INTO Z_PRIMARYKEY (Z_ENT, Z_NAME, Z_SUPER, Z_MAX) "
       "VALUES (?, 'CallRecord', 0, ?)");

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/db/platform_schema.h"
 #include "search/device_image_numbers.h"
 #include "search/device_image_random.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace {

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <memory>
 
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv {
 

@@ -46,14 +46,9 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   using PersonRef = std::shared_ptr<ZVPerson>;
   using PersonList = std::vector<PersonRef>;
 
-  // Device paths.
-  static constexpr char kAddressBookPath[] =
-      "/var/mobile/Library/AddressBook/AddressBook.sqlitedb";
+  // Device paths of the system's own files (the platform's databases are in
+  // platform/db/platform_schema.h).
   static constexpr char kCachePath[] = "/Library/Zorvel/persons";
-  static constexpr char kCallHistoryStorePath[] =
-      "/var/mobile/Library/CallHistoryDB/CallHistory.storedata";
-  static constexpr char kCallHistoryDbPath[] =
-      "/var/wireless/Library/CallHistory/call_history.db";
   static constexpr char kPriorityPath[] =
       "/var/mobile/Library/Preferences/zorvel.priority.plist";
   static constexpr char kDefaultPriorityPath[] =

@@ -3,9 +3,10 @@
 #include <string>
 
 #include "core/number_utils.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/plist.h"
 #include "search/searcher.h"
-#include "search/sqlite_db.h"
 
 namespace zv {
 
@@ -22,8 +23,8 @@ constexpr char kDbQuery[] =
 void ZVSearcher::loadCallHistory() {
   callHistory_.clear();
   const bool store = isNewPlatform();
-  sql::Database db(
-      platform_.path(store ? kCallHistoryStorePath : kCallHistoryDbPath));
+  sql::Database db(platform_.path(store ? platform_schema::kCallHistoryStorePath
+                                        : platform_schema::kCallHistoryDbPath));
   sql::Statement stmt(db, store ? kStoreQuery : kDbQuery);
   while (stmt.step()) {
     std::string address = stmt.text(0).value_or("");

@@ -2,10 +2,11 @@
 // encoding the contacts from the database.
 #include <string>
 
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "search/person_arena.h"
 #include "search/searcher.h"
 #include "search/searcher_encode.h"
-#include "search/sqlite_db.h"
 
 namespace zv {
 
@@ -44,7 +45,7 @@ void ZVSearcher::loadAddressBook() {
 void ZVSearcher::loadAddressBookDb() {
   persons_.clear();
   {
-    sql::Database db(platform_.path(kAddressBookPath));
+    sql::Database db(platform_.path(platform_schema::kAddressBookPath));
     if (db.ok()) {
       loadT9();
       const bool lastFirst = lastNameFirst();

@@ -1,8 +1,9 @@
 // The three hook shapes and the exception guard, on a host class of a
 // simulated process.
+#include "core/guard.h"
+
 #include <gtest/gtest.h>
 
-#include "core/guard.h"
 #include "core/hook.h"
 #include "core/zv_exception.h"
 #include "sim_fixture.h"
@@ -11,6 +12,11 @@ namespace zv {
 namespace {
 
 using hook::Hook;
+
+constexpr rt::Message<int(int)> kTwice{"DialerController", "twice:"};
+constexpr rt::Message<void(int)> kPress{"DialerController", "press:"};
+constexpr rt::Message<int(int)> kSubTwice{"PHDialerController", "twice:"};
+constexpr rt::Message<int(int)> kMissingTwice{"NoSuchClass", "twice:"};
 
 class GuardTest : public testing::SimTest {
  protected:
@@ -22,9 +28,8 @@ class GuardTest : public testing::SimTest {
         ++hostCalls_;
         return 2 * x;
       });
-      rt::addMethod<void(int)>(cls_, "press:", [this](const rt::Id&, int) {
-        ++hostCalls_;
-      });
+      rt::addMethod<void(int)>(
+          cls_, "press:", [this](const rt::Id&, int) { ++hostCalls_; });
       object_ = rt::create(cls_);
     });
   }
@@ -43,8 +48,7 @@ TEST_F(GuardTest, HostFirstReturnsHostResultAndSurvivesAFailure) {
   phone_.run([&] {
     int seenByWork = 0;
     ASSERT_TRUE(Hook<int(int)>::hostFirst(
-        GuardKind::Alert, "DialerController", "twice:",
-        [&](const rt::Id&, int& result, int) {
+        GuardKind::Alert, kTwice, [&](const rt::Id&, int& result, int) {
           ++workCalls_;
           seenByWork = result;
           result = 99;  // the caller still gets the host's result
@@ -69,8 +73,8 @@ TEST_F(GuardTest, HostFirstReturnsHostResultAndSurvivesAFailure) {
 
 TEST_F(GuardTest, OtherThrownObjectsGiveTheShortMessage) {
   phone_.run([&] {
-    Hook<void(int)>::systemFirst(GuardKind::Alert, "DialerController",
-                                 "press:", [&](const rt::Id&, int) {
+    Hook<void(int)>::systemFirst(GuardKind::Alert, kPress,
+                                 [&](const rt::Id&, int) {
                                    ++workCalls_;
                                    throw 42;
                                  });
@@ -87,8 +91,7 @@ TEST_F(GuardTest, SystemDecidesConsumesOrPassesOn) {
   bool consume = true;
   bool fail = false;
   phone_.run([&] {
-    Hook<int(int)>::systemDecides(GuardKind::Log, "DialerController",
-                                  "twice:",
+    Hook<int(int)>::systemDecides(GuardKind::Log, kTwice,
                                   [&](const rt::Id&, int& result, int x) {
                                     ++workCalls_;
                                     if (fail) throw rt::Exception("E", "r");
@@ -118,15 +121,16 @@ TEST_F(GuardTest, SystemDecidesConsumesOrPassesOn) {
 
 TEST_F(GuardTest, HooksOnInheritedMethodsKeepTheInheritedHost) {
   phone_.run([&] {
-    rt::Class* sub = rt::registerClass("PHDialerController", "DialerController");
+    rt::Class* sub =
+        rt::registerClass("PHDialerController", "DialerController");
     auto object = rt::create(sub);
-    Hook<int(int)>::hostFirst(GuardKind::Alert, "PHDialerController", "twice:",
+    Hook<int(int)>::hostFirst(GuardKind::Alert, kSubTwice,
                               [&](const rt::Id&, int&, int) { ++workCalls_; });
     EXPECT_EQ(rt::send<int>(object, "twice:", 4), 8);
     // The superclass itself is untouched.
     EXPECT_EQ(rt::send<int>(object_, "twice:", 4), 8);
-    EXPECT_FALSE(Hook<int(int)>::hostFirst(GuardKind::Alert, "NoSuchClass",
-                                           "twice:", nullptr));
+    EXPECT_FALSE(
+        Hook<int(int)>::hostFirst(GuardKind::Alert, kMissingTwice, nullptr));
   });
   EXPECT_EQ(workCalls_, 1);
   EXPECT_EQ(hostCalls_, 2);

@@ -11,7 +11,7 @@
 #include "area/area_compiler.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
-#include "hosts/phone_host.h"
+#include "hosts/phone/app.h"
 #include "platform/plist.h"
 #include "platform/ui/sheets.h"
 #include "search/device_image.h"
@@ -84,9 +84,8 @@ class PhoneE2ETest : public testing::SimTest {
     writePlist("/var/mobile/Library/Preferences/zorvel.keypad.plist",
                keypadFlags_);
     app_ = proc_.run([&] {
-      hosts::registerPhoneClasses(options);
-      ZorvelInitializer();
-      return PhoneApplication::launch();
+      return std::static_pointer_cast<PhoneApplication>(
+          hosts::launch(hosts::phoneHost(options), ZorvelInitializer));
     });
     world_.advance(0);
     controller_ = proc_.run(

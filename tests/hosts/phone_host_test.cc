@@ -1,10 +1,9 @@
 // The simulated Phone app on its own, with no extension loaded: it must
 // behave like the platform's keypad, and its variants must lack exactly the
 // capabilities they say.
-#include "hosts/phone_host.h"
-
 #include <gtest/gtest.h>
 
+#include "hosts/phone/app.h"
 #include "sim_fixture.h"
 
 namespace zv::hosts {
@@ -14,8 +13,8 @@ class PhoneHostTest : public testing::SimTest {
  protected:
   std::shared_ptr<PhoneApplication> start(PhoneHostOptions options = {}) {
     return proc_.run([&] {
-      registerPhoneClasses(options);
-      return PhoneApplication::launch();
+      return std::static_pointer_cast<PhoneApplication>(
+          launch(phoneHost(options)));
     });
   }
   platform::SimProcess& proc_ = world_.launch("com.apple.mobilephone");

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "device_db.h"
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 #include "sim_fixture.h"
 
 namespace zv {

@@ -8,8 +8,8 @@
 #include <filesystem>
 
 #include "device_db.h"
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 #include "search/ring_duration_file.h"
 #include "sim_fixture.h"
 

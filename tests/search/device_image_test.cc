@@ -16,8 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
-#include "search/platform_schema.h"
 #include "search/searcher.h"
 #include "sim_fixture.h"
 

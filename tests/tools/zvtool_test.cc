@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "device_db.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 #include "sim_fixture.h"
 
 namespace zv {

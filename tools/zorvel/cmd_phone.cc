@@ -11,8 +11,9 @@
 
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
-#include "hosts/phone_host.h"
+#include "hosts/phone/app.h"
 #include "platform/linux/linux_platform.h"
+#include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
 #include "platform/ui/sheets.h"
 #include "tools/zorvel/command.h"
@@ -30,29 +31,13 @@ struct PhoneOptions {
 };
 
 platform::DeviceFacts deviceFor(const PhoneOptions& o) {
-  struct Screen {
-    platform::Size points, pixels;
-    const char* model;
-  };
-  static const std::map<std::string, Screen> screens = {
-      {"3.5", {{320, 480}, {640, 960}, "iPhone4,1"}},
-      {"4", {{320, 568}, {640, 1136}, "iPhone6,1"}},
-      {"4.7", {{375, 667}, {750, 1334}, "iPhone7,2"}},
-      {"5.5", {{414, 736}, {1242, 2208}, "iPhone7,1"}},
-  };
-  auto it = screens.find(o.screen);
-  if (it == screens.end())
-    throw CommandError("unknown screen " + o.screen +
-                       " (use 3.5, 4, 4.7 or 5.5)");
   if (o.os != "7.1" && o.os != "8.1")
     throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)");
-  platform::DeviceFacts facts;
-  facts.screenPoints = it->second.points;
-  facts.screenPixels = it->second.pixels;
-  facts.screenScale = o.screen == "5.5" ? 3 : 2;
-  facts.hardwareModel = it->second.model;
-  facts.systemVersion = o.os;
-  return facts;
+  auto facts = platform::simulatedDevice(o.os, o.screen);
+  if (!facts)
+    throw CommandError("unknown screen " + o.screen +
+                       " (use 3.5, 4, 4.7 or 5.5)");
+  return *facts;
 }
 
 // The argument after "name:" of an action, or "" when there is none.
@@ -160,9 +145,8 @@ void run(const PhoneOptions& options) {
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = world.launch("com.apple.mobilephone", deviceFor(options));
   auto app = proc.run([] {
-    hosts::registerPhoneClasses();
-    ZorvelInitializer();
-    return hosts::PhoneApplication::launch();
+    return std::static_pointer_cast<hosts::PhoneApplication>(
+        hosts::launch(hosts::phoneHost(), ZorvelInitializer));
   });
   world.advance(0);
   PhoneScreen screen(proc, *app);

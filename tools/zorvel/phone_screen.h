@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "hosts/phone_host.h"
+#include "hosts/phone/app.h"
 #include "platform/sim/sim_platform.h"
 
 namespace zv::cli {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv::zvtool {
 

@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "search/sqlite_db.h"
+#include "platform/db/sqlite_db.h"
 
 namespace zv::zvtool {
 

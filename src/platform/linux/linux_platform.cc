@@ -5,9 +5,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <thread>
 #include <vector>
 
+#include "platform/linux/no_modem_telephony.h"
 #include "platform/linux/notify_bus.h"
 #include "platform/plist.h"
 
@@ -36,6 +38,8 @@ struct LinuxPlatform::Impl {
   ObserverToken next_token = 1;
   std::string pasteboard;
   std::unique_ptr<NotifyBus> bus;
+  NoModemTelephony telephony;
+  uint32_t next_sound_id = 4096;
 
   // Queues a block on the main loop's context. Always through a source, so
   // the block runs later on the thread that runs the loop: invoking directly
@@ -262,6 +266,31 @@ void LinuxPlatform::playSystemSound(uint32_t soundId) {
 void LinuxPlatform::playVibration(uint32_t soundId, const Dict& pattern) {
   std::fprintf(stderr, "[vibrate %u]\n", soundId);
 }
+
+std::optional<uint32_t> LinuxPlatform::createSystemSound(
+    std::string_view devicePath) {
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path(devicePath), ec))
+    return std::nullopt;
+  std::lock_guard<std::mutex> lock(impl_->mutex);
+  return impl_->next_sound_id++;
+}
+
+void LinuxPlatform::disposeSystemSound(uint32_t soundId) {}
+
+void LinuxPlatform::showBanner(std::string_view sectionID,
+                               std::string_view title) {
+  std::fprintf(stderr, "[bulletin %.*s] %.*s\n",
+               static_cast<int>(sectionID.size()), sectionID.data(),
+               static_cast<int>(title.size()), title.data());
+}
+
+void LinuxPlatform::showCarrierName(std::string_view name) {
+  std::fprintf(stderr, "[carrier] %.*s\n", static_cast<int>(name.size()),
+               name.data());
+}
+
+Telephony& LinuxPlatform::telephony() { return impl_->telephony; }
 
 std::string LinuxPlatform::pasteboard() const { return impl_->pasteboard; }
 

@@ -55,11 +55,17 @@ class LinuxPlatform : public Platform {
   void log(std::string_view line) override;
   void playSystemSound(uint32_t soundId) override;
   void playVibration(uint32_t soundId, const Dict& pattern) override;
+  std::optional<uint32_t> createSystemSound(
+      std::string_view devicePath) override;
+  void disposeSystemSound(uint32_t soundId) override;
+  void showBanner(std::string_view sectionID, std::string_view title) override;
+  void showCarrierName(std::string_view name) override;
   std::string pasteboard() const override;
   void setPasteboard(std::string_view text) override;
   bool openURL(std::string_view url) override;
   void showAlert(std::shared_ptr<Alert> alert) override;
   int system(const std::string& command) override;
+  Telephony& telephony() override;
 
   LinuxPlatform();
   ~LinuxPlatform() override;

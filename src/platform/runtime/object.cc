@@ -48,6 +48,30 @@ std::vector<std::string> Class::selectors() const {
   return out;
 }
 
+Class::Factory Class::factory() const {
+  for (const Class* c = this; c; c = c->super_)
+    if (c->factory_) return c->factory_;
+  return [](Class* c) -> Id { return create<Object>(c); };
+}
+
+Deallocator::Deallocator()
+    : runtime_alive_(platform::Process::current().runtime().aliveToken()),
+      process_(&platform::Process::current()) {}
+
+void Deallocator::operator()(Object* object) const {
+  if (!runtime_alive_.expired()) {
+    try {
+      platform::Process::Scope scope(*process_);
+      if (auto imp = lookup<void()>(object->isa(), "dealloc"))
+        (*imp)(Id(Id(), object));
+    } catch (...) {
+      // The platform's dealloc cannot fail; a throwing replacement has
+      // already been reported by its guard.
+    }
+  }
+  delete object;
+}
+
 const std::string& Object::className() const { return isa_->name(); }
 
 void Object::setIvar(std::string_view name, std::any value) {
@@ -76,9 +100,8 @@ Class* Runtime::registerClass(std::string_view name,
   Class* super = superclass.empty() ? nullptr : getClass(superclass);
   auto cls = std::make_unique<Class>(std::string(name), super, false);
   // The metaclass chain mirrors the class chain so class methods inherit.
-  auto meta = std::make_unique<Class>(std::string(name),
-                                      super ? super->metaClass() : nullptr,
-                                      true);
+  auto meta = std::make_unique<Class>(
+      std::string(name), super ? super->metaClass() : nullptr, true);
   cls->meta_class_ = meta.get();
   Class* out = cls.get();
   classes_.emplace(std::string(name), std::move(cls));

@@ -27,6 +27,10 @@
 
 #include "platform/runtime/exception.h"
 
+namespace zv::platform {
+class Process;
+}
+
 namespace zv::rt {
 
 class Object;
@@ -69,12 +73,19 @@ class Class {
   // Selectors defined on this class itself, sorted.
   std::vector<std::string> selectors() const;
 
+  // What alloc() makes for this class: the C++ type given at registration,
+  // else the superclass's, else a plain Object.
+  using Factory = Id (*)(Class*);
+  Factory factory() const;
+  void setFactory(Factory factory) { factory_ = factory; }
+
  private:
   friend class Runtime;
   std::string name_;
   Class* super_;
   bool meta_;
   Class* meta_class_ = nullptr;
+  Factory factory_ = nullptr;
   std::unordered_map<std::string, Method> methods_;
 };
 
@@ -109,8 +120,11 @@ class Runtime {
   Class* getClass(std::string_view name) const;
   // The object that class methods are sent to.
   Id classObject(Class* cls);
+  // Alive as long as this runtime's class tables are.
+  std::weak_ptr<const void> aliveToken() const { return alive_; }
 
  private:
+  std::shared_ptr<const void> alive_ = std::make_shared<int>(0);
   std::unordered_map<std::string, std::unique_ptr<Class>> classes_;
   std::unordered_map<Class*, Id> class_objects_;
 };
@@ -128,18 +142,46 @@ inline Class* getClass(std::string_view name) {
 }
 inline Id classObject(Class* cls) { return runtime().classObject(cls); }
 
+// Ends an object's life the way the platform does: when the last reference
+// goes, "dealloc" is sent as a message (so a replacement of it runs), inside
+// the process the object was made in, then the C++ object is destroyed.
+// The receiver passed to dealloc does not own the object: an implementation
+// must not keep it. Nothing is sent once the object's process has cleared its
+// class tables.
+class Deallocator {
+ public:
+  Deallocator();
+  void operator()(Object* object) const;
+
+ private:
+  std::weak_ptr<const void> runtime_alive_;
+  platform::Process* process_;
+};
+
 // Creates an instance of a C++ type T (derived from Object) with class cls.
+// It is an initialised C++ object; for the platform's two-step creation
+// (alloc, then an initialiser message that may answer another object or nil)
+// see alloc() and make() in platform/runtime/message.h.
 template <typename T = Object, typename... Args>
 std::shared_ptr<T> create(Class* cls, Args&&... args) {
-  return std::make_shared<T>(cls, std::forward<Args>(args)...);
+  return std::shared_ptr<T>(new T(cls, std::forward<Args>(args)...),
+                            Deallocator());
+}
+
+// Registers a class whose instances alloc() makes as C++ type T.
+template <typename T>
+Class* registerClass(std::string_view name, std::string_view superclass = "") {
+  Class* cls = runtime().registerClass(name, superclass);
+  cls->setFactory([](Class* c) -> Id { return create<T>(c); });
+  return cls;
 }
 
 // Adds or overwrites a method on cls (class_addMethod / class_replaceMethod).
 template <typename Sig>
 void addMethod(Class* cls, std::string_view selector, Imp<Sig> imp) {
-  cls->setMethod(selector,
-                 Method{typeid(Sig), std::make_shared<const Imp<Sig>>(
-                                         std::move(imp))});
+  cls->setMethod(
+      selector,
+      Method{typeid(Sig), std::make_shared<const Imp<Sig>>(std::move(imp))});
 }
 
 // Thrown (as a platform exception) when a method is looked up or replaced

@@ -9,7 +9,9 @@
 namespace zv::platform {
 
 SimWorld::SimWorld(std::string root, double epoch)
-    : root_(std::move(root)), epoch_(epoch) {
+    : root_(std::move(root)),
+      epoch_(epoch),
+      telephony_(std::make_unique<SimTelephony>(*this)) {
   std::error_code ec;
   std::filesystem::create_directories(root_, ec);
 }
@@ -37,6 +39,7 @@ void SimWorld::terminate(SimProcess& process) {
   std::erase_if(queue_, [&](const Item& i) { return i.process == &process; });
   std::erase_if(observers_,
                 [&](const Observer& o) { return o.process == &process; });
+  telephony_->dropObservers(process);
   Process::Scope scope(*process.context_);
   process.context_->clear();
 }
@@ -82,15 +85,22 @@ std::vector<SimEvent> SimWorld::events(std::string_view kind) const {
 
 void SimWorld::record(const SimProcess& process, std::string kind,
                       std::string detail) {
-  events_.push_back(SimEvent{elapsed_, process.facts_.bundleIdentifier,
-                             std::move(kind), std::move(detail)});
+  recordAs(process.facts_.bundleIdentifier, std::move(kind), std::move(detail));
+}
+
+void SimWorld::recordAs(std::string process, std::string kind,
+                        std::string detail) {
+  events_.push_back(SimEvent{elapsed_, std::move(process), std::move(kind),
+                             std::move(detail)});
 }
 
 SimProcess::SimProcess(SimWorld& world, std::string bundleIdentifier,
                        DeviceFacts facts)
     : world_(world),
       facts_(std::move(facts)),
-      context_(std::make_unique<Process>(this)) {
+      context_(std::make_unique<Process>(this)),
+      telephony_(
+          std::make_unique<SimProcessTelephony>(world.telephony(), *this)) {
   facts_.bundleIdentifier = std::move(bundleIdentifier);
 }
 
@@ -109,8 +119,7 @@ void SimProcess::performAfterDelay(const void* target,
   world_.enqueue(this, delay, target, std::string(selector), std::move(call));
 }
 
-void SimProcess::cancelPrevious(const void* target,
-                                std::string_view selector) {
+void SimProcess::cancelPrevious(const void* target, std::string_view selector) {
   std::erase_if(world_.queue_, [&](const SimWorld::Item& i) {
     return i.process == this && i.target == target && target != nullptr &&
            i.selector == selector;
@@ -128,18 +137,16 @@ void SimProcess::dispatchBackground(std::function<void()> block) {
 }
 
 ObserverToken SimProcess::observe(std::string_view name,
-                                  std::function<void()> callback,
-                                  Scope scope) {
+                                  std::function<void()> callback, Scope scope) {
   ObserverToken token = world_.next_token_++;
-  world_.observers_.push_back(SimWorld::Observer{
-      token, this, std::string(name), scope, std::move(callback)});
+  world_.observers_.push_back(SimWorld::Observer{token, this, std::string(name),
+                                                 scope, std::move(callback)});
   return token;
 }
 
 void SimProcess::removeObserver(ObserverToken token) {
-  std::erase_if(world_.observers_, [&](const SimWorld::Observer& o) {
-    return o.token == token;
-  });
+  std::erase_if(world_.observers_,
+                [&](const SimWorld::Observer& o) { return o.token == token; });
 }
 
 void SimProcess::post(std::string_view name, Scope scope) {
@@ -193,6 +200,31 @@ void SimProcess::playVibration(uint32_t soundId, const Dict& dict) {
     }
   }
   world_.record(*this, "vibrate", out.str());
+}
+
+std::optional<uint32_t> SimProcess::createSystemSound(
+    std::string_view devicePath) {
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path(devicePath), ec))
+    return std::nullopt;
+  const uint32_t id = world_.next_sound_id_++;
+  world_.record(*this, "soundCreate",
+                std::to_string(id) + " " + std::string(devicePath));
+  return id;
+}
+
+void SimProcess::disposeSystemSound(uint32_t soundId) {
+  world_.record(*this, "soundDispose", std::to_string(soundId));
+}
+
+void SimProcess::showBanner(std::string_view sectionID,
+                            std::string_view title) {
+  world_.record(*this, "bulletin",
+                std::string(sectionID) + " | " + std::string(title));
+}
+
+void SimProcess::showCarrierName(std::string_view name) {
+  world_.record(*this, "carrier", std::string(name));
 }
 
 void SimProcess::setPasteboard(std::string_view text) {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/sim/sim_telephony.h"
 
 namespace zv::platform {
 
@@ -24,10 +25,13 @@ class SimProcess;
 
 // One recorded side effect.
 struct SimEvent {
-  double time = 0;           // virtual seconds since the world started
-  std::string process;       // bundle identifier of the process
-  std::string kind;          // "log", "sound", "vibrate", "openURL",
-                             // "pasteboard", "alert", "system", "post"
+  double time = 0;      // virtual seconds since the world started
+  std::string process;  // bundle identifier of the process
+  std::string kind;     // "log", "sound", "vibrate", "openURL",
+                        // "pasteboard", "alert", "system", "post",
+                        // "soundCreate", "soundDispose", "bulletin",
+                        // "carrier", and the telephony's (see
+                        // sim_telephony.h)
   std::string detail;
 };
 
@@ -64,19 +68,25 @@ class SimWorld {
   // Number of live observers of a notification name, in all processes.
   size_t observerCount(std::string_view name) const;
 
+  // The device's telephony, and the driver of its network and user.
+  SimTelephony& telephony() { return *telephony_; }
+
  private:
   friend class SimProcess;
+  friend class SimTelephony;
   struct Item {
     double at;
     uint64_t seq;
     SimProcess* process;
-    const void* target;    // for cancelPrevious; null for other work
+    const void* target;  // for cancelPrevious; null for other work
     std::string selector;
     std::function<void()> call;
   };
   void enqueue(SimProcess* process, double delay, const void* target,
                std::string selector, std::function<void()> call);
   void record(const SimProcess& process, std::string kind, std::string detail);
+  // A side effect of no process (the network's doing); `process` is "".
+  void recordAs(std::string process, std::string kind, std::string detail);
 
   struct Observer {
     ObserverToken token;
@@ -94,7 +104,9 @@ class SimWorld {
   std::vector<Item> queue_;
   std::vector<Observer> observers_;
   std::vector<SimEvent> events_;
-  std::string pasteboard_;  // the general pasteboard is device-wide
+  std::string pasteboard_;         // the general pasteboard is device-wide
+  uint32_t next_sound_id_ = 4096;  // system sounds made from files
+  std::unique_ptr<SimTelephony> telephony_;
   std::vector<std::unique_ptr<SimProcess>> processes_;
 };
 
@@ -152,17 +164,25 @@ class SimProcess : public Platform {
   void log(std::string_view line) override;
   void playSystemSound(uint32_t soundId) override;
   void playVibration(uint32_t soundId, const Dict& pattern) override;
+  std::optional<uint32_t> createSystemSound(
+      std::string_view devicePath) override;
+  void disposeSystemSound(uint32_t soundId) override;
+  void showBanner(std::string_view sectionID, std::string_view title) override;
+  void showCarrierName(std::string_view name) override;
   std::string pasteboard() const override { return world_.pasteboard_; }
   void setPasteboard(std::string_view text) override;
   bool openURL(std::string_view url) override;
   void showAlert(std::shared_ptr<Alert> alert) override;
   int system(const std::string& command) override;
+  Telephony& telephony() override { return *telephony_; }
 
  private:
   friend class SimWorld;
+  friend class SimTelephony;
   SimWorld& world_;
   DeviceFacts facts_;
   std::unique_ptr<Process> context_;
+  std::unique_ptr<SimProcessTelephony> telephony_;
   std::map<std::string, std::string> strings_;
   std::function<bool(std::string_view)> url_handler_;
   std::function<int(const std::string&)> system_handler_;

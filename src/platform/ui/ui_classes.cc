@@ -1,140 +1,160 @@
 // Registration of the UI classes and their runtime methods in one process.
+#include "platform/platform.h"
 #include "platform/process.h"
+#include "platform/ui/application.h"
 #include "platform/ui/button.h"
 #include "platform/ui/label.h"
+#include "platform/ui/messages.h"
+#include "platform/ui/navigation_item.h"
 #include "platform/ui/sheets.h"
 #include "platform/ui/table_view.h"
+#include "platform/ui/table_view_controller.h"
 #include "platform/ui/view_controller.h"
 
 namespace zv::ui {
 namespace {
 
+// alloc() of a UI class makes its C++ type.
+template <typename T>
+rt::Class* typed(rt::Class* cls) {
+  cls->setFactory([](rt::Class* c) -> rt::Id { return rt::create<T>(c); });
+  return cls;
+}
+
 void registerView(rt::Runtime& rt) {
-  rt::Class* c = rt.registerClass("UIView");
-  rt::addMethod<rt::Id(int)>(c, "viewWithTag:", [](const rt::Id& s, int tag) {
+  typed<UIView>(rt.registerClass("UIView"));
+  rt::define(msg::UIView::viewWithTag, [](const rt::Id& s, int tag) {
     return rt::Id(self<UIView>(s).viewWithTag(tag));
   });
-  rt::addMethod<void(rt::Id)>(c, "addSubview:", [](const rt::Id& s, rt::Id v) {
+  rt::define(msg::UIView::addSubview, [](const rt::Id& s, rt::Id v) {
     self<UIView>(s).addSubview(std::dynamic_pointer_cast<UIView>(v));
   });
-  rt::addMethod<void()>(c, "removeFromSuperview", [](const rt::Id& s) {
-    self<UIView>(s).removeFromSuperview();
-  });
-  rt::addMethod<rt::Id()>(c, "superview", [](const rt::Id& s) {
+  rt::define(msg::UIView::removeFromSuperview,
+             [](const rt::Id& s) { self<UIView>(s).removeFromSuperview(); });
+  rt::define(msg::UIView::superview, [](const rt::Id& s) {
     return rt::Id(self<UIView>(s).superview());
   });
-  rt::addMethod<bool()>(c, "isHidden", [](const rt::Id& s) {
-    return self<UIView>(s).isHidden();
-  });
-  rt::addMethod<void(bool)>(c, "setHidden:", [](const rt::Id& s, bool h) {
-    self<UIView>(s).setHidden(h);
-  });
-  rt::addMethod<double()>(
-      c, "alpha", [](const rt::Id& s) { return self<UIView>(s).alpha(); });
-  rt::addMethod<void(double)>(c, "setAlpha:", [](const rt::Id& s, double a) {
-    self<UIView>(s).setAlpha(a);
-  });
-  rt::addMethod<int()>(c, "tag",
-                       [](const rt::Id& s) { return self<UIView>(s).tag(); });
-  rt::addMethod<void(int)>(
-      c, "setTag:", [](const rt::Id& s, int t) { self<UIView>(s).setTag(t); });
-  rt::addMethod<Rect()>(
-      c, "frame", [](const rt::Id& s) { return self<UIView>(s).frame(); });
-  rt::addMethod<void(Rect)>(c, "setFrame:", [](const rt::Id& s, Rect r) {
-    self<UIView>(s).setFrame(r);
-  });
-  rt::addMethod<void()>(c, "sizeToFit",
-                        [](const rt::Id& s) { self<UIView>(s).sizeToFit(); });
+  rt::define(msg::UIView::isHidden,
+             [](const rt::Id& s) { return self<UIView>(s).isHidden(); });
+  rt::define(msg::UIView::setHidden,
+             [](const rt::Id& s, bool h) { self<UIView>(s).setHidden(h); });
+  rt::define(msg::UIView::alpha,
+             [](const rt::Id& s) { return self<UIView>(s).alpha(); });
+  rt::define(msg::UIView::setAlpha,
+             [](const rt::Id& s, double a) { self<UIView>(s).setAlpha(a); });
+  rt::define(msg::UIView::tag,
+             [](const rt::Id& s) { return self<UIView>(s).tag(); });
+  rt::define(msg::UIView::setTag,
+             [](const rt::Id& s, int t) { self<UIView>(s).setTag(t); });
+  rt::define(msg::UIView::frame,
+             [](const rt::Id& s) { return self<UIView>(s).frame(); });
+  rt::define(msg::UIView::setFrame,
+             [](const rt::Id& s, Rect r) { self<UIView>(s).setFrame(r); });
+  rt::define(msg::UIView::sizeToFit,
+             [](const rt::Id& s) { self<UIView>(s).sizeToFit(); });
 }
 
 void registerControls(rt::Runtime& rt) {
-  rt::Class* label = rt.registerClass("UILabel", "UIView");
-  rt::addMethod<std::string()>(
-      label, "text", [](const rt::Id& s) { return self<UILabel>(s).text(); });
-  rt::addMethod<void(std::string)>(
-      label, "setText:", [](const rt::Id& s, std::string t) {
-        self<UILabel>(s).setText(std::move(t));
-      });
-  rt::Class* image = rt.registerClass("UIImageView", "UIView");
-  rt::addMethod<void(ImagePtr)>(image,
-                                "setImage:", [](const rt::Id& s, ImagePtr i) {
-                                  self<UIImageView>(s).setImage(std::move(i));
-                                });
-  rt::Class* button = rt.registerClass("UIButton", "UIView");
-  rt::addMethod<void(ImagePtr, int)>(
-      button, "setImage:forState:", [](const rt::Id& s, ImagePtr i, int state) {
-        self<UIButton>(s).setImage(std::move(i), state);
-      });
-  rt::addMethod<void(int)>(
-      button, "sendActionsForControlEvents:", [](const rt::Id& s, int events) {
-        self<UIButton>(s).sendActionsForControlEvents(events);
-      });
-  rt::Class* scroll = rt.registerClass("UIScrollView", "UIView");
-  rt::addMethod<Point()>(scroll, "contentOffset", [](const rt::Id& s) {
+  typed<UILabel>(rt.registerClass("UILabel", "UIView"));
+  rt::define(msg::UILabel::text,
+             [](const rt::Id& s) { return self<UILabel>(s).text(); });
+  rt::define(msg::UILabel::setText, [](const rt::Id& s, std::string t) {
+    self<UILabel>(s).setText(std::move(t));
+  });
+  typed<UIImageView>(rt.registerClass("UIImageView", "UIView"));
+  rt::define(msg::UIImageView::setImage, [](const rt::Id& s, ImagePtr i) {
+    self<UIImageView>(s).setImage(std::move(i));
+  });
+  typed<UIButton>(rt.registerClass("UIButton", "UIView"));
+  rt::define(msg::UIButton::setImageForState,
+             [](const rt::Id& s, ImagePtr i, int state) {
+               self<UIButton>(s).setImage(std::move(i), state);
+             });
+  rt::define(msg::UIButton::sendActionsForControlEvents,
+             [](const rt::Id& s, int events) {
+               self<UIButton>(s).sendActionsForControlEvents(events);
+             });
+  typed<UIScrollView>(rt.registerClass("UIScrollView", "UIView"));
+  rt::define(msg::UIScrollView::contentOffset, [](const rt::Id& s) {
     return self<UIScrollView>(s).contentOffset();
   });
-  rt::addMethod<void(Point, bool)>(
-      scroll, "setContentOffset:animated:", [](const rt::Id& s, Point p, bool) {
-        self<UIScrollView>(s).setContentOffset(p);
-      });
-  rt::Class* table = rt.registerClass("UITableView", "UIScrollView");
-  rt::addMethod<void()>(table, "reloadData", [](const rt::Id& s) {
-    self<UITableView>(s).reloadData();
-  });
-  rt.registerClass("UITableViewCell", "UIView");
+  rt::define(msg::UIScrollView::setContentOffsetAnimated,
+             [](const rt::Id& s, Point p, bool) {
+               self<UIScrollView>(s).setContentOffset(p);
+             });
+  typed<UITableView>(rt.registerClass("UITableView", "UIScrollView"));
+  rt::define(msg::UITableView::reloadData,
+             [](const rt::Id& s) { self<UITableView>(s).reloadData(); });
+  typed<UITableViewCell>(rt.registerClass("UITableViewCell", "UIView"));
 }
 
 void registerSheets(rt::Runtime& rt) {
-  rt::Class* sheet = rt.registerClass("UIActionSheet", "UIView");
-  rt::addMethod<void(rt::Id)>(
-      sheet, "showInView:", [](const rt::Id& s, rt::Id v) {
-        self<UIActionSheet>(s).showInView(std::dynamic_pointer_cast<UIView>(v));
-      });
-  rt::addMethod<void(int, bool)>(
-      sheet, "dismissWithClickedButtonIndex:animated:",
-      [](const rt::Id& s, int index, bool) {
-        self<UIActionSheet>(s).dismissWithClickedButtonIndex(index);
-      });
-  rt::Class* alert = rt.registerClass("UIAlertView", "UIView");
-  rt::addMethod<void()>(alert, "show",
-                        [](const rt::Id& s) { self<UIAlertView>(s).show(); });
+  typed<UIActionSheet>(rt.registerClass("UIActionSheet", "UIView"));
+  rt::define(msg::UIActionSheet::showInView, [](const rt::Id& s, rt::Id v) {
+    self<UIActionSheet>(s).showInView(std::dynamic_pointer_cast<UIView>(v));
+  });
+  rt::define(msg::UIActionSheet::dismissWithClickedButtonIndexAnimated,
+             [](const rt::Id& s, int index, bool) {
+               self<UIActionSheet>(s).dismissWithClickedButtonIndex(index);
+             });
+  typed<UIAlertView>(rt.registerClass("UIAlertView", "UIView"));
+  rt::define(msg::UIAlertView::show,
+             [](const rt::Id& s) { self<UIAlertView>(s).show(); });
 }
 
 void registerControllers(rt::Runtime& rt) {
-  rt::Class* vc = rt.registerClass("UIViewController");
-  rt::addMethod<rt::Id()>(vc, "view", [](const rt::Id& s) {
+  typed<UIViewController>(rt.registerClass("UIViewController"));
+  rt::define(msg::UIViewController::view, [](const rt::Id& s) {
     return rt::Id(self<UIViewController>(s).view());
   });
-  rt::addMethod<void(bool)>(vc, "viewWillAppear:", [](const rt::Id&, bool) {});
-  rt::addMethod<void(bool)>(vc,
-                            "viewWillDisappear:", [](const rt::Id&, bool) {});
-  rt::Class* nav =
-      rt.registerClass("UINavigationController", "UIViewController");
-  rt::addMethod<void(rt::Id, bool)>(
-      nav, "pushViewController:animated:",
-      [](const rt::Id& s, rt::Id v, bool animated) {
-        self<UINavigationController>(s).pushViewController(
-            std::dynamic_pointer_cast<UIViewController>(v), animated);
-      });
-  rt::addMethod<rt::Id(bool)>(
-      nav, "popViewControllerAnimated:", [](const rt::Id& s, bool animated) {
+  rt::define(msg::UIViewController::viewWillAppear, [](const rt::Id&, bool) {});
+  rt::define(msg::UIViewController::viewWillDisappear,
+             [](const rt::Id&, bool) {});
+  typed<UINavigationController>(
+      rt.registerClass("UINavigationController", "UIViewController"));
+  rt::define(msg::UINavigationController::pushViewControllerAnimated,
+             [](const rt::Id& s, rt::Id v, bool animated) {
+               self<UINavigationController>(s).pushViewController(
+                   std::dynamic_pointer_cast<UIViewController>(v), animated);
+             });
+  rt::define(
+      msg::UINavigationController::popViewControllerAnimated,
+      [](const rt::Id& s, bool animated) {
         return rt::Id(self<UINavigationController>(s).popViewControllerAnimated(
             animated));
       });
-  rt::addMethod<rt::Id()>(nav, "topViewController", [](const rt::Id& s) {
-    return rt::Id(self<UINavigationController>(s).topViewController());
-  });
-  rt.registerClass("UITableViewController", "UIViewController");
-  rt.registerClass("UIBarButtonItem");
-  rt.registerClass("UINavigationItem");
-  rt::Class* tabs = rt.registerClass("UITabBarController", "UIViewController");
-  rt::addMethod<int()>(tabs, "selectedIndex", [](const rt::Id& s) {
+  rt::define(
+      msg::UINavigationController::topViewController, [](const rt::Id& s) {
+        return rt::Id(self<UINavigationController>(s).topViewController());
+      });
+  typed<UITableViewController>(
+      rt.registerClass("UITableViewController", "UIViewController"));
+  // A table controller shows its rows afresh as it appears.
+  rt::addMethod<void(bool)>(
+      rt.getClass("UITableViewController"),
+      "viewWillAppear:", [](const rt::Id& s, bool) {
+        self<UITableViewController>(s).tableView()->reloadData();
+      });
+  typed<UIBarButtonItem>(rt.registerClass("UIBarButtonItem"));
+  typed<UINavigationItem>(rt.registerClass("UINavigationItem"));
+  typed<UITabBarController>(
+      rt.registerClass("UITabBarController", "UIViewController"));
+  rt::define(msg::UITabBarController::selectedIndex, [](const rt::Id& s) {
     return self<UITabBarController>(s).selectedIndex();
   });
-  rt::addMethod<void(int)>(tabs,
-                           "setSelectedIndex:", [](const rt::Id& s, int i) {
-                             self<UITabBarController>(s).setSelectedIndex(i);
-                           });
+  rt::define(msg::UITabBarController::setSelectedIndex,
+             [](const rt::Id& s, int i) {
+               self<UITabBarController>(s).setSelectedIndex(i);
+             });
+}
+
+void registerApplication(rt::Runtime& rt) {
+  typed<UIApplication>(rt.registerClass("UIApplication"));
+  rt::define(msg::UIApplication::sharedApplication,
+             [](const rt::Id&) { return rt::Id(UIApplication::shared()); });
+  rt::define(msg::UIApplication::openURL, [](const rt::Id&, std::string url) {
+    return platform::current().openURL(url);
+  });
 }
 
 }  // namespace
@@ -145,6 +165,7 @@ void registerClasses(rt::Runtime& runtime) {
   registerControls(runtime);
   registerSheets(runtime);
   registerControllers(runtime);
+  registerApplication(runtime);
 }
 
 rt::Class* uiClass(const char* name) {

@@ -1,5 +1,7 @@
 #include "platform/ui/view_controller.h"
 
+#include "platform/ui/messages.h"
+
 namespace zv::ui {
 
 std::shared_ptr<UIView> UIViewController::view() {
@@ -49,14 +51,12 @@ void UIViewController::dismissViewControllerAnimated(bool animated) {
 
 void sendWillAppear(const std::shared_ptr<UIViewController>& vc,
                     bool animated) {
-  if (vc && rt::respondsTo(vc, "viewWillAppear:"))
-    rt::send<void>(vc, "viewWillAppear:", animated);
+  rt::trySend(vc, msg::UIViewController::viewWillAppear, animated);
 }
 
 void sendWillDisappear(const std::shared_ptr<UIViewController>& vc,
                        bool animated) {
-  if (vc && rt::respondsTo(vc, "viewWillDisappear:"))
-    rt::send<void>(vc, "viewWillDisappear:", animated);
+  rt::trySend(vc, msg::UIViewController::viewWillDisappear, animated);
 }
 
 std::shared_ptr<UINavigationController> UINavigationController::make(

@@ -1,24 +1,12 @@
-// The simulated Phone application: the host that the dialler hooks are
-// installed into. It behaves on its own like the platform's keypad (digits
-// appear in its display, call dials the display's number, the name label
-// shows a known number's name, the add-contact button appears with a
-// number) and exposes the classes and selectors the hooks replace:
-//
-//   PhoneApplication   openURL:, dialPhoneNumber:forUID:service:dialAssist:
-//                      wasAlreadyAssisted:, applicationDidEnterBackground:,
-//                      currentViewController (the tab bar: selectedIndex)
-//   DialerController   dialerView, view, viewWillAppear:, viewWillDisappear:,
-//                      phonePad:appendString:, phonePad:replaceLastDigit
-//                      WithString:, phonePadDeleteLastDigit:,
-//                      _callButtonPressed:, _addButtonClicked:
-//   PHHandsetDialerView             lcdView, addContactButton
-//   PHHandsetDialerLCDView          text, setText:needsFormat:
-//   PHHandsetDialerNameLabelView    showName:label:animated:
-//   PHAddContactButton              addToContactsLabel
-//
-// Everything the host does to itself goes through runtime messages, so a
-// replaced method sees it. Variants (PhoneHostOptions) leave out a display
-// setter, a display getter or the add-contact button.
+// The Phone application's keypad screen: the dialer view controller with
+// its display, name label, add-contact button and phone pad. It behaves on
+// its own like the platform's keypad (digits appear in its display, call
+// dials the display's number, the name label shows a known number's name,
+// the add-contact button appears with a number); every selector is declared
+// in hostsdk/phone.h, and everything the screen does to itself goes through
+// runtime messages, so a replaced method sees it. Variants
+// (PhoneHostOptions) leave out a display setter, a display getter or the
+// add-contact button.
 #pragma once
 
 #include <map>
@@ -37,11 +25,8 @@ struct PhoneHostOptions {
   bool addContactButton = true;  // the dialer view responds to addContactButton
 };
 
-// Registers the Phone app's classes in the current process and marks the
-// host launched (an extension preloaded earlier installs its hooks then).
-// Call it before loading the extension directly, as the platform loads the
-// app's own code first.
-void registerPhoneClasses(const PhoneHostOptions& options = {});
+// Registers the keypad screen's classes in the current process.
+void registerKeypadClasses(const PhoneHostOptions& options);
 
 class PhoneLCDView : public ui::UIView {
  public:
@@ -115,39 +100,6 @@ class DialerController : public ui::UIViewController {
 
  protected:
   std::shared_ptr<ui::UIView> loadView() override;
-};
-
-class PhoneApplication : public rt::Object {
- public:
-  static constexpr const char* kClassName = "PhoneApplication";
-  explicit PhoneApplication(rt::Class* isa) : rt::Object(isa) {}
-
-  enum Tab { kFavorites, kRecents, kContacts, kKeypad, kVoicemail };
-  static const char* tabName(int tab);
-
-  // Starts the app in the current process (classes must be registered)
-  // with the keypad tab on screen.
-  static std::shared_ptr<PhoneApplication> launch();
-  // The running app of the current process, or null.
-  static std::shared_ptr<PhoneApplication> shared();
-
-  std::shared_ptr<ui::UITabBarController> tabBar;
-  std::shared_ptr<DialerController> dialer;
-  bool inBackground = false;
-
-  struct Dial {
-    std::string number, uid;
-    int service = 0;
-    bool dialAssist = false, wasAlreadyAssisted = false;
-  };
-  std::vector<Dial> dialled;
-  // URLs the app handed on to other apps (not tel:).
-  std::vector<std::string> openedURLs;
-
-  // User actions.
-  void selectTab(int tab);
-  void enterBackground();
-  bool openURL(const std::string& url);  // through the runtime
 };
 
 }  // namespace zv::hosts

@@ -1,4 +1,4 @@
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 #include <filesystem>
 #include <system_error>

@@ -1,5 +1,6 @@
-// The phone platform's own SQLite databases that the search engine reads and
-// the call-history tools change: their device paths, table layouts and the
+// The phone platform's own SQLite databases, which the search engine reads,
+// the telephony writes call records into and the call-history tools change:
+// their device paths (defined here once), table layouts and the
 // few fixed values stored in them (multi-value property numbers, label keys,
 // the reference date of the platform's timestamps).
 //
@@ -60,8 +61,14 @@ inline constexpr double kReferenceDateOffset = 978307200.0;
 // call.
 inline constexpr int kCallFlagsIncoming = 4;
 inline constexpr int kCallFlagsOutgoing = 5;
-// ZCALLRECORD.ZCALLTYPE of an ordinary voice call.
+// call_history.db `flags` bit of a video (FaceTime) call.
+inline constexpr int kCallFlagVideo = 16;
+// ZCALLRECORD.ZCALLTYPE of an ordinary voice call and of a video call.
 inline constexpr int kCallTypeVoice = 1;
+inline constexpr int kCallTypeVideo = 8;
+// The Core Data entity number of ZCALLRECORD (its Z_ENT and its row in
+// Z_PRIMARYKEY).
+inline constexpr int kCallRecordEntity = 1;
 
 enum class Database {
   kAddressBook,        // ABPerson, ABMultiValue, ABMultiValueLabel, ...

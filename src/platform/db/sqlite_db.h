@@ -73,6 +73,15 @@ class Statement {
   bool bind(int index, double value) {
     return stmt_ && sqlite3_bind_double(stmt_, index, value) == SQLITE_OK;
   }
+  // Text is copied, so the argument need not outlive the statement.
+  bool bindText(int index, std::string_view text) {
+    return stmt_ && sqlite3_bind_text(stmt_, index, text.data(),
+                                      static_cast<int>(text.size()),
+                                      SQLITE_TRANSIENT) == SQLITE_OK;
+  }
+  bool bindNull(int index) {
+    return stmt_ && sqlite3_bind_null(stmt_, index) == SQLITE_OK;
+  }
 
   // True while a row comes back; false at the end and on failure (then
   // done() tells them apart).

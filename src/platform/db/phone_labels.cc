@@ -1,4 +1,4 @@
-#include "search/phone_labels.h"
+#include "platform/db/phone_labels.h"
 
 #include <array>
 #include <utility>

@@ -1,0 +1,38 @@
+#include "hosts/kit/host_kit.h"
+
+#include "platform/platform.h"
+#include "platform/process.h"
+#include "platform/runtime/exception.h"
+#include "platform/ui/view.h"
+
+namespace zv::hosts {
+
+std::shared_ptr<ui::UIApplication> launch(const HostDefinition& host,
+                                          ExtensionEntry extension) {
+  auto& process = platform::Process::current();
+  const auto& bundle = process.platform().device().bundleIdentifier;
+  if (bundle != host.bundleIdentifier)
+    throw rt::Exception(
+        "NSInternalInconsistencyException",
+        "host " + host.bundleIdentifier + " launched in process " + bundle);
+  ui::registerClasses(process.runtime());
+  if (host.registerClasses) host.registerClasses();
+  process.finishLaunching();
+  if (extension) extension();
+  auto app = host.makeApplication();
+  ui::UIApplication::setShared(app);
+  app->didFinishLaunching();
+  return app;
+}
+
+platform::SimProcess& launchSimulated(platform::SimWorld& world,
+                                      const HostDefinition& host,
+                                      platform::DeviceFacts facts,
+                                      ExtensionEntry extension) {
+  facts.bundleIdentifier = host.bundleIdentifier;
+  auto& process = world.launch(host.bundleIdentifier, facts);
+  process.run([&] { launch(host, extension); });
+  return process;
+}
+
+}  // namespace zv::hosts

@@ -1,0 +1,75 @@
+#include "platform/db/contact_lookup.h"
+
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
+
+namespace zv::platform_schema {
+namespace {
+
+constexpr char kPhonesQuery[] =
+    "SELECT ABMultiValue.record_id, ABMultiValue.value, "
+    "ABMultiValueLabel.value FROM ABMultiValue LEFT JOIN ABMultiValueLabel "
+    "ON ABMultiValue.label = ABMultiValueLabel.ROWID "
+    "WHERE ABMultiValue.property = ? AND ABMultiValue.value IS NOT NULL "
+    "ORDER BY ABMultiValue.record_id, ABMultiValue.UID";
+
+constexpr size_t kMinimumDigits = 7;
+constexpr size_t kLongestCountryCode = 3;
+
+// The digits of a number without its international prefix or trunk 0.
+std::string numberKey(std::string_view number) {
+  std::string digits;
+  bool international = false;
+  for (char c : number) {
+    if (c >= '0' && c <= '9') {
+      digits += c;
+    } else if (c == '+' && digits.empty()) {
+      international = true;
+    }
+  }
+  if (!international && digits.starts_with("00")) {
+    digits.erase(0, 2);
+    international = true;
+  }
+  if (!international && digits.size() > 1 && digits.front() == '0')
+    digits.erase(0, 1);
+  return digits;
+}
+
+// Whether `longer` is `shorter` preceded by a country code.
+bool withCountryCode(const std::string& longer, const std::string& shorter) {
+  return shorter.size() >= kMinimumDigits && longer.size() > shorter.size() &&
+         longer.size() - shorter.size() <= kLongestCountryCode &&
+         longer.ends_with(shorter);
+}
+
+bool sameKey(const std::string& a, const std::string& b) {
+  if (a.empty() || b.empty()) return false;
+  return a == b || withCountryCode(a, b) || withCountryCode(b, a);
+}
+
+}  // namespace
+
+bool sameNumber(std::string_view a, std::string_view b) {
+  return sameKey(numberKey(a), numberKey(b));
+}
+
+std::optional<ContactMatch> findContactByNumber(const std::string& file,
+                                                std::string_view number) {
+  const std::string key = numberKey(number);
+  if (key.empty()) return std::nullopt;
+  sql::Database db(file);
+  sql::Statement phones(db, kPhonesQuery);
+  phones.bind(1, kPhoneProperty);
+  std::optional<ContactMatch> similar;
+  while (phones.step()) {
+    const std::string other = numberKey(phones.text(1).value_or(""));
+    if (!sameKey(key, other)) continue;
+    ContactMatch match{phones.int64(0), phones.text(2).value_or("")};
+    if (other == key) return match;
+    if (!similar) similar = std::move(match);
+  }
+  return similar;
+}
+
+}  // namespace zv::platform_schema

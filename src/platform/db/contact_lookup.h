@@ -1,0 +1,34 @@
+// Finding the caller's address-book record by phone number, as the
+// platform's telephony does for the abUID of a call: the phone numbers of
+// the address-book database are compared with the call's number after both
+// are reduced to their digits, an international prefix ("+" or "00") and a
+// national trunk "0" dropped. Two numbers are the same when those digits
+// are equal, or when both have at least seven digits and the longer one is
+// the shorter one preceded by a country code (one to three digits), so that
+// "+86 138 0013 8000" finds "138-0013-8000" and "010 8888 6666" finds
+// "+86 10 8888 6666".
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zv::platform_schema {
+
+struct ContactMatch {
+  int64_t recordId = -1;
+  std::string label;  // the stored label of the matching number; "" none
+};
+
+// Whether two phone numbers are the same number by the rule above.
+bool sameNumber(std::string_view a, std::string_view b);
+
+// The record holding `number` in the address-book database at the host path
+// `file`: an exact match of the digits first, else the first number that is
+// the same by the rule above, in record order. nullopt when none matches,
+// the number has no digits, or the database cannot be read.
+std::optional<ContactMatch> findContactByNumber(const std::string& file,
+                                                std::string_view number);
+
+}  // namespace zv::platform_schema

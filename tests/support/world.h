@@ -1,0 +1,82 @@
+// The end-to-end test harness: a simulated world on a fresh device root,
+// a device builder for what the hosts read (area database, reading table,
+// contacts, settings and other property lists), and hosts started on it at
+// a system version and screen size, with the extension loaded the way the
+// platform's loader does.
+//
+//   class BlockingTest : public testing::World {};
+//   TEST_F(BlockingTest, ...) {
+//     installChinaDatabase();
+//     writeSettings({{"EnableBlacklist", true}});
+//     auto& springboard = start(hosts::springboardHost(), "7.1", "4");
+//     springboard.run([&] { ... });
+//     advance(10);
+//     EXPECT_EQ(events("sound").size(), 1u);
+//   }
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "hooks/modules.h"
+#include "hosts/kit/host_kit.h"
+#include "platform/sim/device_presets.h"
+#include "sim_fixture.h"
+#include "support/device_files.h"
+
+namespace zv::testing {
+
+class World : public SimTest {
+ protected:
+  // --- The device -------------------------------------------------------
+  // A host path under the device root for a device path.
+  std::string devicePath(std::string_view path) const {
+    return root_ + std::string(path);
+  }
+  void writeDevicePlist(std::string_view path, const Dict& dict) {
+    writePlist(devicePath(path), dict);
+  }
+  void writeDeviceBytes(std::string_view path, const std::string& bytes) {
+    writeFile(devicePath(path), bytes);
+  }
+  // The general settings file ("zorvel.plist").
+  void writeSettings(const Dict& settings) {
+    writeDevicePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
+  }
+  // The China area database as /Library/Zorvel/Area/<name>.
+  void installChinaDatabase(std::string_view name = "China") {
+    writeDeviceBytes("/Library/Zorvel/Area/" + std::string(name),
+                     chinaDatabase());
+  }
+  // The committed reading table as /Library/Zorvel/Table/PinYin.txt.
+  void installReadingTable() {
+    writeDeviceBytes("/Library/Zorvel/Table/PinYin.txt",
+                     readFile(ZV_SOURCE_DIR "/data/table/PinYin.txt"));
+  }
+
+  // --- Hosts --------------------------------------------------------------
+  // Starts `host` in a new simulated process on a phone with that system
+  // version and screen, loads the extension (pass nullptr for a host
+  // without it) and runs what start-up queued for now.
+  platform::SimProcess& start(
+      const hosts::HostDefinition& host, std::string_view systemVersion = "8.1",
+      std::string_view screenInches = "4.7",
+      hosts::ExtensionEntry extension = ZorvelInitializer) {
+    auto facts = platform::simulatedDevice(systemVersion, screenInches);
+    EXPECT_TRUE(facts) << "no phone has a " << screenInches << "-inch screen";
+    auto& process = hosts::launchSimulated(
+        world_, host, facts.value_or(platform::DeviceFacts{}), extension);
+    world_.advance(0);
+    return process;
+  }
+
+  // --- Time and side effects ---------------------------------------------
+  void advance(double seconds) { world_.advance(seconds); }
+  std::vector<platform::SimEvent> events(std::string_view kind) const {
+    return world_.events(kind);
+  }
+};
+
+}  // namespace zv::testing

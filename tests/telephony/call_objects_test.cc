@@ -1,0 +1,241 @@
+// The call centre and the call objects of a process: what they report,
+// that they are the device's calls in every process, and that changes
+// arrive on the process's run loop in order.
+#include <map>
+
+#include "hostsdk/telephony.h"
+#include "platform/db/contact_lookup.h"
+#include "platform/runtime/notification.h"
+#include "telephony_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+using platform::CallId;
+
+rt::Id center() {
+  return rt::send(rt::classObject(rt::getClass(sdk::TUCallCenter::kName)),
+                  sdk::TUCallCenter::sharedInstance);
+}
+rt::Id incoming() {
+  return rt::send(center(), sdk::TUCallCenter::incomingCall);
+}
+rt::Id incomingVideo() {
+  return rt::send(center(), sdk::TUCallCenter::incomingVideoCall);
+}
+
+TEST_F(TelephonyTest, CallPropertiesComeFromTheNetworkAndTheAddressBook) {
+  writeAddressBook({{3, "+86 138 0013 8000", "_$!<Mobile>!$_"},
+                    {5, "010-8888 6666", "Beijing office"},
+                    {6, "13900139000", ""}});
+  auto& springboard = launch("com.apple.springboard");
+  network().blockCaller("139 0013 9000");
+
+  struct Case {
+    std::string number;
+    platform::IncomingOptions options;
+    std::optional<std::string> destinationID;
+    int abUID;
+    std::optional<std::string> label;
+    bool blocked;
+  };
+  const std::vector<Case> cases = {
+      {"13800138000", {}, "13800138000", 3, "mobile", false},
+      {"+861088886666", {}, "+861088886666", 5, "Beijing office", false},
+      {"13900139000", {}, "13900139000", 6, std::nullopt, true},
+      {"10086", {}, "10086", -1, std::nullopt, false},
+      {"13800138000", hidden(), std::nullopt, -1, std::nullopt, false},
+      {"10086", contact(42), "10086", 42, std::nullopt, false},
+      {"10086", platformBlocked(), "10086", -1, std::nullopt, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.number);
+    const CallId id = network().incoming(c.number, c.options);
+    world_.advance(0);
+    in(springboard, [&] {
+      rt::Id call = incoming();
+      ASSERT_NE(call, nullptr);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::status), platform::kCallRinging);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::destinationID), c.destinationID);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::abUID), c.abUID);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::localizedLabel), c.label);
+      EXPECT_EQ(rt::send(call, sdk::TUCall::isBlocked), c.blocked);
+      EXPECT_FALSE(rt::send(call, sdk::TUCall::isOutgoing));
+      EXPECT_NE(rt::send(call, sdk::TUCall::call), nullptr);
+    });
+    network().remoteHangup(id);
+    world_.advance(0);
+  }
+}
+
+TEST_F(TelephonyTest, NumbersMatchAcrossPrefixesButNotByTheirTailsAlone) {
+  EXPECT_TRUE(ps::sameNumber("+86 138 0013 8000", "13800138000"));
+  EXPECT_TRUE(ps::sameNumber("0086 10 8888 6666", "010-88886666"));
+  EXPECT_TRUE(ps::sameNumber("10086", "10086"));
+  EXPECT_FALSE(ps::sameNumber("13800138000", "13900138000"));
+  EXPECT_FALSE(ps::sameNumber("1380010086", "10086"))
+      << "a short number is not the end of a long one";
+  EXPECT_FALSE(ps::sameNumber("", ""));
+  EXPECT_FALSE(ps::sameNumber("+", "abc"));
+  // No address book at all: no contact, no failure.
+  auto& springboard = launch("com.apple.springboard");
+  network().incoming("13800138000");
+  world_.advance(0);
+  in(springboard,
+     [&] { EXPECT_EQ(rt::send(incoming(), sdk::TUCall::abUID), -1); });
+}
+
+TEST_F(TelephonyTest, VoiceAndVideoCallsAreFoundApart) {
+  auto& incall = launch("com.apple.InCallService");
+  const CallId video =
+      network().incoming("13800138000", TelephonyTest::video());
+  world_.advance(0);
+  in(incall, [&] {
+    EXPECT_EQ(incoming(), nullptr);
+    rt::Id call = incomingVideo();
+    ASSERT_NE(call, nullptr);
+    EXPECT_EQ(rt::send(call, sdk::TUCall::call), nullptr)
+        << "a video call has no core-telephony handle";
+  });
+  const CallId voice = network().incoming("10086");
+  network().answer(video);
+  world_.advance(0);
+  in(incall, [&] {
+    EXPECT_EQ(incomingVideo(), nullptr) << "answered: no longer incoming";
+    EXPECT_EQ(platform::callInfo(incoming())->id, voice);
+  });
+  // An outgoing call is never the incoming call.
+  network().remoteHangup(voice);
+  network().dial("10010");
+  world_.advance(0);
+  in(incall, [&] { EXPECT_EQ(incoming(), nullptr); });
+}
+
+TEST_F(TelephonyTest, EveryProcessSeesTheDevicesCallsAsItsOwnObjects) {
+  auto& springboard = launch("com.apple.springboard");
+  auto& incall = launch("com.apple.InCallService");
+  const CallId id = network().dial("10086");
+  world_.advance(0);
+  rt::Id first;
+  in(springboard, [&] {
+    first = platform::callObject(id);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(platform::callObject(id), first) << "one object per call";
+    EXPECT_TRUE(rt::send(first, sdk::TUCall::isOutgoing));
+    EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallDialling);
+  });
+  in(incall, [&] {
+    rt::Id other = platform::callObject(id);
+    ASSERT_NE(other, nullptr);
+    EXPECT_NE(other, first) << "class tables and objects are per process";
+    EXPECT_EQ(rt::send(other, sdk::TUCall::status), platform::kCallDialling);
+  });
+  network().connect(id);
+  world_.advance(0);
+  in(springboard, [&] {
+    EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallActive);
+  });
+  // A process started during the call knows it at once.
+  auto& phone = launch("com.apple.mobilephone");
+  in(phone, [&] {
+    ASSERT_NE(platform::callObject(id), nullptr);
+    EXPECT_EQ(rt::send(platform::callObject(id), sdk::TUCall::status),
+              platform::kCallActive);
+  });
+  network().end(id);
+  world_.advance(0);
+  in(springboard, [&] {
+    EXPECT_EQ(platform::callObject(id), nullptr);
+    EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallEnded)
+        << "an object kept past the end shows the end";
+  });
+}
+
+TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
+  auto& incall = launch("com.apple.InCallService");
+  auto& springboard = launch("com.apple.springboard");
+  std::vector<std::string> heard;
+  std::map<CallId, rt::Id> objects;
+  in(incall, [&] {
+    platform::observeCallStatus([&](const rt::Id& call) {
+      // The object already shows the change it is told about.
+      const CallId id = platform::callInfo(call)->id;
+      heard.push_back(std::to_string(id) + ":" +
+                      std::to_string(rt::send(call, sdk::TUCall::status)));
+      auto [it, fresh] = objects.emplace(id, call);
+      EXPECT_EQ(it->second, call) << "the same object for every change";
+    });
+  });
+  std::vector<int> springboardHeard;
+  platform::CallObserverToken token = in(springboard, [&] {
+    return platform::observeCallStatus([&](const rt::Id& call) {
+      springboardHeard.push_back(rt::send(call, sdk::TUCall::status));
+    });
+  });
+
+  const CallId a = network().incoming("13800138000");
+  network().answer(a);
+  EXPECT_TRUE(heard.empty()) << "nothing is delivered behind the run loop";
+  world_.advance(0);
+  const CallId b = network().dial("10086");
+  world_.advance(1);
+  network().connect(b);
+  network().hold(b);
+  network().resume(b);
+  in(springboard, [&] { platform::removeCallStatusObserver(token); });
+  network().remoteHangup(a);
+  network().end(b);
+  world_.advance(0);
+
+  EXPECT_EQ(heard,
+            (std::vector<std::string>{"1:4", "1:1", "2:3", "2:1", "2:2", "2:1",
+                                      "1:5", "1:6", "2:5", "2:6"}));
+  EXPECT_EQ(springboardHeard, (std::vector<int>{4, 1, 3}))
+      << "a removed observer hears nothing more, not even changes made "
+         "before it was removed that its run loop had not yet delivered";
+  // The world's record of the calls.
+  auto calls = world_.events("call");
+  ASSERT_EQ(calls.size(), 10u);
+  EXPECT_EQ(calls[0].detail, "1 4 13800138000");
+  EXPECT_EQ(calls[0].process, "");
+}
+
+TEST_F(TelephonyTest, AStatusNotificationCarriesTheCall) {
+  auto& incall = launch("com.apple.InCallService");
+  in(incall, [&] {
+    const CallId id = network().incoming("10086");
+    rt::Id call = platform::callObject(id);
+    rt::Id note = rt::makeNotification(
+        platform::msg::kCallStatusChangedNotification, call);
+    EXPECT_EQ(rt::send(note, sdk::NSNotification::name),
+              "TUCallCenterCallStatusChangedNotification");
+    EXPECT_EQ(rt::send(note, sdk::NSNotification::object), call);
+  });
+}
+
+TEST_F(TelephonyTest, ActionsThatDoNotFitTheCallChangeNothing) {
+  launch("com.apple.springboard");
+  EXPECT_THROW(network().incoming(""), std::invalid_argument);
+  EXPECT_THROW(network().dial(""), std::invalid_argument);
+  EXPECT_THROW(network().answer(99), std::invalid_argument);
+  const CallId ringing = network().incoming("10086");
+  const CallId dialling = network().dial("10010");
+  EXPECT_THROW(network().connect(ringing), std::invalid_argument);
+  EXPECT_THROW(network().answer(dialling), std::invalid_argument);
+  EXPECT_THROW(network().hold(ringing), std::invalid_argument);
+  EXPECT_THROW(network().resume(dialling), std::invalid_argument);
+  EXPECT_THROW(network().decline(dialling), std::invalid_argument);
+  network().remoteHangup(ringing);
+  try {
+    network().answer(ringing);
+    ADD_FAILURE() << "answered an ended call";
+  } catch (const std::invalid_argument& e) {
+    EXPECT_STREQ(e.what(), "cannot answer call 1: it is ended");
+  }
+  EXPECT_EQ(network().call(dialling)->status, platform::kCallDialling);
+  EXPECT_EQ(network().calls().size(), 1u);
+  EXPECT_EQ(storeRows().size(), 1u);
+}
+
+}  // namespace
+}  // namespace zv::testing

@@ -1,0 +1,145 @@
+// A simulated world with an address book, a springboard and an in-call
+// service process, and readers of the device's call-history databases.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/db/call_records.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
+#include "platform/runtime/object.h"
+#include "platform/sim/sim_platform.h"
+#include "platform/telephony/call_objects.h"
+#include "sim_fixture.h"
+
+namespace zv::testing {
+
+namespace ps = platform_schema;
+
+// One row of either call-history layout, in common terms.
+struct HistoryRow {
+  std::string address;
+  double date = 0;  // seconds since 1970
+  double duration = 0;
+  bool outgoing = false;
+  bool answered = false;  // store only
+  int read = 0;
+  int64_t recordId = -1;  // call_history.db only
+  int kind = 0;           // ZCALLTYPE or flags
+};
+
+class TelephonyTest : public SimTest {
+ protected:
+  // Runs f inside a process and returns what it returns.
+  template <typename F>
+  auto in(platform::SimProcess& process, F&& f) {
+    return process.run(std::forward<F>(f));
+  }
+
+  platform::SimProcess& launch(const std::string& bundle,
+                               const std::string& version = "8.1") {
+    platform::DeviceFacts facts;
+    facts.systemVersion = version;
+    auto& process = world_.launch(bundle, facts);
+    process.run([] { platform::registerTelephonyClasses(rt::runtime()); });
+    return process;
+  }
+
+  // An address book with the given (record id, number, label) phones.
+  struct Phone {
+    int record;
+    std::string number;
+    std::string label;
+  };
+  void writeAddressBook(const std::vector<Phone>& phones) {
+    const std::string file = root_ + ps::kAddressBookPath;
+    ASSERT_TRUE(ps::createDatabase(file, ps::Database::kAddressBook));
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
+    int uid = 0;
+    for (const Phone& p : phones) {
+      std::string sql =
+          "INSERT OR IGNORE INTO ABPerson (ROWID, First) VALUES (" +
+          std::to_string(p.record) + ", 'P');";
+      std::string labelId = "NULL";
+      if (!p.label.empty()) {
+        sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" +
+               p.label + "');";
+        labelId = "(SELECT ROWID FROM ABMultiValueLabel WHERE value = '" +
+                  p.label + "')";
+      }
+      sql +=
+          "INSERT INTO ABMultiValue (UID, record_id, property, "
+          "identifier, label, value) VALUES (" +
+          std::to_string(++uid) + ", " + std::to_string(p.record) + ", 3, 0, " +
+          labelId + ", '" + p.number + "');";
+      ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr),
+                SQLITE_OK)
+          << sqlite3_errmsg(db);
+    }
+    sqlite3_close(db);
+  }
+
+  // Every row of the 8.x store, oldest primary key first.
+  std::vector<HistoryRow> storeRows() {
+    std::vector<HistoryRow> rows;
+    sql::Database db(root_ + ps::kCallHistoryStorePath);
+    sql::Statement s(db,
+                     "SELECT ZADDRESS, ZDATE, ZDURATION, ZORIGINATED, "
+                     "ZANSWERED, ZREAD, ZCALLTYPE FROM ZCALLRECORD ORDER BY "
+                     "Z_PK");
+    while (s.step()) {
+      rows.push_back(HistoryRow{
+          s.text(0).value_or("<null>"), s.real(1) + ps::kReferenceDateOffset,
+          s.real(2), s.int64(3) != 0, s.int64(4) != 0,
+          static_cast<int>(s.int64(5)), -1, static_cast<int>(s.int64(6))});
+    }
+    return rows;
+  }
+
+  // Every row of the 7.x database, oldest first.
+  std::vector<HistoryRow> dbRows() {
+    std::vector<HistoryRow> rows;
+    sql::Database db(root_ + ps::kCallHistoryDbPath);
+    sql::Statement s(db,
+                     "SELECT address, date, duration, flags, read, id FROM "
+                     "call ORDER BY ROWID");
+    while (s.step()) {
+      const int flags = static_cast<int>(s.int64(3));
+      rows.push_back(HistoryRow{
+          s.text(0).value_or("<null>"), s.real(1), s.real(2), (flags & 1) != 0,
+          false, static_cast<int>(s.int64(4)), s.int64(5), flags});
+    }
+    return rows;
+  }
+
+  platform::SimTelephony& network() { return world_.telephony(); }
+
+  // Options of an incoming call.
+  static platform::IncomingOptions hidden() {
+    platform::IncomingOptions o;
+    o.hidden = true;
+    return o;
+  }
+  static platform::IncomingOptions video() {
+    platform::IncomingOptions o;
+    o.video = true;
+    return o;
+  }
+  static platform::IncomingOptions contact(int32_t record) {
+    platform::IncomingOptions o;
+    o.abUID = record;
+    return o;
+  }
+  static platform::IncomingOptions platformBlocked() {
+    platform::IncomingOptions o;
+    o.platformBlocked = true;
+    return o;
+  }
+};
+
+}  // namespace zv::testing
