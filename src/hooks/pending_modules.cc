@@ -9,7 +9,6 @@ namespace zv {
 void zvincall_init() { runStartup("zvincall_init", [] {}); }
 void zvrecents_init() { runStartup("zvrecents_init", [] {}); }
 void zvcontacts_init() { runStartup("zvcontacts_init", [] {}); }
-void zvsms_init() { runStartup("zvsms_init", [] {}); }
 void zvincomingcall_init() { runStartup("zvincomingcall_init", [] {}); }
 void zvcontrolcenter_init() { runStartup("zvcontrolcenter_init", [] {}); }
 void zvincallservice_init() { runStartup("zvincallservice_init", [] {}); }

@@ -1,8 +1,8 @@
 #include "messages/address_book_handle.h"
 
+#include "platform/db/phone_labels.h"
+#include "platform/db/platform_schema.h"
 #include "platform/platform.h"
-#include "search/phone_labels.h"
-#include "search/platform_schema.h"
 #include "search/searcher_encode.h"
 
 namespace zv {
@@ -71,9 +71,15 @@ std::vector<std::vector<std::string>> ABAddressBookHandle::phoneEntries(
     sql::Statement person(db_, kPersonQuery);
     person.bind(1, int64_t{id});
     if (!person.step()) continue;
-    std::string name =
-        composeDisplayName(person.text(0).value_or(""),
-                           person.text(1).value_or(""), nullptr, lastFirst);
+    const std::string first = person.text(0).value_or("");
+    const std::string last = person.text(1).value_or("");
+    // Names in Chinese characters read family name first, as the platform
+    // composes them.
+    auto wide = [](const std::string& t) {
+      return t.empty() || static_cast<unsigned char>(t[0]) >= 0x80;
+    };
+    std::string name = composeDisplayName(
+        first, last, nullptr, lastFirst || (wide(first) && wide(last)));
     if (name.empty()) name = person.text(2).value_or("");
     sql::Statement phones(db_, kPhonesQuery);
     phones.bind(1, int64_t{id});

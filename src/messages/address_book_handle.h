@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "search/sqlite_db.h"
+#include "platform/db/sqlite_db.h"
 
 namespace zv {
 

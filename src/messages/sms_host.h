@@ -45,7 +45,7 @@ class ZVSMSHost {
   // The recipient's originalAddress ("" when none).
   virtual std::string recipientAddress(const rt::Id& conversation) = 0;
   // The recipient's abRecord; null when the number belongs to no contact.
-  virtual std::shared_ptr<ABPersonRecord> recipientRecord(const rt::Id& conversation) = 0;
+  virtual std::shared_ptr<const ABPersonRecord> recipientRecord(const rt::Id& conversation) = 0;
   virtual bool hasUnreadMessages(const rt::Id& conversation) = 0;
   // Below system 8.0 only.
   virtual bool hasUnreadiMessages(const rt::Id& conversation) = 0;

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "platform/db/messages_schema.h"
+#include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "platform/ui/image.h"
 #include "search/device_image.h"
-#include "search/platform_schema.h"
 
 namespace zv {
 namespace {

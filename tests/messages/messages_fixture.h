@@ -8,7 +8,7 @@
 #include "device_db.h"
 #include "dialer/dialer_fixture.h"
 #include "messages/sms_controller.h"
-#include "search/platform_schema.h"
+#include "platform/db/platform_schema.h"
 
 namespace zv::testing {
 
@@ -83,7 +83,7 @@ class FakeSMSHost : public ZVSMSHost {
   bool isEditing(const rt::Id& c) override { return find(c).editing; }
 
   std::string recipientAddress(const rt::Id& v) override { return conv(v).address; }
-  std::shared_ptr<ABPersonRecord> recipientRecord(const rt::Id& v) override {
+  std::shared_ptr<const ABPersonRecord> recipientRecord(const rt::Id& v) override {
     return conv(v).record;
   }
   bool hasUnreadMessages(const rt::Id& v) override { return conv(v).unread; }

@@ -5,9 +5,9 @@
 
 #include "device_db.h"
 #include "platform/db/messages_schema.h"
+#include "platform/db/platform_schema.h"
 #include "platform/ui/image.h"
 #include "search/device_image.h"
-#include "search/platform_schema.h"
 #include "sim_fixture.h"
 
 namespace zv::testing {

@@ -28,6 +28,9 @@ void UIViewController::presentViewController(
   vc->presenting_ =
       std::static_pointer_cast<UIViewController>(shared_from_this());
   sendWillAppear(vc, animated);
+  // A presented navigation controller shows its top controller.
+  if (auto nav = std::dynamic_pointer_cast<UINavigationController>(vc))
+    sendWillAppear(nav->topViewController(), animated);
 }
 
 std::shared_ptr<UIViewController> UIViewController::presentingViewController()
