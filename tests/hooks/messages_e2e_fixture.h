@@ -20,11 +20,11 @@
 #include "hosts/messages/composer.h"
 #include "messages/group_view_controller.h"
 #include "messages/sms_controller.h"
-#include "search/address_book.h"
 #include "platform/db/messages_schema.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "platform/sim/device_presets.h"
+#include "search/address_book.h"
 #include "search/device_image.h"
 #include "sim_fixture.h"
 
