@@ -62,6 +62,12 @@ struct Alert {
   std::string message;
   std::string cancelButton;  // empty: none
   std::vector<std::string> otherButtons;
+  // The alert view's tag, telling apart the alerts one delegate shows.
+  int tag = 0;
+  // An alert with a plain text-input field: what the user typed into it,
+  // read by the delegate when a button is pressed.
+  bool textInput = false;
+  std::string inputText;
   // Called with the pressed button's index (the alert's delegate).
   std::function<void(const Alert&, int buttonIndex)> onButton;
   int cancelButtonIndex() const { return cancelButton.empty() ? -1 : 0; }

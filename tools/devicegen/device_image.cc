@@ -74,6 +74,7 @@ DeviceImageSummary createDeviceImage(const std::string& root,
   std::string db = hostPath(root, ps::kCallHistoryDbPath);
   makeParent(db);
   writeCallHistoryDb(db, people);
+  writeMessagesData(root, people);
 
   if (!options.tableFile.empty())
     install(options.tableFile,

@@ -57,5 +57,10 @@ int writeAddressBookImages(const std::string& file, const DevicePeople& people);
 void writeCallHistoryStore(const std::string& file, const DevicePeople& people,
                            uint64_t seed);
 void writeCallHistoryDb(const std::string& file, const DevicePeople& people);
+// The Messages data under `root`: the messages database, address-book groups
+// (into the address book already written) and the check-mark pictures
+// (kCheckMarkSize pixels square, drawn for scale 2).
+inline constexpr int kCheckMarkSize = 44;
+void writeMessagesData(const std::string& root, const DevicePeople& people);
 
 }  // namespace zv

@@ -50,8 +50,12 @@ void UIAlertView::show() {
   alert->message = message;
   alert->cancelButton = cancelButtonTitle;
   alert->otherButtons = otherButtonTitles;
+  alert->tag = tag();
+  alert->textInput = alertViewStyle == AlertViewStyle::PlainTextInput;
+  alert->inputText = inputText;
   auto me = std::static_pointer_cast<UIAlertView>(shared_from_this());
-  alert->onButton = [me](const platform::Alert&, int index) {
+  alert->onButton = [me](const platform::Alert& shown, int index) {
+    if (shown.textInput) me->inputText = shown.inputText;
     if (me->delegate) me->delegate(*me, index);
   };
   platform::current().showAlert(alert);

@@ -45,11 +45,17 @@ class UIActionSheet : public UIView {
   std::weak_ptr<UIView> shown_in_;
 };
 
+enum class AlertViewStyle { Default, PlainTextInput };
+
 class UIAlertView : public UIView {
  public:
   static constexpr const char* kClassName = "UIAlertView";
   explicit UIAlertView(rt::Class* isa) : UIView(isa) {}
 
+  AlertViewStyle alertViewStyle = AlertViewStyle::Default;
+  // The text of the input field (textFieldAtIndex: 0) with the plain
+  // text-input style; set from what the user typed before the delegate runs.
+  std::string inputText;
   std::string title;
   std::string message;
   std::string cancelButtonTitle;

@@ -14,6 +14,8 @@
 namespace zv::ui {
 
 enum class CellStyle { Default, Value1, Value2, Subtitle };
+enum class CellAccessoryType { None, DisclosureIndicator, DetailDisclosureButton, Checkmark };
+enum class CellSelectionStyle { None, Blue, Gray, Default };
 
 struct EdgeInsets {
   double top = 0, left = 0, bottom = 0, right = 0;
@@ -35,6 +37,8 @@ class UITableViewCell : public UIView {
   const std::shared_ptr<UIImageView>& imageView() const { return image_view_; }
   const std::shared_ptr<UIView>& accessoryView() const { return accessory_; }
   void setAccessoryView(std::shared_ptr<UIView> v);
+  CellAccessoryType accessoryType = CellAccessoryType::None;
+  CellSelectionStyle selectionStyle = CellSelectionStyle::Default;
   const EdgeInsets& separatorInset() const { return separator_inset_; }
   void setSeparatorInset(EdgeInsets e) { separator_inset_ = e; }
   // Called before the cell is handed out again by the reuse pool.

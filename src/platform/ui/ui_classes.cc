@@ -5,8 +5,10 @@
 #include "platform/ui/button.h"
 #include "platform/ui/label.h"
 #include "platform/ui/messages.h"
+#include "platform/ui/navigation_item.h"
 #include "platform/ui/sheets.h"
 #include "platform/ui/table_view.h"
+#include "platform/ui/table_view_controller.h"
 #include "platform/ui/view_controller.h"
 
 namespace zv::ui {
@@ -129,6 +131,16 @@ void registerControllers(rt::Runtime& rt) {
       msg::UINavigationController::topViewController, [](const rt::Id& s) {
         return rt::Id(self<UINavigationController>(s).topViewController());
       });
+  typed<UITableViewController>(
+      rt.registerClass("UITableViewController", "UIViewController"));
+  // A table controller shows its rows afresh as it appears.
+  rt::addMethod<void(bool)>(
+      rt.getClass("UITableViewController"),
+      "viewWillAppear:", [](const rt::Id& s, bool) {
+        self<UITableViewController>(s).tableView()->reloadData();
+      });
+  typed<UIBarButtonItem>(rt.registerClass("UIBarButtonItem"));
+  typed<UINavigationItem>(rt.registerClass("UINavigationItem"));
   typed<UITabBarController>(
       rt.registerClass("UITabBarController", "UIViewController"));
   rt::define(msg::UITabBarController::selectedIndex, [](const rt::Id& s) {

@@ -1,0 +1,206 @@
+// The Messages application end to end: a simulated Messages app on a device
+// with contacts (one with a picture), address-book groups, a messages
+// database, the check-mark pictures and the China area database;
+// ZorvelInitializer installs the hooks, and the test uses the app as a
+// person would.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "area/area_compiler.h"
+#include "support/device_db.h"
+#include "hooks/modules.h"
+#include "hosts/kit/host_kit.h"
+#include "hosts/messages/app.h"
+#include "hosts/messages/composer.h"
+#include "messages/group_view_controller.h"
+#include "messages/sms_controller.h"
+#include "platform/db/messages_schema.h"
+#include "platform/db/platform_schema.h"
+#include "platform/plist.h"
+#include "platform/sim/device_presets.h"
+#include "search/address_book.h"
+#include "devicegen/device_image.h"
+#include "support/sim_fixture.h"
+
+namespace zv::testing {
+
+inline const std::string& e2eChinaDatabase() {
+  static const std::string bytes = [] {
+    std::ifstream in(ZV_SOURCE_DIR "/data/area/China.txt", std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return area::compile(area::parseSource(s.str(), "China"));
+  }();
+  return bytes;
+}
+
+class MessagesE2ETest : public SimTest {
+ protected:
+  static constexpr char kLongName[] = "Maximilian-Alexander";
+  static constexpr char kLongLast[] =
+      "Featherstonehaugh-Worthington-Smythe-Montgomery";
+
+  MessagesE2ETest() {
+    write("/Library/Zorvel/Area/China", e2eChinaDatabase());
+    DevicePeople people;
+    people.labels = {"_$!<Mobile>!$_"};
+    auto contact = [](int64_t id, std::string first, std::string last,
+                      std::string number) {
+      DeviceContact c;
+      c.recordId = id;
+      c.first = std::move(first);
+      c.last = std::move(last);
+      c.phones.push_back({number, number, 1});
+      return c;
+    };
+    people.contacts = {contact(1, "Wei", "Zhang", "13800138000"),
+                       contact(2, "Anna", "Smith", "13912345678"),
+                       contact(3, kLongName, kLongLast, "13501234567")};
+    people.contacts[0].picture = DevicePicture::kPng;
+    people.contacts[0].initial = 'W';
+    const std::string book = root_ + platform_schema::kAddressBookPath;
+    std::filesystem::create_directories(
+        std::filesystem::path(book).parent_path());
+    writeAddressBook(book, people, 1);
+    writeAddressBookImages(root_ + platform_schema::kAddressBookImagesPath,
+                           people);
+    execSql(book,
+            "INSERT INTO ABGroup (ROWID, Name) VALUES (1, 'Family');"
+            "INSERT INTO ABGroupMembers (group_id, member_type, member_id) "
+            "VALUES (1, 0, 1), (1, 0, 2);");
+    writeMessages({{"13800138000",
+                    {{false, "晚上一起吃饭吗？", false}, {true, "好的", true}}},
+                   {"13912345678", {{false, "See you at 7", true}}},
+                   {"13501234567", {{false, "Hello", true}}},
+                   {"13701234567", {{false, "快递到了", false}}}});
+    for (bool checked : {true, false})
+      write(checked ? "/Library/Zorvel/checked.png"
+                    : "/Library/Zorvel/notchecked.png",
+            ui::Image::filled(44, 44, 2,
+                              checked ? ui::Pixel{0, 122, 255, 255}
+                                      : ui::Pixel{199, 199, 204, 255})
+                .encodePng());
+    settings_ = Dict{{"Enable", true},
+                     {"EnableArea", true},
+                     {"EnableAvatar", true},
+                     {"SMSSelectGroup", true},
+                     {"MyInfo", 1}};
+  }
+
+  struct Line {
+    bool fromMe;
+    std::string text;
+    bool read;
+  };
+  // Conversations newest first.
+  void writeMessages(
+      const std::vector<std::pair<std::string, std::vector<Line>>>& chats) {
+    const std::string file = root_ + messages_schema::kMessagesDbPath;
+    std::filesystem::create_directories(
+        std::filesystem::path(file).parent_path());
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
+    sqlite3_close(db);
+    std::string sql = std::string("BEGIN;") + messages_schema::kSchemaSql;
+    int64_t message = 0;
+    for (size_t i = 0; i < chats.size(); ++i) {
+      const std::string n = std::to_string(i + 1);
+      sql += "INSERT INTO handle (ROWID,id,service) VALUES (" + n + ",'" +
+             chats[i].first +
+             "','SMS');INSERT INTO chat (ROWID,guid,chat_identifier) VALUES (" +
+             n + ",'c" + n + "','" + chats[i].first +
+             "');INSERT INTO chat_handle_join VALUES (" + n + "," + n + ");";
+      for (const Line& l : chats[i].second) {
+        const std::string m = std::to_string(++message);
+        const std::string date = std::to_string(438170400 - 3600 * i + message);
+        sql +=
+            "INSERT INTO message "
+            "(ROWID,guid,text,handle_id,service,date,is_from_me,"
+            "is_read) VALUES (" +
+            m + ",'m" + m + "','" + l.text + "'," + n + ",'SMS'," + date + "," +
+            (l.fromMe ? "1" : "0") + "," + (l.read ? "1" : "0") +
+            ");INSERT INTO chat_message_join VALUES (" + n + "," + m + ");";
+      }
+    }
+    execSql(file, sql + "COMMIT;");
+  }
+
+  void write(const std::string& devicePath, const std::string& bytes) {
+    auto path = std::filesystem::path(root_ + devicePath);
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+  }
+
+  // Starts Messages with the extension on a phone of that system and screen.
+  void start(const std::string& version = "8.1",
+             const std::string& inches = "4") {
+    ASSERT_TRUE(
+        plist::writeFile(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                         Value(settings_)));
+    auto facts = platform::simulatedDevice(version, inches);
+    ASSERT_TRUE(facts);
+    proc_ = &hosts::launchSimulated(world_, hosts::messagesHost(), *facts,
+                                    ZorvelInitializer);
+    world_.advance(0);
+    app_ = proc_->run([] { return hosts::MessagesApplication::shared(); });
+    ASSERT_NE(app_, nullptr);
+  }
+  template <typename F>
+  auto run(F&& f) {
+    if constexpr (std::is_void_v<decltype(f())>) {
+      proc_->run(std::forward<F>(f));
+      world_.advance(0.1);
+    } else {
+      auto result = proc_->run(std::forward<F>(f));
+      world_.advance(0.1);
+      return result;
+    }
+  }
+  std::shared_ptr<hosts::ConversationListCell> row(size_t r) {
+    return std::dynamic_pointer_cast<hosts::ConversationListCell>(
+        app_->list->visibleCell({0, r}));
+  }
+  std::shared_ptr<ui::UILabel> areaLabel(size_t r) {
+    return std::dynamic_pointer_cast<ui::UILabel>(
+        row(r)->contentView()->viewWithTag(ZVSMSController::kAreaLabelTag));
+  }
+  std::string area(const std::string& number) {
+    return proc_->run([&] {
+      return ZVAreaLoader::sharedInstance()
+          ->getArea(number, true, false)
+          .value_or("");
+    });
+  }
+  // The group screen presented over the composer, if any.
+  std::shared_ptr<ZVSMSGroupViewController> groupScreen() {
+    auto composer = app_->composer();
+    if (!composer || !composer->navigationController()) return nullptr;
+    auto nav = std::dynamic_pointer_cast<ui::UINavigationController>(
+        composer->navigationController()->presentedViewController());
+    if (!nav) return nullptr;
+    return std::dynamic_pointer_cast<ZVSMSGroupViewController>(
+        nav->viewControllers().front());
+  }
+  std::shared_ptr<ZVSMSSelectContactsViewController> checklist() {
+    return std::dynamic_pointer_cast<ZVSMSSelectContactsViewController>(
+        app_->topController());
+  }
+  std::vector<std::string> composerAddresses() {
+    std::vector<std::string> out;
+    for (const auto& r : app_->composer()->toField->recipients)
+      out.push_back(r->address);
+    return out;
+  }
+
+  Dict settings_;
+  platform::SimProcess* proc_ = nullptr;
+  std::shared_ptr<hosts::MessagesApplication> app_;
+};
+
+}  // namespace zv::testing

@@ -1,0 +1,250 @@
+// Messages end to end through the installed hooks: areas and pictures in
+// the conversation list and a conversation, the composer's Group button,
+// and the recipient-group screens with the saved-recipients file.
+#include "area/area_loader.h"
+#include "messages/recipients_file.h"
+#include "messages_e2e_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+constexpr char kRecipientsFile[] =
+    "/var/mobile/Library/Preferences/zorvel.recipients.plist";
+
+TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
+  start();
+  run([&] {
+    ASSERT_EQ(app_->list->conversations.size(), 4u);
+    EXPECT_EQ(row(0)->fromLabel->text(), "Wei Zhang");
+    EXPECT_EQ(areaLabel(0)->text(), area("13800138000"));
+    EXPECT_EQ(areaLabel(3)->text(), area("13701234567"));
+    EXPECT_FALSE(areaLabel(3)->text().empty());
+    auto from = row(3)->fromLabel->frame();
+    EXPECT_EQ(areaLabel(3)->frame().origin.x,
+              from.origin.x + from.size.width + 6);
+    EXPECT_EQ(from.origin.x, 90);  // beside the picture and the unread dot
+    EXPECT_EQ(row(1)->fromLabel->frame().origin.x, 70);
+    EXPECT_EQ(row(0)->summaryLabel->frame().origin.x, 70);
+    EXPECT_EQ(row(0)->separatorInset().left, 70);
+    // The stranger has the placeholder, tagged -1.
+    EXPECT_EQ(row(3)->imageView()->tag(), -1);
+    EXPECT_EQ(row(3)->imageView()->cornerRadius(), 25);
+    EXPECT_EQ(row(3)->imageView()->scale(), 0.8);
+  });
+  // Wei's picture arrived from the background fetch.
+  run([&] {
+    auto image = row(0)->imageView();
+    EXPECT_EQ(image->tag(), ZVSMSController::recordTag(1));
+    ASSERT_NE(image->image(), nullptr);
+    EXPECT_NE(image->image(),
+              ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
+  });
+}
+
+TEST_F(MessagesE2ETest, ContactsShowNoAreaUnderOnlyStrangers) {
+  settings_["AreaOnlyStrangers"] = Value(true);
+  start();
+  run([&] {
+    EXPECT_EQ(areaLabel(0)->text(), "");
+    EXPECT_EQ(areaLabel(1)->text(), "");
+    EXPECT_EQ(areaLabel(3)->text(), area("13701234567"));
+  });
+}
+
+TEST_F(MessagesE2ETest, LongSenderNameLeavesTheAreaNoWidth) {
+  start();
+  run([&] {
+    auto label = areaLabel(2);
+    ASSERT_FALSE(label->text().empty());
+    EXPECT_EQ(label->frame().size.width, 0);
+    EXPECT_GE(label->frame().origin.x, row(2)->dateLabel->frame().origin.x);
+  });
+}
+
+TEST_F(MessagesE2ETest, BigScreensKeepTheHostsListLook) {
+  start("8.1", "4.7");
+  run([&] {
+    EXPECT_EQ(row(0)->imageView()->image(), nullptr);
+    EXPECT_EQ(row(0)->fromLabel->frame().origin.x, 15);
+    EXPECT_FALSE(areaLabel(0)->text().empty());  // areas still show
+  });
+}
+
+TEST_F(MessagesE2ETest, ConversationShowsPicturesBesideMessages) {
+  start();
+  run([&] {
+    auto t = app_->openConversation(0);
+    ASSERT_NE(t, nullptr);
+    auto& cells = t->collection->cells;
+    ASSERT_EQ(cells.size(), 2u);
+    for (const auto& cell : cells) {
+      ASSERT_NE(cell->contactImage, nullptr);
+      EXPECT_TRUE(cell->wantsContactImageLayout);
+      EXPECT_EQ(cell->contactImage->pixelWidth(), 56);
+      EXPECT_EQ(cell->contactImageView->cornerRadius(), 14);
+    }
+    // A stranger's messages get no picture.
+    app_->back();
+    auto stranger = app_->openConversation(3);
+    EXPECT_EQ(stranger->collection->cells[0]->contactImage, nullptr);
+    // Nor does the Group button appear on a conversation.
+    EXPECT_EQ(stranger->navigationItem()->leftBarButtonItem, nullptr);
+  });
+}
+
+TEST_F(MessagesE2ETest, GroupButtonOnlyOnNewMessagesAndNeverOverALeftButton) {
+  start();
+  run([&] {
+    auto composer = app_->newMessage();
+    auto item = composer->navigationItem()->leftBarButtonItem;
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->title, "Group");
+    auto other = ui::UIBarButtonItem::make(
+        "Edit", ui::BarButtonItemStyle::Plain, nullptr);
+    composer->navigationItem()->leftBarButtonItem = other;
+    composer->toField->add("10086");  // the host updates its buttons
+    EXPECT_EQ(composer->navigationItem()->leftBarButtonItem, other);
+  });
+  settings_["SMSSelectGroup"] = Value(false);
+  start();
+  run([&] {
+    EXPECT_EQ(app_->newMessage()->navigationItem()->leftBarButtonItem, nullptr);
+  });
+}
+
+TEST_F(MessagesE2ETest, ChosenNumbersReplaceTheComposersRecipients) {
+  for (const char* version : {"8.1", "7.1"}) {
+    SCOPED_TRACE(version);
+    start(version);
+    run([&] {
+      auto composer = app_->newMessage();
+      composer->toField->add("10086");
+      composer->toField->add("13800138000");
+      ASSERT_TRUE(composer->navigationItem()->leftBarButtonItem->press());
+      auto g = groupScreen();
+      ASSERT_NE(g, nullptr);
+      EXPECT_EQ(g->title, "Group");
+      g->tableView()->reloadData();
+      EXPECT_EQ(g->visibleCell({2, 0})->textLabel()->text(),
+                "Save Recipients  (2)");
+      EXPECT_EQ(g->visibleCell({0, 1})->textLabel()->text(), "Family");
+      ASSERT_TRUE(g->tapRow({0, 1}));
+      auto list = checklist();
+      ASSERT_NE(list, nullptr);
+      EXPECT_EQ(list->title, "Family (0/50)");
+      ASSERT_EQ(list->list().size(), 2u);
+      list->tapRow({0, 1});
+      EXPECT_EQ(list->title, "Family (1/50)");
+      list->navigationItem()->rightBarButtonItem->press();
+      EXPECT_EQ(composerAddresses(), (std::vector<std::string>{"13912345678"}));
+      EXPECT_EQ(composer->toField->recipients[0]->compositeName, "Anna Smith");
+      EXPECT_EQ(groupScreen(), nullptr);  // dismissed
+    });
+  }
+}
+
+TEST_F(MessagesE2ETest, SavingReplacesByNameAndDeletingRewritesTheFile) {
+  ASSERT_TRUE(plist::writeFile(
+      root_ + kRecipientsFile,
+      Value(Dict{{"Team", recipients_file::listValue({{"1", "", ""}})},
+                 {"Old", recipients_file::listValue({{"2", "", ""}})}})));
+  start();
+  run([&] {
+    auto composer = app_->newMessage();
+    composer->toField->add("13800138000");
+    composer->toField->add("10086");
+    composer->navigationItem()->leftBarButtonItem->press();
+    auto g = groupScreen();
+    g->tableView()->reloadData();
+    ASSERT_TRUE(g->tapRow({2, 0}));
+    auto alert = proc_->openAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->tag, 10086);
+    alert->inputText = "Team";
+    proc_->pressAlertButton(1);
+    auto file = plist::readDictionary(root_ + kRecipientsFile);
+    ASSERT_TRUE(file);
+    EXPECT_EQ((*file)["Team"],
+              recipients_file::listValue(
+                  {{"13800138000", "Wei Zhang", "mobile"}, {"10086", "", ""}}));
+    EXPECT_EQ(g->visibleCell({1, 1})->detailTextLabel()->text(), "2");
+
+    ASSERT_TRUE(g->commitDelete({1, 0}));  // "Old"
+    file = plist::readDictionary(root_ + kRecipientsFile);
+    EXPECT_EQ(file->size(), 1u);
+    EXPECT_EQ(file->count("Old"), 0u);
+    EXPECT_EQ(g->deletions().back().animation, ui::RowAnimation::Automatic);
+    EXPECT_EQ(g->savedRecipientsNames(), (std::vector<std::string>{"Team"}));
+  });
+}
+
+TEST_F(MessagesE2ETest, FiftyOneNumbersLetFiftyBeChosen) {
+  std::vector<SMSRecipient> many;
+  for (int i = 0; i < 51; ++i)
+    many.push_back({"1390000" + std::to_string(1000 + i), "", ""});
+  ASSERT_TRUE(plist::writeFile(
+      root_ + kRecipientsFile,
+      Value(Dict{{"Many", recipients_file::listValue(many)}})));
+  start();
+  run([&] {
+    app_->newMessage()->navigationItem()->leftBarButtonItem->press();
+    auto g = groupScreen();
+    g->tableView()->reloadData();
+    g->tapRow({1, 0});
+    auto list = checklist();
+    for (size_t r = 0; r < 51; ++r) list->tapRow({0, r});
+    EXPECT_EQ(list->selects().size(), 50u);
+    EXPECT_EQ(list->title, "Many (50/50)");
+    EXPECT_EQ(list->visibleCell({0, 50})->imageView()->image(),
+              list->notcheckedImage());
+    list->navigationItem()->rightBarButtonItem->press();
+    EXPECT_EQ(app_->composer()->toField->recipients.size(), 50u);
+  });
+}
+
+TEST_F(MessagesE2ETest, DamagedRecipientsFileStillOpensAndSavesAValidFile) {
+  const Dict good{{"Good", recipients_file::listValue({{"1", "A", "x"}})}};
+  const std::string xml = plist::toXml(Value(good));
+  for (const std::string& bytes : {xml.substr(0, xml.size() - 20),
+                                   std::string("\x01\x02garbage\xff", 10)}) {
+    write(kRecipientsFile, bytes);
+    start();
+    run([&] {
+      auto composer = app_->newMessage();
+      composer->toField->add("10086");
+      composer->navigationItem()->leftBarButtonItem->press();
+      auto g = groupScreen();
+      ASSERT_NE(g, nullptr);
+      EXPECT_TRUE(g->savedRecipientsNames().empty());
+      g->tableView()->reloadData();
+      g->tapRow({2, 0});
+      proc_->openAlert()->inputText = "New";
+      proc_->pressAlertButton(1);
+      EXPECT_EQ(
+          *plist::readDictionary(root_ + kRecipientsFile),
+          (Dict{{"New", recipients_file::listValue({{"10086", "", ""}})}}));
+    });
+  }
+  // Good and bad lists: the good one survives the next save.
+  Dict mixed = good;
+  mixed["Bad"] = Value(Array{Value(42)});
+  ASSERT_TRUE(plist::writeFile(root_ + kRecipientsFile, Value(mixed)));
+  start();
+  run([&] {
+    auto composer = app_->newMessage();
+    composer->toField->add("10086");
+    composer->navigationItem()->leftBarButtonItem->press();
+    auto g = groupScreen();
+    EXPECT_EQ(g->savedRecipientsNames(), (std::vector<std::string>{"Good"}));
+    g->tableView()->reloadData();
+    g->tapRow({2, 0});
+    proc_->openAlert()->inputText = "New";
+    proc_->pressAlertButton(1);
+    Dict expected = good;
+    expected["New"] = recipients_file::listValue({{"10086", "", ""}});
+    EXPECT_EQ(*plist::readDictionary(root_ + kRecipientsFile), expected);
+  });
+}
+
+}  // namespace
+}  // namespace zv::testing

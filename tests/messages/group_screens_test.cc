@@ -1,0 +1,330 @@
+// The recipient-group screen and its checklist: sources from the address
+// book and the saved-recipients file, saving and deleting lists, the
+// checklist's limit and title, and a damaged saved-recipients file.
+#include <filesystem>
+
+#include "area/area_loader.h"
+#include "messages/group_view_controller.h"
+#include "messages/recipients_file.h"
+#include "messages_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+using Group = ZVSMSGroupViewController;
+using Checklist = ZVSMSSelectContactsViewController;
+
+const std::vector<SMSRecipient> kTwo{{"13800138000", "Li Lei", "mobile"},
+                                     {"10086", "", ""}};
+
+Value list(std::initializer_list<SMSRecipient> recipients) {
+  return recipients_file::listValue(recipients);
+}
+
+class GroupScreensTest : public MessagesTest {
+ protected:
+  GroupScreensTest() {
+    writeCheckImages();
+    writeAddressBook(
+        {{"Wei",
+          "Zhang",
+          {{"13912345678", platform_schema::kLabelMobile},
+           {"010 6552 9988", platform_schema::kLabelHome}}},
+         {"Anna", "Smith", {{"+44 20 7946 0000", platform_schema::kLabelWork}}},
+         {"Nobody", "", {}}},
+        {{"Family", {1}}, {"", {}}, {"Work", {2, 1}}});
+  }
+  // A presented group screen in its navigation controller.
+  std::shared_ptr<Group> open(std::vector<SMSRecipient> recipients) {
+    auto group = Group::initWithRecipients(std::move(recipients));
+    nav_ = ui::UINavigationController::make(group);
+    presenter_ = ui::make<ui::UIViewController>();
+    presenter_->presentViewController(nav_, true);
+    group->tableView()->reloadData();
+    return group;
+  }
+  static std::string text(const std::shared_ptr<Group>& g, ui::IndexPath path) {
+    auto cell = g->visibleCell(path);
+    return cell ? cell->textLabel()->text() : "<none>";
+  }
+  static std::string detail(const std::shared_ptr<Group>& g,
+                            ui::IndexPath path) {
+    auto cell = g->visibleCell(path);
+    return cell ? cell->detailTextLabel()->text() : "<none>";
+  }
+  std::shared_ptr<Checklist> checklist() {
+    return std::dynamic_pointer_cast<Checklist>(nav_->topViewController());
+  }
+  void pressSave(const std::string& name, int button = 1) {
+    auto alert = process_->openAlert();
+    ASSERT_NE(alert, nullptr);
+    alert->inputText = name;
+    process_->pressAlertButton(button);
+  }
+  void writeRaw(const std::string& bytes) {
+    writeDeviceFile(kRecipientsFile, bytes);
+  }
+
+  std::shared_ptr<ui::UINavigationController> nav_;
+  std::shared_ptr<ui::UIViewController> presenter_;
+};
+
+TEST_F(GroupScreensTest, ThreeSectionsFromAddressBookAndSavedLists) {
+  ASSERT_TRUE(plist::writeFile(
+      root_ + kRecipientsFile,
+      Value(Dict{
+          {"Team", list({{"1", "A", "x"}, {"2", "B", "y"}, {"3", "C", "z"}})},
+          {"Band", list({{"4", "D", "w"}})}})));
+  launchMessages({}).run([&] {
+    auto g = open(kTwo);
+    auto& table = *g->tableView();
+    EXPECT_EQ(g->style(), ui::TableViewStyle::Grouped);
+    EXPECT_EQ(g->numberOfSectionsInTableView(table), 3u);
+    EXPECT_EQ(g->numberOfRowsInSection(table, 0), 4u);
+    EXPECT_EQ(g->numberOfRowsInSection(table, 1), 2u);
+    EXPECT_EQ(g->numberOfRowsInSection(table, 2), 1u);
+    EXPECT_EQ(g->addressBookCount(), 3);
+    EXPECT_EQ(text(g, {0, 0}), "All Contacts");
+    EXPECT_EQ(text(g, {0, 1}), "Family");
+    EXPECT_EQ(text(g, {0, 2}), "");
+    EXPECT_EQ(text(g, {0, 3}), "Work");
+    EXPECT_EQ(detail(g, {0, 1}), "");
+    auto cell = g->visibleCell({0, 1});
+    EXPECT_EQ(cell->reuseIdentifier(), "GroupCell");
+    EXPECT_EQ(cell->style(), ui::CellStyle::Value1);
+    EXPECT_EQ(cell->accessoryType, ui::CellAccessoryType::DisclosureIndicator);
+    EXPECT_EQ(text(g, {1, 0}), "Band");
+    EXPECT_EQ(detail(g, {1, 0}), "1");
+    EXPECT_EQ(text(g, {1, 1}), "Team");
+    EXPECT_EQ(detail(g, {1, 1}), "3");
+    auto button = g->visibleCell({2, 0});
+    EXPECT_EQ(button->reuseIdentifier(), "ButtonCell");
+    EXPECT_EQ(button->textLabel()->text(), "Save Recipients  (2)");
+    EXPECT_EQ(button->textLabel()->textColor(), (ui::Color{0, 0.478, 1, 1}));
+    EXPECT_EQ(button->textLabel()->textAlignment(), ui::TextAlignment::Center);
+    // Saved lists can be deleted, nothing else.
+    EXPECT_TRUE(g->canEditRowAtIndexPath(table, {1, 0}));
+    EXPECT_FALSE(g->canEditRowAtIndexPath(table, {0, 0}));
+    EXPECT_FALSE(g->commitDelete({0, 1}));
+    EXPECT_EQ(g->navigationItem()->leftBarButtonItem->title, "Cancel");
+    EXPECT_EQ(g->navigationItem()->rightBarButtonItem->title, "Edit");
+    g->navigationItem()->rightBarButtonItem->press();
+    EXPECT_TRUE(g->isEditing());
+    EXPECT_EQ(g->navigationItem()->rightBarButtonItem->title, "Done");
+    g->navigationItem()->leftBarButtonItem->press();
+    EXPECT_EQ(presenter_->presentedViewController(), nullptr);
+  });
+}
+
+TEST_F(GroupScreensTest, SourcesOpenAChecklistOfTheirNumbers) {
+  launchMessages({{"EnableArea", Value(true)}}).run([&] {
+    auto g = open({});
+    ASSERT_TRUE(g->tapRow({0, 3}));  // Work: Anna, then Wei's two numbers
+    auto c = checklist();
+    ASSERT_NE(c, nullptr);
+    EXPECT_EQ(c->title, "Work (0/50)");
+    ASSERT_EQ(c->list().size(), 3u);
+    EXPECT_EQ(c->list()[0],
+              (Checklist::Entry{"+44 20 7946 0000", "Anna Smith", "work"}));
+    EXPECT_EQ(c->list()[1],
+              (Checklist::Entry{"13912345678", "Wei Zhang", "mobile"}));
+    auto cell = c->visibleCell({0, 1});
+    ASSERT_NE(cell, nullptr);
+    EXPECT_EQ(cell->textLabel()->text(), "Wei Zhang");
+    const std::string area = ZVAreaLoader::sharedInstance()
+                                 ->getArea("13912345678", true, false)
+                                 .value_or("");
+    ASSERT_FALSE(area.empty());
+    EXPECT_EQ(cell->detailTextLabel()->text(), "mobile 13912345678 " + area);
+    EXPECT_EQ(cell->imageView()->image(), c->notcheckedImage());
+    ASSERT_NE(c->notcheckedImage(), nullptr);
+
+    nav_->popViewControllerAnimated(true);
+    ASSERT_TRUE(g->tapRow({0, 0}));
+    EXPECT_EQ(checklist()->title, "All Contacts (0/50)");
+    EXPECT_EQ(checklist()->list().size(), 3u);  // Nobody has no number
+  });
+}
+
+TEST_F(GroupScreensTest, ChecklistTogglesAndRefusesTheFiftyFirst) {
+  launchMessages({}).run([&] {
+    std::vector<Checklist::Entry> entries;
+    for (int i = 0; i < 52; ++i)
+      entries.push_back(
+          {"1390000" + std::to_string(1000 + i), "P" + std::to_string(i), ""});
+    SMSNumberSelection none;
+    auto c = Checklist::initWithList(entries, none);
+    c->titleName = "Many";
+    auto nav = ui::UINavigationController::make(c);
+    c->viewWillAppear(false);
+    c->tableView()->reloadData();
+    ASSERT_TRUE(c->tapRow({0, 0}));
+    EXPECT_EQ(c->title, "Many (1/50)");
+    EXPECT_EQ(c->visibleCell({0, 0})->imageView()->image(), c->checkedImage());
+    ASSERT_TRUE(c->tapRow({0, 0}));
+    EXPECT_EQ(c->title, "Many (0/50)");
+    EXPECT_EQ(c->visibleCell({0, 0})->imageView()->image(),
+              c->notcheckedImage());
+    for (size_t r = 0; r < 50; ++r) c->tapRow({0, r});
+    EXPECT_EQ(c->title, "Many (50/50)");
+    ASSERT_TRUE(c->tapRow({0, 50}));
+    EXPECT_EQ(c->selects().size(), 50u);
+    EXPECT_FALSE(c->selects().contains(entries[50][0]));
+    EXPECT_EQ(c->visibleCell({0, 50})->imageView()->image(),
+              c->notcheckedImage());
+    EXPECT_EQ(c->title, "Many (50/50)");
+    EXPECT_EQ(c->deselections().size(), 53u);  // every tap deselects
+    // Unchecking one makes room again.
+    c->tapRow({0, 3});
+    c->tapRow({0, 51});
+    EXPECT_TRUE(c->selects().contains(entries[51][0]));
+  });
+}
+
+TEST_F(GroupScreensTest, DoneHandsTheChoiceToTheDelegateAndDismisses) {
+  struct Delegate : ZVSMSGroupViewControllerDelegate {
+    void ZVSMSGroupViewControllerDone(ZVSMSGroupViewController& g) override {
+      got = g.selects.numbers();
+    }
+    std::vector<std::string> got;
+  };
+  launchMessages({}).run([&] {
+    auto d = std::make_shared<Delegate>();
+    auto g = open({});
+    g->delegate = d;
+    g->tapRow({0, 1});  // Family
+    checklist()->tapRow({0, 1});
+    checklist()->tapRow({0, 0});
+    checklist()->navigationItem()->rightBarButtonItem->press();
+    EXPECT_EQ(d->got,
+              (std::vector<std::string>{"010 6552 9988", "13912345678"}));
+    EXPECT_EQ(presenter_->presentedViewController(), nullptr);
+  });
+}
+
+TEST_F(GroupScreensTest, SavingStoresTheRecipientsOnceAndReplacesByName) {
+  ASSERT_TRUE(plist::writeFile(root_ + kRecipientsFile,
+                               Value(Dict{{"Team", list({{"1", "A", "x"}})}})));
+  launchMessages({}).run([&] {
+    auto g = open(kTwo);
+    ASSERT_TRUE(g->tapRow({2, 0}));
+    auto alert = process_->openAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->title, "Save Recipients");
+    EXPECT_EQ(alert->tag, 10086);
+    EXPECT_TRUE(alert->textInput);
+    EXPECT_EQ(alert->buttons(), (std::vector<std::string>{"Cancel", "Save"}));
+    // Cancel, and Save with no name, change nothing.
+    pressSave("Ignored", 0);
+    g->tapRow({2, 0});
+    pressSave("");
+    EXPECT_TRUE(g->hasRecipients());
+    EXPECT_EQ(recipientsFile()->size(), 1u);
+
+    g->tapRow({2, 0});
+    pressSave("Team");
+    auto file = recipientsFile();
+    ASSERT_TRUE(file);
+    EXPECT_EQ(*file, (Dict{{"Team", recipients_file::listValue(kTwo)}}));
+    EXPECT_FALSE(g->hasRecipients());
+    EXPECT_EQ(text(g, {1, 0}), "Team");
+    EXPECT_EQ(detail(g, {1, 0}), "2");
+    auto button = g->visibleCell({2, 0});
+    EXPECT_EQ(button->textLabel()->text(), "Save Recipients");
+    EXPECT_EQ(button->selectionStyle, ui::CellSelectionStyle::None);
+    // The recipients are gone: the button does nothing now.
+    const size_t shown = process_->alerts().size();
+    g->tapRow({2, 0});
+    EXPECT_EQ(process_->alerts().size(), shown);
+  });
+}
+
+TEST_F(GroupScreensTest, DeletingRewritesTheFileWithoutTheList) {
+  ASSERT_TRUE(plist::writeFile(
+      root_ + kRecipientsFile,
+      Value(Dict{{"A", list({{"1", "", ""}})}, {"B", list({{"2", "", ""}})}})));
+  launchMessages({}).run([&] {
+    auto g = open({});
+    // Another process added a list since the screen opened; it survives.
+    ASSERT_TRUE(plist::writeFile(root_ + kRecipientsFile,
+                                 Value(Dict{{"A", list({{"1", "", ""}})},
+                                            {"B", list({{"2", "", ""}})},
+                                            {"C", list({{"3", "", ""}})}})));
+    ASSERT_TRUE(g->commitDelete({1, 0}));
+    EXPECT_EQ(*recipientsFile(), (Dict{{"B", list({{"2", "", ""}})},
+                                       {"C", list({{"3", "", ""}})}}));
+    ASSERT_EQ(g->deletions().size(), 1u);
+    EXPECT_EQ(g->deletions()[0].animation, ui::RowAnimation::Automatic);
+    EXPECT_EQ(g->deletions()[0].paths, (std::vector<ui::IndexPath>{{1, 0}}));
+    EXPECT_EQ(text(g, {1, 0}), "B");
+    EXPECT_EQ(g->savedRecipientsNames(), (std::vector<std::string>{"B", "C"}));
+  });
+}
+
+TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyOrLoseOnlyTheirBadLists) {
+  const std::string good =
+      plist::toXml(Value(Dict{{"Good", list({{"1", "A", "x"}})}}));
+  const std::vector<std::pair<std::string, std::string>> damaged{
+      {"missing", ""},
+      {"truncated", good.substr(0, good.size() / 2)},
+      {"garbage", std::string("\x00\xff\x13\x37garbage\x01", 12)},
+      {"not a dictionary", plist::toXml(Value(Array{Value("x")}))},
+  };
+  for (const auto& [what, bytes] : damaged) {
+    SCOPED_TRACE(what);
+    std::filesystem::remove(root_ + kRecipientsFile);
+    if (what != "missing") writeRaw(bytes);
+    launchMessages({}).run([&] {
+      auto g = open(kTwo);
+      EXPECT_TRUE(g->savedRecipientsNames().empty());
+      g->tapRow({2, 0});
+      pressSave("New");
+      EXPECT_EQ(*recipientsFile(),
+                (Dict{{"New", recipients_file::listValue(kTwo)}}));
+    });
+  }
+
+  // Bad values among good ones: only the bad go.
+  ASSERT_TRUE(plist::writeFile(
+      root_ + kRecipientsFile,
+      Value(Dict{
+          {"Good", list({{"1", "A", "x"}})},
+          {"Text", Value("not a list")},
+          {"Numbers", Value(Array{Value(Array{Value(1), Value(2), Value(3)})})},
+          {"Short", Value(Array{Value(Array{Value("1"), Value("A")})})},
+          {"Mixed",
+           Value(Array{Value(Array{Value("2"), Value("B"), Value("y")}),
+                       Value("stray"),
+                       Value(Array{Value("3"), Value("C"), Value("z"),
+                                   Value("extra")})})}})));
+  launchMessages({}).run([&] {
+    auto g = open(kTwo);
+    EXPECT_EQ(g->savedRecipientsNames(),
+              (std::vector<std::string>{"Good", "Mixed"}));
+    EXPECT_EQ(detail(g, {1, 1}), "2");
+    g->tapRow({1, 1});
+    EXPECT_EQ(checklist()->list().size(), 2u);
+    nav_->popViewControllerAnimated(false);
+    g->tapRow({2, 0});
+    pressSave("New");
+    EXPECT_EQ(*recipientsFile(),
+              (Dict{{"Good", list({{"1", "A", "x"}})},
+                    {"Mixed", list({{"2", "B", "y"}, {"3", "C", "z"}})},
+                    {"New", recipients_file::listValue(kTwo)}}));
+  });
+}
+
+TEST_F(GroupScreensTest, WithoutAnAddressBookOnlyAllContactsShows) {
+  std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
+  launchMessages({}).run([&] {
+    auto g = open(kTwo);
+    EXPECT_EQ(g->numberOfRowsInSection(*g->tableView(), 0), 1u);
+    EXPECT_EQ(text(g, {0, 0}), "All Contacts");
+    ASSERT_TRUE(g->tapRow({0, 0}));
+    EXPECT_TRUE(checklist()->list().empty());
+    EXPECT_EQ(checklist()->title, "All Contacts (0/50)");
+  });
+}
+
+}  // namespace
+}  // namespace zv::testing

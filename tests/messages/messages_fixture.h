@@ -1,0 +1,224 @@
+// A Messages process on a device with the China area database, a fake
+// Messages host behind ZVSMSHost, and helpers that write the address book
+// (people, numbers, groups, pictures) and the check-mark images.
+#pragma once
+
+#include <map>
+
+#include "support/device_db.h"
+#include "dialer/dialer_fixture.h"
+#include "messages/sms_controller.h"
+#include "platform/db/platform_schema.h"
+
+namespace zv::testing {
+
+struct FakeRecord : ABPersonRecord {
+  FakeRecord(int32_t id, bool image) : id(id), image(image) {}
+  int32_t recordId() const override { return id; }
+  bool hasImageData() const override { return image; }
+  std::string copyImageData(int) const override { return ""; }
+  int32_t id;
+  bool image;
+};
+
+// A conversation of the fake host: its recipient and unread state.
+struct FakeConversation : rt::Object {
+  using rt::Object::Object;
+  std::string address;
+  std::shared_ptr<FakeRecord> record;
+  bool unread = false, unreadi = false;
+};
+
+// A conversation-list cell with the host's labels, or a transcript cell.
+struct FakeListCell {
+  std::shared_ptr<ui::UITableViewCell> cell;
+  std::shared_ptr<ui::UILabel> from, date, summary;
+  std::shared_ptr<ui::UIImageView> unread;
+  bool editing = false;
+};
+struct FakeMessageCell : rt::Object {
+  using rt::Object::Object;
+  int orientation = 0;
+  bool wantsLayout = false;
+  ui::ImagePtr contactImage;
+  std::shared_ptr<ui::UIImageView> contactImageView = ui::make<ui::UIImageView>();
+};
+// The composer: a view controller with a recipient field.
+struct FakeComposer : ui::UIViewController {
+  using ui::UIViewController::UIViewController;
+  bool newRecipient = true;
+  std::vector<SMSRecipient> recipients;
+  std::vector<std::string> calls;  // what the controller did to the field
+  int32_t record = -1;             // the transcript's recipient
+};
+
+class FakeSMSHost : public ZVSMSHost {
+ public:
+  FakeListCell& addListCell() {
+    FakeListCell c;
+    c.cell = ui::UITableViewCell::make(ui::CellStyle::Subtitle, "cell");
+    c.cell->setFrame({{0, 0}, {320, 76}});
+    c.from = ui::make<ui::UILabel>();
+    c.from->setFrame({{15, 10}, {200, 20}});
+    c.date = ui::make<ui::UILabel>();
+    c.date->setFrame({{250, 10}, {60, 20}});
+    c.summary = ui::make<ui::UILabel>();
+    c.summary->setFrame({{15, 20}, {290, 40}});
+    c.unread = ui::make<ui::UIImageView>();
+    c.unread->setFrame({{3, 30}, {10, 10}});
+    for (auto v : {c.from, c.date, c.summary}) c.cell->contentView()->addSubview(v);
+    c.cell->contentView()->addSubview(c.unread);
+    auto key = c.cell.get();
+    return cells_[key] = std::move(c);
+  }
+  FakeListCell& parts(const rt::Id& cell) { return cells_.at(cell.get()); }
+
+  std::shared_ptr<ui::UITableViewCell> listCell(const rt::Id& cell) override {
+    return std::dynamic_pointer_cast<ui::UITableViewCell>(cell);
+  }
+  std::shared_ptr<ui::UILabel> fromLabel(const rt::Id& c) override { return find(c).from; }
+  std::shared_ptr<ui::UILabel> dateLabel(const rt::Id& c) override { return find(c).date; }
+  std::shared_ptr<ui::UILabel> summaryLabel(const rt::Id& c) override { return find(c).summary; }
+  std::shared_ptr<ui::UIView> unreadIndicator(const rt::Id& c) override { return find(c).unread; }
+  bool isEditing(const rt::Id& c) override { return find(c).editing; }
+
+  std::string recipientAddress(const rt::Id& v) override { return conv(v).address; }
+  std::shared_ptr<const ABPersonRecord> recipientRecord(const rt::Id& v) override {
+    return conv(v).record;
+  }
+  bool hasUnreadMessages(const rt::Id& v) override { return conv(v).unread; }
+  bool hasUnreadiMessages(const rt::Id& v) override { return conv(v).unreadi; }
+
+  bool isMessageCell(const rt::Id& c) override { return rt::as<FakeMessageCell>(c) != nullptr; }
+  ui::ImagePtr contactImage(const rt::Id& c) override { return msg(c).contactImage; }
+  int orientation(const rt::Id& c) override { return msg(c).orientation; }
+  void setWantsContactImageLayout(const rt::Id& c, bool w) override { msg(c).wantsLayout = w; }
+  void setContactImage(const rt::Id& c, ui::ImagePtr i) override { msg(c).contactImage = i; }
+  std::shared_ptr<ui::UIView> contactImageView(const rt::Id& c) override {
+    return msg(c).contactImageView;
+  }
+  int32_t transcriptRecordId(const rt::Id& t) override { return composer(t).record; }
+
+  bool isNewRecipient(const rt::Id& t) override { return composer(t).newRecipient; }
+  std::shared_ptr<ui::UINavigationItem> navigationItem(const rt::Id& t) override {
+    return composer(t).navigationItem();
+  }
+  std::shared_ptr<ui::UIViewController> presentingController(const rt::Id& t) override {
+    return std::dynamic_pointer_cast<ui::UIViewController>(t);
+  }
+  rt::Id toField(const rt::Id& t, bool compose) override {
+    composer(t).calls.push_back(compose ? "composeRecipientSelectionController"
+                                        : "recipientSelectionController");
+    return t;  // the composer stands in for its field
+  }
+  std::vector<SMSRecipient> recipients(const rt::Id& f) override { return composer(f).recipients; }
+  void removeAllRecipients(const rt::Id& f, bool modern) override {
+    composer(f).calls.push_back(modern ? "_removeAllRecipients" : "removeRecipients");
+    composer(f).recipients.clear();
+  }
+  void addAddress(const rt::Id& f, const std::string& a) override {
+    composer(f).calls.push_back("addAddress:" + a);
+    composer(f).recipients.push_back({a, "", ""});
+  }
+
+ private:
+  FakeListCell& find(const rt::Id& c) {
+    static FakeListCell none;
+    auto it = cells_.find(c.get());
+    return it == cells_.end() ? none : it->second;
+  }
+  static FakeConversation& conv(const rt::Id& v) { return dynamic_cast<FakeConversation&>(*v); }
+  static FakeMessageCell& msg(const rt::Id& c) { return dynamic_cast<FakeMessageCell&>(*c); }
+  static FakeComposer& composer(const rt::Id& t) { return dynamic_cast<FakeComposer&>(*t); }
+  std::map<const rt::Object*, FakeListCell> cells_;
+};
+
+// Screens: the 4-inch phone (pictures on) and the 4.7-inch one (off).
+inline platform::DeviceFacts fourInch(std::string version = "8.1") {
+  platform::DeviceFacts f;
+  f.systemVersion = std::move(version);
+  f.hardwareModel = "iPhone6,1";
+  f.screenPoints = {320, 568};
+  f.screenPixels = {640, 1136};
+  return f;
+}
+inline platform::DeviceFacts fourPointSevenInch() { return platform::DeviceFacts{}; }
+
+class MessagesTest : public DialerTest {
+ protected:
+  static constexpr const char* kRecipientsFile =
+      "/var/mobile/Library/Preferences/zorvel.recipients.plist";
+
+  platform::SimProcess& launchMessages(const Dict& settings,
+                                       platform::DeviceFacts facts = fourInch()) {
+    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
+    auto& p = world_.launch("com.apple.MobileSMS", facts);
+    process_ = &p;
+    p.run([&] {
+      host_ = std::make_shared<FakeSMSHost>();
+      ZVSMSController::sharedInstance()->setHost(host_);
+    });
+    return p;
+  }
+
+  std::shared_ptr<FakeConversation> conversation(std::string address, int32_t record = -1,
+                                                 bool image = false) {
+    auto v = rt::create<FakeConversation>(rt::registerClass("CKConversation"));
+    v->address = std::move(address);
+    if (record >= 0) v->record = std::make_shared<FakeRecord>(record, image);
+    return v;
+  }
+  std::shared_ptr<FakeComposer> composer() {
+    ui::uiClass("UIViewController");
+    return rt::create<FakeComposer>(
+        rt::registerClass("CKTranscriptController", "UIViewController"));
+  }
+
+  // The address book: people (first, last, numbers with label keys) and
+  // groups (name, member ids).
+  struct Person {
+    std::string first, last;
+    std::vector<std::pair<std::string, std::string>> numbers;
+  };
+  void writeAddressBook(const std::vector<Person>& people,
+                        const std::vector<std::pair<std::string, std::vector<int>>>& groups) {
+    const std::string file = root_ + platform_schema::kAddressBookPath;
+    ASSERT_TRUE(platform_schema::createDatabase(file, platform_schema::Database::kAddressBook));
+    std::string sql;
+    int uid = 1;
+    for (size_t i = 0; i < people.size(); ++i) {
+      const auto& p = people[i];
+      sql += "INSERT INTO ABPerson (ROWID,First,Last) VALUES (" + std::to_string(i + 1) + ",'" +
+             p.first + "','" + p.last + "');";
+      for (const auto& [number, label] : p.numbers) {
+        sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" + label + "');";
+        sql += "INSERT INTO ABMultiValue (UID,record_id,property,identifier,label,value) "
+               "VALUES (" +
+               std::to_string(uid) + "," + std::to_string(i + 1) + ",3," + std::to_string(uid) +
+               ",(SELECT ROWID FROM ABMultiValueLabel WHERE value='" + label + "'),'" + number +
+               "');";
+        ++uid;
+      }
+    }
+    for (size_t g = 0; g < groups.size(); ++g) {
+      sql += "INSERT INTO ABGroup (ROWID,Name) VALUES (" + std::to_string(g + 1) + ",'" +
+             groups[g].first + "');";
+      for (int member : groups[g].second)
+        sql += "INSERT INTO ABGroupMembers (group_id,member_type,member_id) VALUES (" +
+               std::to_string(g + 1) + ",0," + std::to_string(member) + ");";
+    }
+    execSql(file, "BEGIN;" + sql + "COMMIT;");
+  }
+  void writeCheckImages() {
+    writeDeviceFile("/Library/Zorvel/checked.png",
+                    ui::Image::filled(44, 44, 2, {0, 0, 255, 255}).encodePng());
+    writeDeviceFile("/Library/Zorvel/notchecked.png",
+                    ui::Image::filled(44, 44, 2, {200, 200, 200, 255}).encodePng());
+  }
+  std::optional<Dict> recipientsFile() { return plist::readDictionary(root_ + kRecipientsFile); }
+
+  std::shared_ptr<FakeSMSHost> host_;
+  platform::SimProcess* process_ = nullptr;
+};
+
+}  // namespace zv::testing

@@ -1,0 +1,203 @@
+// zorvel messages: a scripted session on the simulated Messages app. It
+// starts a Messages process on the device root (settings, contacts, groups,
+// messages database, area database), lets ZorvelInitializer install the
+// hooks, checks every action, then performs them in order and prints the
+// screen after each (text, or one JSON object per action with --json).
+// Rows and sections count from 1.
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "hooks/modules.h"
+#include "hosts/kit/host_kit.h"
+#include "hosts/messages/app.h"
+#include "hosts/messages/composer.h"
+#include "hostsdk/messages.h"
+#include "messages/group_view_controller.h"
+#include "platform/linux/linux_platform.h"
+#include "platform/sim/device_presets.h"
+#include "platform/sim/sim_platform.h"
+#include "tools/zorvel/command.h"
+#include "tools/zorvel/messages_screen.h"
+
+namespace zv::cli {
+namespace {
+
+struct MessagesOptions {
+  std::string root;
+  std::string screen = "4";
+  std::string os = "8.1";
+  bool json = false;
+  std::vector<std::string> actions;
+};
+
+struct Action {
+  std::string text, verb, argument;
+  size_t first = 0, second = 0;  // parsed row numbers
+};
+
+size_t parseRow(const std::string& text, const std::string& action) {
+  if (text.empty() ||
+      text.find_first_not_of("0123456789") != std::string::npos ||
+      text.size() > 6 || std::stoul(text) == 0)
+    throw CommandError("bad row in action " + action, 2);
+  return std::stoul(text);
+}
+
+// Checks one action's form; the session runs only when every action is good.
+Action parse(const std::string& text) {
+  Action a{text, text.substr(0, text.find(':')), ""};
+  if (text.size() > a.verb.size()) a.argument = text.substr(a.verb.size() + 1);
+  const bool bare = text.find(':') == std::string::npos;
+  if (a.verb == "list" || a.verb == "new" || a.verb == "group" ||
+      a.verb == "done" || a.verb == "cancel" || a.verb == "back") {
+    if (!bare) throw CommandError(a.verb + " takes no argument", 2);
+  } else if (a.verb == "open" || a.verb == "check" ||
+             a.verb == "delete-saved") {
+    a.first = parseRow(a.argument, text);
+  } else if (a.verb == "pick") {
+    auto colon = a.argument.find(':');
+    if (colon == std::string::npos)
+      throw CommandError("pick needs SECTION:ROW", 2);
+    a.first = parseRow(a.argument.substr(0, colon), text);
+    a.second = parseRow(a.argument.substr(colon + 1), text);
+  } else if (a.verb == "to" || a.verb == "save") {
+    if (a.argument.empty()) throw CommandError(a.verb + " needs a value", 2);
+  } else {
+    throw CommandError("unknown action " + text, 2);
+  }
+  return a;
+}
+
+platform::DeviceFacts deviceFor(const MessagesOptions& o) {
+  if (o.os != "7.1" && o.os != "8.1")
+    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
+                       2);
+  auto facts = platform::simulatedDevice(o.os, o.screen);
+  if (!facts)
+    throw CommandError(
+        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
+  return *facts;
+}
+
+class Session {
+ public:
+  Session(platform::SimProcess& proc, hosts::MessagesApplication& app)
+      : proc_(proc), app_(app) {}
+
+  void perform(const Action& a) {
+    auto top = app_.topController();
+    auto group = std::dynamic_pointer_cast<ZVSMSGroupViewController>(top);
+    auto checklist =
+        std::dynamic_pointer_cast<ZVSMSSelectContactsViewController>(top);
+    auto composer = app_.composer();
+    if (a.verb == "list") {
+      while (app_.back()) {
+      }
+    } else if (a.verb == "open") {
+      if (top != app_.list || !app_.openConversation(a.first - 1))
+        throw CommandError("open: no such conversation in the list");
+    } else if (a.verb == "new") {
+      if (top != app_.list) throw CommandError("new: only from the list");
+      app_.newMessage();
+    } else if (a.verb == "to") {
+      if (!composer || top != composer)
+        throw CommandError("to: no composer open");
+      rt::send(composer->toField, sdk::CKComposeRecipientView::addAddress,
+               a.argument);
+    } else if (a.verb == "group") {
+      if (!composer || top != composer)
+        throw CommandError("group: no composer open");
+      auto item = composer->navigationItem()->leftBarButtonItem;
+      if (!item || item->title != "Group" || !item->press())
+        throw CommandError("group: the composer has no Group button");
+    } else if (a.verb == "pick") {
+      if (!group || !group->tapRow({a.first - 1, a.second - 1}))
+        throw CommandError("pick: no such row on the group screen");
+    } else if (a.verb == "check") {
+      if (!checklist || !checklist->tapRow({0, a.first - 1}))
+        throw CommandError("check: no such row in a checklist");
+    } else if (a.verb == "done") {
+      if (!checklist) throw CommandError("done: no checklist open");
+      checklist->navigationItem()->rightBarButtonItem->press();
+    } else if (a.verb == "save") {
+      if (!group) throw CommandError("save: no group screen open");
+      if (!proc_.openAlert()) group->tapRow({2, 0});
+      auto alert = proc_.openAlert();
+      if (!alert) throw CommandError("save: nothing to save");
+      alert->inputText = a.argument;
+      proc_.pressAlertButton(1);
+    } else if (a.verb == "delete-saved") {
+      if (!group || !group->commitDelete({1, a.first - 1}))
+        throw CommandError("delete-saved: no such saved list");
+    } else if (a.verb == "cancel") {
+      if (proc_.openAlert()) {
+        proc_.pressAlertButton(0);
+      } else if (group) {
+        group->navigationItem()->leftBarButtonItem->press();
+      } else if (checklist) {
+        checklist->navigationController()->popViewControllerAnimated(true);
+      } else if (composer && top == composer) {
+        composer->navigationItem()->rightBarButtonItem->press();
+      } else {
+        throw CommandError("cancel: nothing to cancel");
+      }
+    } else if (a.verb == "back") {
+      if (checklist)
+        checklist->navigationController()->popViewControllerAnimated(true);
+      else if (!app_.back())
+        throw CommandError("back: already at the list");
+    }
+  }
+
+ private:
+  platform::SimProcess& proc_;
+  hosts::MessagesApplication& app_;
+};
+
+void run(const MessagesOptions& options) {
+  std::vector<Action> actions;
+  for (const auto& text : options.actions) actions.push_back(parse(text));
+  const auto facts = deviceFor(options);
+  applyRoot(options.root);
+  platform::SimWorld world(platform::LinuxPlatform::instance().root());
+  auto& proc = hosts::launchSimulated(world, hosts::messagesHost(), facts,
+                                      ZorvelInitializer);
+  world.advance(0.1);
+  auto app = proc.run([] { return hosts::MessagesApplication::shared(); });
+  MessagesScreen screen(proc, *app);
+  proc.run([&] { screen.capture(); });
+  for (const auto& action : actions) {
+    proc.run([&] { Session(proc, *app).perform(action); });
+    // Pictures fetched in the background land before the screen is read.
+    world.advance(0.1);
+    auto s = proc.run([&] { return screen.capture(); });
+    if (options.json) {
+      nlohmann::ordered_json out{{"action", action.text}};
+      out.update(s);
+      std::cout << out.dump() << "\n";
+    } else {
+      std::cout << "> " << action.text << "\n" << MessagesScreen::render(s);
+    }
+  }
+  std::cout.flush();
+  if (!std::cout) throw CommandError("cannot write the output");
+}
+
+Registration reg([](CLI::App& app) {
+  auto options = std::make_shared<MessagesOptions>();
+  auto* cmd = app.add_subcommand(
+      "messages", "run actions on the simulated Messages app and print it");
+  addRootOption(*cmd, options->root);
+  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
+  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
+  cmd->add_flag("--json", options->json, "one JSON object per action");
+  cmd->add_option("actions", options->actions,
+                  "list open:ROW new to:NUMBER group pick:SECTION:ROW "
+                  "check:ROW done save:NAME delete-saved:ROW cancel back")
+      ->required();
+  cmd->callback([options] { run(*options); });
+});
+
+}  // namespace
+}  // namespace zv::cli
