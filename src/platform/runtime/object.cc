@@ -94,6 +94,10 @@ const std::any* Object::ivar(std::string_view name) const {
 Runtime::Runtime() = default;
 
 Runtime::~Runtime() {
+  // Objects that die with the method tables (a hook's closure may hold the
+  // last reference to a controller) must not look into tables being torn
+  // down: from here on nothing is sent dealloc.
+  alive_.reset();
   // Class objects refer to classes; drop them first.
   class_objects_.clear();
 }
