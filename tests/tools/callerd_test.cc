@@ -12,6 +12,7 @@
 
 #include "devicegen/device_image.h"
 #include "platform/db/platform_schema.h"
+#include "platform/linux/notify_bus.h"
 #include "support/device_db.h"
 #include "support/device_files.h"
 #include "support/private_bus.h"
@@ -328,6 +329,21 @@ TEST_F(CallerdTest, AreaModeHangsUpStrangersFromBlockedAreasOnly) {
                std::vector<int64_t>{2};
       },
       2.0));
+}
+
+TEST_F(CallerdTest, ReloadsTheBlacklistOnItsNotification) {
+  start(Dict{{"EnableBlacklist", true}});
+  const auto first = ring(kContact);
+  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  terminate(first);
+  remove(first);
+  testing::writePlist(prefs("zorvel.black.plist"),
+                      Dict{{kContact, Value(true)}});
+  platform::NotifyBus::send(root_ + "/var/run/zorvel/notify",
+                            "ZVBlacklistChanged");
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  const auto second = ring(kContact);
+  EXPECT_TRUE(waitUntil([&] { return hangups(second) == 1; }, 1.0)) << output();
 }
 
 TEST_F(CallerdTest, BadCallsNeverStopTheService) {
