@@ -119,8 +119,10 @@ struct ModemTelephony::Impl {
             g_error_free(error);
             return;
           }
-          for (GList* l = calls; l; l = l->next)
-            listing->self->track(listing->modem, MM_CALL(l->data));
+          // (A modem that went meanwhile took its calls along.)
+          if (listing->self->modems.count(listing->modem))
+            for (GList* l = calls; l; l = l->next)
+              listing->self->track(listing->modem, MM_CALL(l->data));
           g_list_free_full(calls, g_object_unref);
         },
         new Listing{this, path});
