@@ -55,6 +55,34 @@ class FakeCallHost : public IncomingCallHost {
   void disposeSystemSound(uint32_t id) override {
     actions.push_back("dispose " + std::to_string(id));
   }
+  // The caller-information side is not what these tests look at: neutral
+  // answers.
+  int32_t status(const rt::Id&) override { return 4; }
+  rt::Id notificationObject(const rt::Id&) override { return nullptr; }
+  std::optional<std::string> incomingCallNumber(const rt::Id&) override {
+    return std::nullopt;
+  }
+  int32_t incomingCallerABUID(const rt::Id&) override { return -1; }
+  std::shared_ptr<ui::UIView> topLCDView(const rt::Id&) override {
+    return nullptr;
+  }
+  bool shouldCenterText(const rt::Id&) override { return false; }
+  void ringOrVibrate(const rt::Id&) override { actions.push_back("ring"); }
+  std::shared_ptr<ui::UIView> participantsView(const rt::Id&) override {
+    return nullptr;
+  }
+  std::vector<rt::Id> callGroups(const rt::Id&) override { return {}; }
+  std::vector<rt::Id> groupCalls(const rt::Id&) override { return {}; }
+  rt::Id callParticipantsViewController(const rt::Id&) override {
+    return nullptr;
+  }
+  std::string bulletinSectionID(const rt::Id&) override { return ""; }
+  std::optional<std::string> bulletinContactInfo(const rt::Id&) override {
+    return std::nullopt;
+  }
+  std::optional<double> bulletinDate(const rt::Id&) override {
+    return std::nullopt;
+  }
   bool installIncomingCallScreenHooks() override {
     actions.push_back("install");
     return screenClassExists;
