@@ -19,6 +19,7 @@
 #include "hooks/modules.h"
 #include "hostsdk/springboard.h"
 #include "hostsdk/telephony.h"
+#include "search/call_history.h"
 
 namespace zv {
 
@@ -57,6 +58,10 @@ void zvincomingcall_init() {
     using Id = const rt::Id&;
     using Text = std::optional<std::string>;
     const bool area = settings->EnableArea();
+    // On 8.x ring durations are saved by the in-call service; the banner's
+    // copy must follow its "ZVCallHistoryChanged".
+    if (area && settings->AreaNameNotification())
+      ZVCallHistory::regisiterChangedCallback();
     // clang-format off
     if (area && settings->AreaNameNotification()) after(k, sdk::BBBulletin::title, [c](Id self, std::string& title) { title = c->areaBulletin(self, title).value_or(""); });
     if (area && settings->AreaNameMore() && UIDevice::OSVersion() >= 8.0f) after(k, sdk::TUCall::localizedLabel, [c](Id self, Text& label) { label = c->areaTUCall(self, label); });
