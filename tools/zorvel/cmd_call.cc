@@ -1,10 +1,13 @@
 // zorvel call: a scripted session on the simulated call screens. It starts
-// the call-screen host of the system generation (the springboard on 7.x,
-// the in-call service on 8.x) on the device root with the extension
-// loaded, lets it run for 60 s of virtual time (--fresh: none) so that its
-// start-up retries have settled, then plays the actions as the network and
-// the user (see call_actions.h) and prints, after each, the calls, the call
-// screen and what happened (see call_screen.h). Time is virtual.
+// the call-screen host of the system generation (the springboard on 7.x;
+// on 8.x the in-call service and, beside it, the springboard that shows the
+// missed-call banners: two processes of one world on the one device root,
+// as on the device) with the extension loaded, lets them run for 60 s of
+// virtual time (--fresh: none) so that start-up retries have settled, then
+// plays the actions as the network and the user (see call_actions.h) and
+// prints, after each, the calls, the call screen and what happened (see
+// call_screen.h). Time is virtual; files land on the device root, so a
+// later command sees what this one saved.
 #include <algorithm>
 #include <iostream>
 
@@ -63,9 +66,14 @@ std::optional<platform::CallId> newestCall(
 
 class Session {
  public:
+  // `springboard` is the springboard beside an 8.x in-call service, or
+  // null.
   Session(platform::SimWorld& world, platform::SimProcess& process,
-          hosts::CallScreenHost& host)
-      : world_(world), process_(process), host_(host) {}
+          hosts::CallScreenHost& host, platform::SimProcess* springboard)
+      : world_(world),
+        process_(process),
+        host_(host),
+        springboard_(springboard) {}
 
   // Performs one action; returns a note when it found nothing to act on.
   std::optional<std::string> perform(const CallAction& a) {
@@ -117,6 +125,7 @@ class Session {
       case Kind::Lock:
       case Kind::Unlock:
         process_.run([&] { host_.setLocked(a.kind == Kind::Lock); });
+        if (springboard_) springboard_->run([&] { lockSpringboard(a); });
         return std::nullopt;
       case Kind::Notify:
         process_.post(a.name, platform::Scope::System);
@@ -135,9 +144,15 @@ class Session {
     return std::nullopt;
   }
 
+  static void lockSpringboard(const CallAction& a) {
+    if (auto sb = hosts::SpringBoardApplication::shared())
+      sb->setLocked(a.kind == Kind::Lock);
+  }
+
   platform::SimWorld& world_;
   platform::SimProcess& process_;
   hosts::CallScreenHost& host_;
+  platform::SimProcess* springboard_;
 };
 
 void run(const CallOptions& options) {
@@ -156,6 +171,11 @@ void run(const CallOptions& options) {
       world,
       springboard ? hosts::springboardHost() : hosts::inCallServiceHost(),
       facts, ZorvelInitializer);
+  // On 8.x the missed-call banners are the springboard's.
+  platform::SimProcess* beside =
+      springboard ? nullptr
+                  : &hosts::launchSimulated(world, hosts::springboardHost(),
+                                            facts, ZorvelInitializer);
   world.advance(options.fresh ? 0 : kSettleSeconds);
   auto* host = process.run([]() -> hosts::CallScreenHost* {
     return dynamic_cast<hosts::CallScreenHost*>(
@@ -165,7 +185,7 @@ void run(const CallOptions& options) {
   CallScreen screen(world, *host);
   screen.skipEvents();  // what start-up did is not news
 
-  Session session(world, process, *host);
+  Session session(world, process, *host, beside);
   for (const auto& action : actions) {
     auto note = session.perform(action);
     world.advance(0);
