@@ -1,5 +1,6 @@
 #include "hosts/springboard/app.h"
 
+#include "hosts/springboard/controlcenter_app.h"
 #include "hostsdk/springboard.h"
 #include "platform/db/contact_lookup.h"
 #include "platform/db/platform_schema.h"
@@ -16,8 +17,9 @@ using ui::self;
 void registerSpringBoardClasses() {
   // The platform's telephony classes, which the call screens talk to.
   platform::registerTelephonyClasses(rt::runtime());
-  rt::registerClass<SpringBoardApplication>(sdk::SpringBoard::kName,
-                                            "UIApplication");
+  registerControlCenterClasses();
+  registerLockButton(rt::registerClass<SpringBoardApplication>(
+      sdk::SpringBoard::kName, "UIApplication"));
   // The user agent answers for the running springboard.
   rt::registerClass(sdk::SBUserAgent::kName);
   rt::define(sdk::SBUserAgent::sharedUserAgent, [](const rt::Id&) {
@@ -113,6 +115,7 @@ void SpringBoardApplication::callChanged(const rt::Id& call) {
 }
 
 void SpringBoardApplication::didFinishLaunching() {
+  controlCenter = ControlCenterViewController::make();
   user_agent_ = rt::create(rt::getClass(sdk::SBUserAgent::kName));
   status_bar_ =
       rt::create(rt::getClass(sdk::SBStatusBarStateAggregator::kName));

@@ -5,7 +5,9 @@
 // presented through the runtime so the banner shows the title the bulletin
 // answers) and, on 7.x, the incoming-call screens
 // (hosts/springboard/incoming_call.h). Other parts of the springboard live
-// in files of their own beside these.
+// in files of their own beside these: the Control Centre
+// (hosts/springboard/controlcenter.h) and the lock button
+// (hosts/springboard/controlcenter_app.h).
 //
 // A missed call is an incoming call that ends without being answered; its
 // bulletin (section "com.apple.mobilephone") is titled with the caller as
@@ -23,6 +25,7 @@
 
 #include "hosts/kit/call_screens.h"
 #include "hosts/kit/host_kit.h"
+#include "hosts/springboard/controlcenter.h"
 #include "hosts/springboard/incoming_call.h"
 #include "platform/ui/application.h"
 
@@ -43,6 +46,8 @@ class SpringBoardApplication : public ui::UIApplication, public CallScreenHost {
   const rt::Id& userAgent() const { return user_agent_; }
   // SBStatusBarStateAggregator's sharedInstance.
   const rt::Id& statusBar() const { return status_bar_; }
+  // The Control Centre, made at launch.
+  std::shared_ptr<ControlCenterViewController> controlCenter;
   // The 7.x incoming-call screens; null on 8.x, where the in-call service
   // shows calls.
   IncomingCallScreens* incomingCalls() { return incoming_.get(); }
