@@ -293,8 +293,11 @@ void InCallServiceApplication::callChanged(const rt::Id& call) {
   if (screen_ && !anyLive) {
     decline_button_ = false;
     if (auto root = std::dynamic_pointer_cast<InCallRootViewController>(
-            std::exchange(screen_, nullptr)))
+            std::exchange(screen_, nullptr))) {
       ui::sendWillDisappear(root, true);
+      // The service lets the screen go; its last message is dealloc.
+      rt::send(rt::Id(root), Actual::dealloc);
+    }
   } else {
     updateScreen();
     layOutAnswerButtons();
