@@ -157,7 +157,7 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
        {root + "incoming:10010 bogus", root + "incoming:1:contact=x",
         root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
         root + "wait:soon", root + "notify:", root + "outgoing:",
-        root + "--os 9.0 answer", root + "--screen 6 answer",
+        root + "message:", root + "--os 9.0 answer", root + "--screen 6 answer",
         std::string("--root '") + root_ + "/none' incoming:10010"}) {
     SCOPED_TRACE(args);
     std::string out, err;

@@ -9,11 +9,15 @@
 // call_screen.h). Time is virtual; files land on the device root, so a
 // later command sees what this one saved.
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "hooks/modules.h"
 #include "hosts/incallservice/app.h"
 #include "hosts/springboard/app.h"
+#include "platform/db/call_records.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
@@ -37,6 +41,24 @@ struct CallOptions {
 
 // How long the host has been running when the session begins.
 constexpr double kSettleSeconds = 60;
+// The virtual clock's start on a device without calls.
+constexpr double kFirstEpoch = 1416182400.0;
+
+// Sessions on one device root follow each other: the clock starts an hour
+// after the newest call in the device's call history, so that calls of
+// separate sessions never share a date (nor a ring duration's key).
+double sessionEpoch(const std::string& root, const std::string& os) {
+  namespace schema = platform_schema;
+  const auto which = schema::callHistoryDatabase(os);
+  sql::Database db(root + schema::callHistoryPath(which));
+  const bool store = which == schema::Database::kCallHistoryStore;
+  sql::Statement newest(db, store ? "SELECT MAX(ZDATE) FROM ZCALLRECORD"
+                                  : "SELECT MAX(date) FROM call");
+  if (!newest.step() || newest.isNull(0)) return kFirstEpoch;
+  const double date =
+      newest.real(0) + (store ? schema::kReferenceDateOffset : 0);
+  return std::max(kFirstEpoch, std::ceil(date) + 3600);
+}
 
 platform::DeviceFacts deviceFor(const CallOptions& o) {
   if (o.os != "7.1" && o.os != "8.1")
@@ -130,6 +152,19 @@ class Session {
       case Kind::Notify:
         process_.post(a.name, platform::Scope::System);
         return std::nullopt;
+      case Kind::Message:
+        (springboard_ ? *springboard_ : process_).run([&] {
+          hosts::SpringBoardApplication::shared()->messageReceived(*a.number,
+                                                                   "");
+        });
+        return std::nullopt;
+      case Kind::Keypad:
+        return process_.run([]() -> std::optional<std::string> {
+          auto ics = hosts::InCallServiceApplication::shared();
+          if (!ics || !ics->participants()) return "no call screen keypad";
+          ics->showKeypad();
+          return std::nullopt;
+        });
     }
     return std::nullopt;
   }
@@ -165,7 +200,8 @@ void run(const CallOptions& options) {
     throw CommandError(e.what(), 2);
   }
 
-  platform::SimWorld world(platform::LinuxPlatform::instance().root());
+  const std::string root = platform::LinuxPlatform::instance().root();
+  platform::SimWorld world(root, sessionEpoch(root, options.os));
   const bool springboard = options.os == "7.1";
   auto& process = hosts::launchSimulated(
       world,
@@ -221,7 +257,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("actions", options->actions,
                   "incoming:NUMBER[:contact=ID][:platform-blocked] answer "
                   "decline hangup outgoing:NUMBER connect hold resume end "
-                  "wait:SECONDS lock unlock notify:NAME")
+                  "wait:SECONDS lock unlock notify:NAME message:NUMBER keypad")
       ->required();
   cmd->callback([options] { run(*options); });
 });
