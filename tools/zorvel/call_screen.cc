@@ -32,7 +32,6 @@ std::string joined(const ordered_json& lines) {
   return out;
 }
 
-
 // The id and the file of every sound made from a file so far.
 std::map<std::string, std::string> soundFiles(
     const std::vector<platform::SimEvent>& events) {
