@@ -62,6 +62,10 @@ void registerIncomingCallClass();
 class IncomingCallScreens {
  public:
   IncomingCallScreens() = default;
+  // A screen kept alive elsewhere (a delayed ring) no longer reports here.
+  ~IncomingCallScreens() {
+    if (screen_) screen_->onRing = nullptr;
+  }
   IncomingCallScreens(const IncomingCallScreens&) = delete;
   IncomingCallScreens& operator=(const IncomingCallScreens&) = delete;
 
