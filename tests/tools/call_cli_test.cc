@@ -8,8 +8,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "support/sim_fixture.h"
 #include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
@@ -35,10 +35,11 @@ class CallCliTest : public ::testing::Test {
   }
   void TearDown() override { fs::remove_all(root_); }
 
-  int run(const std::string& args, std::string& out, std::string& err) {
+  int run(const std::string& args, std::string& out, std::string& err,
+          const std::string& subcommand = "call") {
     const std::string errPath = root_ + ".stderr";
     std::string command =
-        "'" + binary_ + "' call " + args + " 2>'" + errPath + "'";
+        "'" + binary_ + "' " + subcommand + " " + args + " 2>'" + errPath + "'";
     FILE* pipe = popen(command.c_str(), "r");
     char buf[4096];
     size_t n;
@@ -101,6 +102,37 @@ TEST_F(CallCliTest, BlockedCallsAreHungUpAndRemindedOnBothGenerations) {
   }
 }
 
+// On 8.x the in-call service measures the ring and the springboard beside
+// it shows the banner; the saved ring time is on the device root for the
+// next command's Recents.
+TEST_F(CallCliTest, MissedCallRingTimeOnEightReachesBannerAndNextCommand) {
+  testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                      Dict{{"CallHistoryRingDuration", true},
+                           {"AreaStyleIncomingCall", 1},
+                           {"IncomingCallDeclineButton", true},
+                           {"CarrierName", "Zorvel"}});
+  auto steps = session("--os 8.1 lock incoming:13912345678 wait:12 hangup");
+  ASSERT_EQ(steps.size(), 4u);
+  EXPECT_EQ(steps[0]["carrier"], "Zorvel");
+  const json& ringing = steps[1]["screen"];
+  EXPECT_EQ(ringing["label"], "incoming call");
+  EXPECT_EQ(ringing["info"], json::array({"江苏省常州市"}));
+  EXPECT_EQ(ringing["declineButton"], true);
+  const json& effects = steps[3]["effects"];
+  ASSERT_EQ(effects.size(), 2u) << effects.dump();
+  EXPECT_EQ(effects[0], (json{{"type", "bulletin"},
+                              {"title", "13912345678  江苏省常州市 (12sec)"}}));
+  EXPECT_EQ(effects[1]["type"], "ringDuration");
+  EXPECT_EQ(effects[1]["seconds"], 12);
+
+  std::string out, err;
+  ASSERT_EQ(
+      run("--root '" + root_ + "' --os 8.1 tab:recents", out, err, "phone"), 0)
+      << err;
+  EXPECT_NE(out.find("13912345678 | 江苏省常州市 (12sec)"), std::string::npos)
+      << out;
+}
+
 TEST_F(CallCliTest, HiddenCallerAndUserActions) {
   auto steps = session(
       "incoming: answer hold resume end outgoing:10086 "
@@ -125,7 +157,7 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
        {root + "incoming:10010 bogus", root + "incoming:1:contact=x",
         root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
         root + "wait:soon", root + "notify:", root + "outgoing:",
-        root + "--os 9.0 answer", root + "--screen 6 answer",
+        root + "message:", root + "--os 9.0 answer", root + "--screen 6 answer",
         std::string("--root '") + root_ + "/none' incoming:10010"}) {
     SCOPED_TRACE(args);
     std::string out, err;

@@ -12,7 +12,7 @@
 
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
-#include "hosts/springboard/controlcenter_app.h"
+#include "hosts/springboard/app.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
@@ -91,10 +91,10 @@ void run(const ControlCenterOptions& options) {
   for (const auto& a : options.actions) actions.push_back(parse(a));
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& sb = hosts::launchSimulated(world, hosts::controlCenterSpringboard(),
-                                    facts, ZorvelInitializer);
+  auto& sb = hosts::launchSimulated(world, hosts::springboardHost(), facts,
+                                    ZorvelInitializer);
   world.advance(0);
-  auto app = sb.run([] { return hosts::ControlCenterSpringBoard::shared(); });
+  auto app = sb.run([] { return hosts::SpringBoardApplication::shared(); });
   ControlCenterScreen screen(sb, *app);
   sb.run([&] { screen.capture(); });  // what start-up did is not news
   for (size_t i = 0; i < actions.size(); ++i) {
