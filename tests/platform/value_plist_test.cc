@@ -152,5 +152,29 @@ TEST(Plist, StringsHoldingANulByteAreReadWhole) {
   EXPECT_TRUE(sawNul);
 }
 
+TEST(Plist, ListsWithAKeyHoldingANulAreRefused) {
+  // Found by fuzzing the settings file: libplist keeps a UTF-16 key with a
+  // NUL at full length, then asserts when reading it as a C string.
+  std::ifstream in(ZV_SOURCE_DIR "/fuzz/corpus/settings_plist/key_with_nul",
+                   std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(in)), {});
+  ASSERT_GT(bytes.size(), 40u);
+  EXPECT_FALSE(plist::parse(bytes));
+  // The same key in ASCII (which libplist would cut short) is refused too.
+  const std::string utf16("\x66\0E\0n\0a\0b\0\0\0e", 13);
+  const std::string ascii("\x56Enab\0e", 7);
+  const size_t at = bytes.find(utf16);
+  ASSERT_NE(at, std::string::npos);
+  std::string shorter = bytes;
+  shorter.replace(at, utf16.size(), ascii + std::string(6, '\x09'));
+  EXPECT_FALSE(plist::parse(shorter));
+  // Without the NUL the list reads.
+  std::string clean = bytes;
+  clean[at + 10] = 'l';
+  auto value = plist::parse(clean);
+  ASSERT_TRUE(value);
+  EXPECT_TRUE((*value)["Enable"].boolValue());
+}
+
 }  // namespace
 }  // namespace zv
