@@ -202,6 +202,23 @@ plist_t toNode(const Value& v) {
   return node;
 }
 
+// True when a text or dictionary key anywhere in `v` holds a NUL byte.
+bool holdsNul(const Value& v, int depth) {
+  if (depth > 512) return false;
+  const auto& s = v.storage();
+  if (auto str = std::get_if<std::string>(&s))
+    return str->find('\0') != std::string::npos;
+  if (auto a = std::get_if<Array>(&s)) {
+    for (const auto& item : *a)
+      if (holdsNul(item, depth + 1)) return true;
+  } else if (auto d = std::get_if<Dict>(&s)) {
+    for (const auto& [key, item] : *d)
+      if (key.find('\0') != std::string::npos || holdsNul(item, depth + 1))
+        return true;
+  }
+  return false;
+}
+
 struct NodeFree {
   void operator()(plist_t p) const { plist_free(p); }
 };
@@ -292,6 +309,7 @@ std::optional<Dict> readDictionary(const std::string& path) {
 }
 
 bool writeFile(const std::string& path, const Value& value) {
+  if (holdsNul(value, 0)) return false;
   return writeBytesAtomically(path, toXml(value));
 }
 

@@ -4,6 +4,7 @@
 #include "area/area_loader.h"
 #include "messages/recipients_file.h"
 #include "messages_e2e_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv::testing {
 namespace {
@@ -34,7 +35,7 @@ TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
   // Wei's picture arrived from the background fetch.
   run([&] {
     auto image = row(0)->imageView();
-    EXPECT_EQ(image->tag(), ZVSMSController::recordTag(1));
+    EXPECT_EQ(image->tag(), avatarViewTag(1));
     ASSERT_NE(image->image(), nullptr);
     EXPECT_NE(image->image(),
               ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));

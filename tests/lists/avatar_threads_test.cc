@@ -9,9 +9,9 @@
 #include <thread>
 
 #include "lists/contacts_controller.h"
-#include "lists/list_cells.h"
 #include "lists/recents_controller.h"
 #include "lists_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -125,7 +125,7 @@ TEST_F(AvatarThreadsTest,
   for (int i = 0; i < kCells; ++i) {
     const int id = personFor(i, kRounds - 1) + 1;
     auto image = cells[i]->imageView();
-    EXPECT_EQ(image->tag(), lists::avatarTag(id)) << i;
+    EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
     EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
   }
 }
@@ -166,7 +166,7 @@ TEST_F(AvatarThreadsTest,
   for (int i = 0; i < kCells; ++i) {
     const int id = personFor(i, kRounds - 1) + 1;
     auto image = cells[i]->imageView();
-    EXPECT_EQ(image->tag(), lists::avatarTag(id)) << i;
+    EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
     EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
   }
 }

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lists/list_cells.h"
 #include "lists_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -146,7 +146,7 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   EXPECT_EQ(image->scale(), 0.8);
   EXPECT_EQ(image->cornerRadius(), 22);
   EXPECT_TRUE(image->clipsToBounds());
-  EXPECT_EQ(image->tag(), lists::avatarTag(5));
+  EXPECT_EQ(image->tag(), avatarViewTag(5));
   EXPECT_EQ(withPicture->separatorInset().left, 62);
   EXPECT_TRUE(testing::filledWith(image->image(), kPlaceholder));
   world_.advance(0);
@@ -155,7 +155,7 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   EXPECT_TRUE(testing::filledWith(without->imageView()->image(), kPlaceholder));
   EXPECT_TRUE(
       testing::filledWith(noRecord->imageView()->image(), kPlaceholder));
-  EXPECT_EQ(noRecord->imageView()->tag(), lists::avatarTag(-1));
+  EXPECT_EQ(noRecord->imageView()->tag(), avatarViewTag(-1));
   EXPECT_EQ(notAPerson->imageView()->image(), nullptr);
   EXPECT_EQ(notAPerson->separatorInset().left, 15);
   // From 8.0 the texts are the host's.
@@ -173,7 +173,7 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   EXPECT_TRUE(testing::filledWith(reused->imageView()->image(), kRed));
   world_.advance(0);
   EXPECT_TRUE(testing::filledWith(reused->imageView()->image(), kRed));
-  EXPECT_EQ(reused->imageView()->tag(), lists::avatarTag(5));
+  EXPECT_EQ(reused->imageView()->tag(), avatarViewTag(5));
 }
 
 TEST_F(ContactsTest, BeforeSevenOneTheNameIsMovedByBlanks) {

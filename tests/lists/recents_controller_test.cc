@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lists/list_cells.h"
 #include "lists_fixture.h"
 #include "platform/ui/text_metrics.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -358,7 +358,7 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   decorate(stranger);
 
   auto image = std::static_pointer_cast<ui::UITableViewCell>(row)->imageView();
-  EXPECT_EQ(image->tag(), lists::avatarTag(21));
+  EXPECT_EQ(image->tag(), avatarViewTag(21));
   EXPECT_LT(image->tag(), 0);  // bit 31
   EXPECT_EQ(image->cornerRadius(), 20);
   EXPECT_TRUE(image->clipsToBounds());
@@ -370,11 +370,11 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   auto plainImage =
       std::static_pointer_cast<ui::UITableViewCell>(plain)->imageView();
   EXPECT_TRUE(testing::filledWith(plainImage->image(), kPlaceholder));
-  EXPECT_EQ(plainImage->tag(), lists::avatarTag(22));
+  EXPECT_EQ(plainImage->tag(), avatarViewTag(22));
   auto strangerImage =
       std::static_pointer_cast<ui::UITableViewCell>(stranger)->imageView();
   EXPECT_TRUE(testing::filledWith(strangerImage->image(), kPlaceholder));
-  EXPECT_EQ(strangerImage->tag(), lists::avatarTag(-1));
+  EXPECT_EQ(strangerImage->tag(), avatarViewTag(-1));
 
   // Now cached: a second row of the same contact shows it at once.
   auto again = cell();
@@ -403,7 +403,7 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   world_.advance(0);
   auto reusedImage =
       std::static_pointer_cast<ui::UITableViewCell>(reused)->imageView();
-  EXPECT_EQ(reusedImage->tag(), lists::avatarTag(24));
+  EXPECT_EQ(reusedImage->tag(), avatarViewTag(24));
   EXPECT_TRUE(testing::filledWith(reusedImage->image(), blue));
 }
 

@@ -6,6 +6,7 @@
 #include "area/area_loader.h"
 #include "messages/group_view_controller.h"
 #include "messages_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv::testing {
 namespace {
@@ -137,7 +138,7 @@ TEST_F(SMSControllerTest, ListPictureIsPlaceholderFirstThenTheFetchedOne) {
     image = cell.cell->imageView();
     EXPECT_EQ(image->image(),
               ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
-    EXPECT_EQ(image->tag(), ZVSMSController::recordTag(7));
+    EXPECT_EQ(image->tag(), avatarViewTag(7));
     EXPECT_LT(image->tag(), 0);  // bit 31
     EXPECT_EQ(image->cornerRadius(), 25);
     EXPECT_TRUE(image->clipsToBounds());

@@ -8,8 +8,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "support/sim_fixture.h"
 #include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
@@ -126,6 +126,9 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
         root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
         root + "wait:soon", root + "notify:", root + "outgoing:",
         root + "--os 9.0 answer", root + "--screen 6 answer",
+        // CLI11's own parse errors: an unknown option, no actions at all, an
+        // option without its value.
+        root + "--bogus answer", root, root + "answer --os",
         std::string("--root '") + root_ + "/none' incoming:10010"}) {
     SCOPED_TRACE(args);
     std::string out, err;

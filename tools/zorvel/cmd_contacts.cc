@@ -45,7 +45,7 @@ double parseAmount(const std::string& text, const std::string& action) {
     if (used == text.size() && v >= 0) return v;
   } catch (const std::exception&) {
   }
-  throw CommandError("bad number in action " + action, 2);
+  throw UsageError("bad number in action " + action);
 }
 
 // Every action is checked before the session starts.
@@ -61,7 +61,7 @@ std::vector<Action> parseActions(const std::vector<std::string>& actions) {
     else if (a.rfind("wait:", 0) == 0)
       out.push_back({Action::kWait, "", parseAmount(a.substr(5), a)});
     else
-      throw CommandError("unknown action " + a, 2);
+      throw UsageError("unknown action " + a);
   }
   return out;
 }
@@ -117,25 +117,18 @@ void perform(const Action& a, const std::string& action, bool phone,
 
 void run(const ContactsOptions& o) {
   if (o.host == "messages")
-    throw CommandError("the Messages host does not show contacts yet", 2);
+    throw UsageError("the Messages host does not show contacts yet");
   if (o.host != "contacts" && o.host != "phone")
-    throw CommandError("unknown host " + o.host + " (use phone or contacts)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  if (o.os != "7.0" && o.os != "7.1" && o.os != "8.1")
-    throw CommandError(
-        "unknown system version " + o.os + " (use 7.0, 7.1 or 8.1)", 2);
-  facts->textSizeStep = o.textSize;
+    throw UsageError("unknown host " + o.host + " (use phone or contacts)");
+  auto facts = sessionDevice(o.os, o.screen, {"7.0", "7.1", "8.1"});
+  facts.textSizeStep = o.textSize;
   const std::vector<Action> actions = parseActions(o.actions);
   const bool phone = o.host == "phone";
 
   applyRoot(o.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = hosts::launchSimulated(
-      world, phone ? hosts::phoneHost() : hosts::contactsHost(), *facts,
+      world, phone ? hosts::phoneHost() : hosts::contactsHost(), facts,
       ZorvelInitializer);
   proc.run([&] {
     if (phone)

@@ -57,10 +57,9 @@ Action parse(const std::string& text) {
   if (text.starts_with("tap:")) {
     auto it = tapTargets().find(text.substr(4));
     if (it != tapTargets().end()) return {Action::kTap, it->second, 0};
-    throw CommandError("unknown button in " + text +
-                           " (use home, multitasking, lock, cellular, "
-                           "bluetooth, clock, calculator or camera)",
-                       2);
+    throw UsageError("unknown button in " + text +
+                     " (use home, multitasking, lock, cellular, "
+                     "bluetooth, clock, calculator or camera)");
   }
   if (text.starts_with("wait:")) {
     try {
@@ -69,20 +68,13 @@ Action parse(const std::string& text) {
       if (used == text.size() - 5 && v >= 0) return {Action::kWait, "", v};
     } catch (const std::exception&) {
     }
-    throw CommandError("bad number in action " + text, 2);
+    throw UsageError("bad number in action " + text);
   }
-  throw CommandError("unknown action " + text, 2);
+  throw UsageError("unknown action " + text);
 }
 
 platform::DeviceFacts deviceFor(const ControlCenterOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  return *facts;
+  return sessionDevice(o.os, o.screen);
 }
 
 void run(const ControlCenterOptions& options) {

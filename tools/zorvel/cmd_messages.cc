@@ -40,7 +40,7 @@ size_t parseRow(const std::string& text, const std::string& action) {
   if (text.empty() ||
       text.find_first_not_of("0123456789") != std::string::npos ||
       text.size() > 6 || std::stoul(text) == 0)
-    throw CommandError("bad row in action " + action, 2);
+    throw UsageError("bad row in action " + action);
   return std::stoul(text);
 }
 
@@ -51,33 +51,25 @@ Action parse(const std::string& text) {
   const bool bare = text.find(':') == std::string::npos;
   if (a.verb == "list" || a.verb == "new" || a.verb == "group" ||
       a.verb == "done" || a.verb == "cancel" || a.verb == "back") {
-    if (!bare) throw CommandError(a.verb + " takes no argument", 2);
+    if (!bare) throw UsageError(a.verb + " takes no argument");
   } else if (a.verb == "open" || a.verb == "check" ||
              a.verb == "delete-saved") {
     a.first = parseRow(a.argument, text);
   } else if (a.verb == "pick") {
     auto colon = a.argument.find(':');
-    if (colon == std::string::npos)
-      throw CommandError("pick needs SECTION:ROW", 2);
+    if (colon == std::string::npos) throw UsageError("pick needs SECTION:ROW");
     a.first = parseRow(a.argument.substr(0, colon), text);
     a.second = parseRow(a.argument.substr(colon + 1), text);
   } else if (a.verb == "to" || a.verb == "save") {
-    if (a.argument.empty()) throw CommandError(a.verb + " needs a value", 2);
+    if (a.argument.empty()) throw UsageError(a.verb + " needs a value");
   } else {
-    throw CommandError("unknown action " + text, 2);
+    throw UsageError("unknown action " + text);
   }
   return a;
 }
 
 platform::DeviceFacts deviceFor(const MessagesOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  return *facts;
+  return sessionDevice(o.os, o.screen);
 }
 
 class Session {

@@ -40,13 +40,7 @@ struct PhoneOptions {
 };
 
 platform::DeviceFacts deviceFor(const PhoneOptions& o) {
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw UsageError("unknown screen " + o.screen +
-                     " (use 3.5, 4, 4.7 or 5.5)");
-  if (o.os != "7.1" && o.os != "8.1")
-    throw UsageError("unknown system version " + o.os + " (use 7.1 or 8.1)");
-  return *facts;
+  return sessionDevice(o.os, o.screen);
 }
 
 // The argument after "name:" of an action, or "" when there is none.
