@@ -4,6 +4,7 @@
 #include "area/area_loader.h"
 #include "messages/recipients_file.h"
 #include "messages_e2e_fixture.h"
+#include "platform/plist.h"
 #include "search/avatar_loader.h"
 
 namespace zv::testing {
@@ -208,7 +209,7 @@ TEST_F(MessagesE2ETest, DamagedRecipientsFileStillOpensAndSavesAValidFile) {
   const std::string xml = plist::toXml(Value(good));
   for (const std::string& bytes : {xml.substr(0, xml.size() - 20),
                                    std::string("\x01\x02garbage\xff", 10)}) {
-    write(kRecipientsFile, bytes);
+    writeDeviceBytes(kRecipientsFile, bytes);
     start();
     run([&] {
       auto composer = app_->newMessage();

@@ -44,8 +44,8 @@ class RecentsE2ETest : public testing::ListsWorld {
     return out;
   }
   void writeRing(const Dict& durations) {
-    writePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
-               durations);
+    writeDevicePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
+                     durations);
   }
 
   platform::SimProcess* phone_ = nullptr;

@@ -19,12 +19,13 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
 #include "platform/sim/device_presets.h"
-#include "support/sim_fixture.h"
 #include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv::testing {
 
@@ -70,6 +71,27 @@ class World : public SimTest {
         world_, host, facts.value_or(platform::DeviceFacts{}), extension);
     world_.advance(0);
     return process;
+  }
+  // start() with `settings` written as the settings file first.
+  platform::SimProcess& startHost(const hosts::HostDefinition& host,
+                                  const Dict& settings,
+                                  std::string_view systemVersion = "8.1",
+                                  std::string_view screenInches = "4.7") {
+    writeSettings(settings);
+    return start(host, systemVersion, screenInches);
+  }
+  // Runs `f` in `process`, then lets the world run `settle` seconds (at
+  // least what was queued for now); gives back what `f` returns.
+  template <typename F>
+  auto in(platform::SimProcess& process, F&& f, double settle = 0) {
+    if constexpr (std::is_void_v<decltype(f())>) {
+      process.run(std::forward<F>(f));
+      world_.advance(settle);
+    } else {
+      auto result = process.run(std::forward<F>(f));
+      world_.advance(settle);
+      return result;
+    }
   }
 
   // --- Time and side effects ---------------------------------------------
