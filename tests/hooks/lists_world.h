@@ -108,13 +108,4 @@ class ListsWorld : public World {
   }
 };
 
-// Whether every pixel of `image` is `colour`.
-inline bool allPixels(const ui::ImagePtr& image, ui::Pixel colour) {
-  if (!image || image->empty()) return false;
-  for (int y = 0; y < image->pixelHeight(); ++y)
-    for (int x = 0; x < image->pixelWidth(); ++x)
-      if (!(image->pixel(x, y) == colour)) return false;
-  return true;
-}
-
 }  // namespace zv::testing

@@ -126,15 +126,13 @@ TEST_F(AvatarThreadsTest,
     const int id = personFor(i, kRounds - 1) + 1;
     auto image = cells[i]->imageView();
     EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
-    EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
+    EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
   }
 }
 
 TEST_F(AvatarThreadsTest,
        ContactsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
-  platform::DeviceFacts facts;
-  facts.screenPoints = testing::k4Inch.points;
-  facts.screenPixels = testing::k4Inch.pixels;
+  const platform::DeviceFacts facts = *platform::simulatedDevice("8.1", "4");
   ThreadedPhone phone(world_, facts);
   auto host = std::make_shared<testing::FakeContactsHost>();
   std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
@@ -167,7 +165,7 @@ TEST_F(AvatarThreadsTest,
     const int id = personFor(i, kRounds - 1) + 1;
     auto image = cells[i]->imageView();
     EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
-    EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
+    EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
   }
 }
 
