@@ -22,14 +22,9 @@
 namespace zv::cli {
 namespace {
 
-struct ContactsOptions {
-  std::string root;
-  std::string screen = "4";
-  std::string os = "8.1";
+struct ContactsOptions : SessionOptions {
   std::string host = "contacts";
   int textSize = 0;
-  bool json = false;
-  std::vector<std::string> actions;
 };
 
 struct Action {
@@ -163,13 +158,11 @@ Registration reg([](CLI::App& app) {
       "contacts",
       "show the contacts list and cards of a simulated host, with areas and "
       "avatars");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.0, 7.1 or 8.1");
+  options->screen = "4";
+  addSessionOptions(*cmd, *options, "7.0, 7.1 or 8.1");
   cmd->add_option("--host", options->host, "phone or contacts");
   cmd->add_option("--text-size", options->textSize,
                   "text size in steps from the default (-3 to 3)");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
   cmd->add_option("actions", options->actions,
                   "open:NAME-or-ID back scroll:N wait:SECONDS");
   cmd->callback([options] { run(*options); });

@@ -22,13 +22,7 @@
 namespace zv::cli {
 namespace {
 
-struct ControlCenterOptions {
-  std::string root;
-  std::string screen = "4.7";
-  std::string os = "8.1";
-  bool json = false;
-  std::vector<std::string> actions;
-};
+using ControlCenterOptions = SessionOptions;
 
 // One checked action: open, close, a tap on a button, or a wait.
 struct Action {
@@ -73,12 +67,8 @@ Action parse(const std::string& text) {
   throw UsageError("unknown action " + text);
 }
 
-platform::DeviceFacts deviceFor(const ControlCenterOptions& o) {
-  return sessionDevice(o.os, o.screen);
-}
-
 void run(const ControlCenterOptions& options) {
-  auto facts = deviceFor(options);
+  auto facts = sessionDevice(options.os, options.screen);
   std::vector<Action> actions;
   for (const auto& a : options.actions) actions.push_back(parse(a));
   applyRoot(options.root);
@@ -126,10 +116,7 @@ Registration reg([](CLI::App& app) {
   auto* cmd = app.add_subcommand(
       "controlcenter",
       "run actions on the simulated springboard's Control Centre and print it");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
+  addSessionOptions(*cmd, *options);
   cmd->add_option("actions", options->actions,
                   "open close wait:SECONDS tap:home|multitasking|lock|"
                   "cellular|bluetooth|clock|calculator|camera")

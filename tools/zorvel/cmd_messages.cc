@@ -23,13 +23,7 @@
 namespace zv::cli {
 namespace {
 
-struct MessagesOptions {
-  std::string root;
-  std::string screen = "4";
-  std::string os = "8.1";
-  bool json = false;
-  std::vector<std::string> actions;
-};
+using MessagesOptions = SessionOptions;
 
 struct Action {
   std::string text, verb, argument;
@@ -66,10 +60,6 @@ Action parse(const std::string& text) {
     throw UsageError("unknown action " + text);
   }
   return a;
-}
-
-platform::DeviceFacts deviceFor(const MessagesOptions& o) {
-  return sessionDevice(o.os, o.screen);
 }
 
 class Session {
@@ -150,7 +140,7 @@ class Session {
 void run(const MessagesOptions& options) {
   std::vector<Action> actions;
   for (const auto& text : options.actions) actions.push_back(parse(text));
-  const auto facts = deviceFor(options);
+  const auto facts = sessionDevice(options.os, options.screen);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = hosts::launchSimulated(world, hosts::messagesHost(), facts,
@@ -180,10 +170,8 @@ Registration reg([](CLI::App& app) {
   auto options = std::make_shared<MessagesOptions>();
   auto* cmd = app.add_subcommand(
       "messages", "run actions on the simulated Messages app and print it");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
+  options->screen = "4";
+  addSessionOptions(*cmd, *options);
   cmd->add_option("actions", options->actions,
                   "list open:ROW new to:NUMBER group pick:SECTION:ROW "
                   "check:ROW done save:NAME delete-saved:ROW cancel back")

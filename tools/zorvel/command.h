@@ -46,6 +46,20 @@ struct Registration {
 void addRootOption(CLI::App& command, std::string& root);
 void applyRoot(const std::string& root);
 
+// What every scripted session (phone, messages, contacts, controlcenter)
+// takes: the device root, the phone it runs on, JSON output, its actions.
+struct SessionOptions {
+  std::string root;
+  std::string screen = "4.7";
+  std::string os = "8.1";
+  bool json = false;
+  std::vector<std::string> actions;
+};
+
+// Adds --root, --screen, --os (`versions` says which) and --json.
+void addSessionOptions(CLI::App& command, SessionOptions& options,
+                       const char* versions = "7.1 or 8.1");
+
 // The simulated phone a session runs on: `os` one of `versions`, `screen` a
 // size some phone has (see platform::screenSizes); a UsageError naming the
 // choices otherwise.

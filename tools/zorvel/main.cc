@@ -53,6 +53,16 @@ platform::DeviceFacts sessionDevice(
   return *facts;
 }
 
+void addSessionOptions(CLI::App& command, SessionOptions& options,
+                       const char* versions) {
+  addRootOption(command, options.root);
+  command.add_option("--screen", options.screen,
+                     "screen size: 3.5, 4, 4.7, 5.5");
+  command.add_option("--os", options.os,
+                     std::string("system version: ") + versions);
+  command.add_flag("--json", options.json, "one JSON object per action");
+}
+
 void addRootOption(CLI::App& command, std::string& root) {
   command.add_option("--root", root,
                      "device root folder (default: $ZORVEL_ROOT or the "
