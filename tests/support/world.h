@@ -21,6 +21,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
@@ -140,6 +141,27 @@ class World : public SimTest {
         world_, host, facts.value_or(platform::DeviceFacts{}), extension);
     world_.advance(0);
     return process;
+  }
+  // start() with `settings` written as the settings file first.
+  platform::SimProcess& startHost(const hosts::HostDefinition& host,
+                                  const Dict& settings,
+                                  std::string_view systemVersion = "8.1",
+                                  std::string_view screenInches = "4.7") {
+    writeSettings(settings);
+    return start(host, systemVersion, screenInches);
+  }
+  // Runs `f` in `process`, then lets the world run `settle` seconds (at
+  // least what was queued for now); gives back what `f` returns.
+  template <typename F>
+  auto in(platform::SimProcess& process, F&& f, double settle = 0) {
+    if constexpr (std::is_void_v<decltype(f())>) {
+      process.run(std::forward<F>(f));
+      world_.advance(settle);
+    } else {
+      auto result = process.run(std::forward<F>(f));
+      world_.advance(settle);
+      return result;
+    }
   }
 
   // --- Time and side effects ---------------------------------------------

@@ -2,12 +2,12 @@
 // as one JSON object per action, and one-line usage errors that leave the
 // device untouched.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "cli_runner.h"
 #include "support/device_files.h"
 #include "support/sim_fixture.h"
 
@@ -20,7 +20,6 @@ using nlohmann::json;
 class CallCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_)) << "zorvel is built with the tests";
     testing::writeFile(root_ + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
     testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
@@ -37,26 +36,15 @@ class CallCliTest : public ::testing::Test {
 
   int run(const std::string& args, std::string& out, std::string& err,
           const std::string& subcommand = "call") {
-    const std::string errPath = root_ + ".stderr";
-    std::string command =
-        "'" + binary_ + "' " + subcommand + " " + args + " 2>'" + errPath + "'";
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    int status = pclose(pipe);
-    err = testing::readFile(errPath);
-    fs::remove(errPath);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    auto r = testing::runZorvel(subcommand + " " + args);
+    out += r.out;
+    err = r.err;
+    return r.status;
   }
   std::vector<json> session(const std::string& args) {
     std::string out, err;
     EXPECT_EQ(run("--root '" + root_ + "' --json " + args, out, err), 0) << err;
-    std::vector<json> steps;
-    std::istringstream lines(out);
-    for (std::string line; std::getline(lines, line);)
-      steps.push_back(json::parse(line));
-    return steps;
+    return testing::jsonLines(out);
   }
   // Every file under the root with its bytes.
   std::map<std::string, std::string> snapshot() {
@@ -67,7 +55,6 @@ class CallCliTest : public ::testing::Test {
     return files;
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
   std::string root_ = testing::freshRoot();
 };
 
@@ -158,6 +145,9 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
         root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
         root + "wait:soon", root + "notify:", root + "outgoing:",
         root + "message:", root + "--os 9.0 answer", root + "--screen 6 answer",
+        // CLI11's own parse errors: an unknown option, no actions at all, an
+        // option without its value.
+        root + "--bogus answer", root, root + "answer --os",
         std::string("--root '") + root_ + "/none' incoming:10010"}) {
     SCOPED_TRACE(args);
     std::string out, err;

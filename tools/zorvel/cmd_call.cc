@@ -61,14 +61,7 @@ double sessionEpoch(const std::string& root, const std::string& os) {
 }
 
 platform::DeviceFacts deviceFor(const CallOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  return *facts;
+  return sessionDevice(o.os, o.screen);
 }
 
 // The newest call of the device in one of `statuses`, incoming or outgoing
