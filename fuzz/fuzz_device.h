@@ -59,6 +59,16 @@ class Bytes {
     at_ += n;
     return out;
   }
+  // The next `n` bytes (fewer at the end).
+  std::string_view take(size_t n) {
+    const size_t left = size_ - std::min(at_, size_);
+    std::string_view out(reinterpret_cast<const char*>(data_) + at_,
+                         std::min(n, left));
+    at_ += out.size();
+    return out;
+  }
+  // Everything not read yet.
+  std::string_view rest() { return take(size_); }
 
  private:
   const uint8_t* data_;

@@ -20,6 +20,13 @@
 // On 7.x the springboard's incoming-call class appears only after start-up:
 // the controller retries installing its hooks every 10 s, ten times at most.
 //
+// The same controller puts the caller's area and contact details on the
+// call screens (incoming_call_info.cc: the four label joiners, the
+// information text view tagged 10086, the outgoing area label tagged 10010,
+// the missed-call banner with its ring seconds, the carrier name) and looks
+// after each call's ring (incoming_call_ring.cc: ring duration, delayed
+// ring, decline button, the vibration when an outgoing call connects).
+//
 // The host is reached only through IncomingCallHost (set by the hooks); with
 // no host, nothing is blocked. One per process (sharedInstance); main
 // thread only.
@@ -34,6 +41,9 @@
 
 #include "callscreens/incoming_call_host.h"
 #include "platform/runtime/object.h"
+#include "platform/ui/image.h"
+#include "platform/ui/text_view.h"
+#include "platform/value.h"
 
 namespace zv {
 
@@ -43,8 +53,16 @@ class ZVAddressBook;
 class ZVCallHistory;
 
 class ZVIncomingCallController
-    : public std::enable_shared_from_this<ZVIncomingCallController> {
+    : public std::enable_shared_from_this<ZVIncomingCallController>,
+      public ui::LayoutManagerDelegate {
  public:
+  static constexpr int kInfoViewTag = 10086;
+  static constexpr int kOutgoingLabelTag = 10010;
+  // Points after every line of the information text view.
+  static constexpr double kInfoLineSpacing = 6.0;
+  static constexpr double kVibrateDelay = 0.1;
+  // Ring durations outside 1..kMaxRingSeconds are not recorded.
+  static constexpr int64_t kMaxRingSeconds = 119;
   static constexpr const char* kBlacklistPath =
       "/var/mobile/Library/Preferences/zorvel.black.plist";
   static constexpr const char* kWhitelistPath =
@@ -115,7 +133,57 @@ class ZVIncomingCallController
   // Drops both lists and the decision cache.
   void unloadBlacklist();
 
+  // --- Caller information (incoming_call_info.cc) ---------------------------
+  // The label joiners: the host's label with the caller's area, or the label
+  // unchanged when the feature is off or the area unknown.
+  std::optional<std::string> areaIncomingCall(const rt::Id& screen,
+                                              std::optional<std::string> label);
+  std::optional<std::string> areaTUCall(const rt::Id& call,
+                                        std::optional<std::string> label);
+  std::optional<std::string> areaInCall(const rt::Id& call,
+                                        std::optional<std::string> label);
+  std::optional<std::string> areaBulletin(const rt::Id& bulletin,
+                                          std::optional<std::string> title);
+  // The user's carrier name in place of the operator's, when set.
+  std::optional<std::string> updateCarrierName(std::optional<std::string> name);
+  // The 7.x incoming screen's information text view.
+  void infoIncomingCall(const rt::Id& screen,
+                        const std::optional<std::string>& companyName,
+                        const std::optional<std::string>& label);
+  // The 8.x call screen's information text view or outgoing area label.
+  void infoInCall(const rt::Id& participants);
+  // Takes both views off the participants of an audio call screen.
+  void hideInfoInCall(const rt::Id& audioCall);
+  void callStatusChangedNotification(const rt::Id& notification,
+                                     const rt::Id& participants);
+  // A participant's status label (a text or an array of texts).
+  Value areaParticipantsView(const rt::Id& participants, int32_t index,
+                             const rt::Id& participantsView, Value label);
+  void imageForParticipant(const ui::ImagePtr& image);
+  void callStateChangedNotification(const rt::Id& notification);
+  // The text view's layout manager delegate: kInfoLineSpacing.
+  double lineSpacingAfterGlyphAtIndex(size_t glyphIndex,
+                                      const ui::Rect& proposedRect) override;
+
+  // --- The ring (incoming_call_ring.cc) ------------------------------------
+  void initCall();
+  void deallocCall();
+  void startRingDuration();
+  // Saves the whole seconds rung since startRingDuration (1..119 only).
+  void stopRingDuration();
+  // True when the host's ring is put off (ringOrVibrate later).
+  bool areDelayRing(const rt::Id& screen);
+  void ringOrVibrate(const rt::Id& screen);
+  // True when the lock-screen question is answered "not locked".
+  bool areDeclineButton();
+  void connectedVibrate(const rt::Id& call);
+  void vibrate();
+
   // --- State, for inspection ------------------------------------------------
+  bool isIncomingCall() const { return _isIncomingCall; }
+  double ringtime() const { return _ringtime; }
+  int32_t curInCallStatus() const { return _curInCallStatus; }
+  bool vibrateLatch() const { return vibrateLatch_; }
   const std::optional<std::vector<std::string>>& blacklist() const {
     return _blacklist;
   }
@@ -136,6 +204,16 @@ class ZVIncomingCallController
                 const char* devicePath, bool verdict,
                 const std::string& number);
   void scheduleInitHook();
+  // Area, number line and contact details of a caller, as the information
+  // text view shows them; nullopt when there is nothing to show.
+  std::optional<std::string> infoText(bool style,
+                                      const std::optional<std::string>& number,
+                                      int32_t recordId);
+  std::optional<std::string> areaOf(const std::optional<std::string>& number,
+                                    bool name, bool type);
+  std::shared_ptr<ui::UITextView> makeInfoView(const ui::Font& font,
+                                               const ui::Rect& frame);
+  void removeInfoViews(const std::shared_ptr<ui::UIView>& participantsView);
 
   std::shared_ptr<IncomingCallHost> host_;
 
@@ -158,6 +236,8 @@ class ZVIncomingCallController
   bool _haveInCallImage = false;
   int32_t _curInCallStatus = 0;
   bool _skipBlockAction = false;
+  // True once the connect vibration is scheduled for the active call.
+  bool vibrateLatch_ = false;
 };
 
 }  // namespace zv

@@ -1,9 +1,12 @@
 // What ZVIncomingCallController needs of the host it runs in (the
 // springboard on 7.x, the in-call service on 8.x), as one interface: the
 // properties of the platform's telephony call objects, the current incoming
-// call, hanging calls up, system sounds, and installing the springboard's
-// incoming-call screen replacements once their class exists. The call-screen
-// hooks implement it over the runtime; tests implement it with a fake host.
+// call, hanging calls up, system sounds, installing the springboard's
+// incoming-call screen replacements once their class exists, and what the
+// caller-information work reads of the call screens (the 7.x incoming
+// screen's number, record and LCD view; the 8.x participants' view and call
+// groups; a bulletin's section, number and date). The call-screen hooks
+// implement it over the runtime; tests implement it with a fake host.
 //
 // Calls are the platform's call objects as the hooks receive them; every
 // call operation is given a non-null call. Nothing here throws on an object
@@ -11,11 +14,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/runtime/object.h"
+#include "platform/ui/view.h"
 
 namespace zv {
 
@@ -55,6 +61,41 @@ class IncomingCallHost {
       std::string_view devicePath) = 0;
   // AudioServicesDisposeSystemSoundID.
   virtual void disposeSystemSound(uint32_t soundId) = 0;
+
+  // status: 1 active, 2 held, 3 dialling out, 4 ringing in, 5/6 ending/ended;
+  // 0 when the object has none.
+  virtual int32_t status(const rt::Id& call) = 0;
+  // A notification's object (the call of a call-status notification).
+  virtual rt::Id notificationObject(const rt::Id& notification) = 0;
+
+  // --- The 7.x incoming-call screen ---------------------------------------
+  // incomingCallNumber; nullopt when nil.
+  virtual std::optional<std::string> incomingCallNumber(
+      const rt::Id& screen) = 0;
+  // incomingCallerABUID; -1 when nil (not a contact).
+  virtual int32_t incomingCallerABUID(const rt::Id& screen) = 0;
+  virtual std::shared_ptr<ui::UIView> topLCDView(const rt::Id& screen) = 0;
+  virtual bool shouldCenterText(const rt::Id& screen) = 0;
+  // Sends the screen ringOrVibrate (through its replacement).
+  virtual void ringOrVibrate(const rt::Id& screen) = 0;
+
+  // --- The 8.x call screen -------------------------------------------------
+  // The participants view controller's participantsView; null when none.
+  virtual std::shared_ptr<ui::UIView> participantsView(
+      const rt::Id& participants) = 0;
+  // The participants view controller's callGroups, and a group's calls.
+  virtual std::vector<rt::Id> callGroups(const rt::Id& participants) = 0;
+  virtual std::vector<rt::Id> groupCalls(const rt::Id& group) = 0;
+  // The audio call view controller's participants view controller.
+  virtual rt::Id callParticipantsViewController(const rt::Id& audioCall) = 0;
+
+  // --- Bulletins -------------------------------------------------------------
+  virtual std::string bulletinSectionID(const rt::Id& bulletin) = 0;
+  // The context's "contactInfo" when it is text.
+  virtual std::optional<std::string> bulletinContactInfo(
+      const rt::Id& bulletin) = 0;
+  // The date in seconds since 2001; nullopt when the bulletin has none.
+  virtual std::optional<double> bulletinDate(const rt::Id& bulletin) = 0;
 
   // --- Late installation (7.x springboard) --------------------------------
   // Installs the replacements of the incoming-call screen when its class

@@ -7,8 +7,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/runtime/message.h"
+#include "platform/ui/image.h"
+#include "platform/value.h"
 
 namespace zv::sdk {
 
@@ -31,6 +34,50 @@ struct PHInCallRootViewControllerActual {
   static constexpr rt::Message<void(bool)> viewWillDisappear{
       kName, "viewWillDisappear:"};
   static constexpr rt::Message<void()> dealloc{kName, "dealloc"};
+  // A call's status changed; the notification's object is the TUCall.
+  static constexpr rt::Message<void(rt::Id)> callStateChangedNotification{
+      kName, "callStateChangedNotification:"};
+};
+
+// The audio call screen inside the root: the call controls and, above
+// them, the participants.
+struct PHAudioCallViewController {
+  static constexpr std::string_view kName = "PHAudioCallViewController";
+  // The controls asked for the keypad; the participants make room for it.
+  static constexpr rt::Message<void(rt::Id)>
+      audioCallControlsViewControllerRequestedKeypadPresentation{
+          kName, "audioCallControlsViewControllerRequestedKeypadPresentation:"};
+  static constexpr rt::Message<rt::Id()> callParticipantsViewController{
+      kName, "callParticipantsViewController"};
+};
+
+// The participants of the call screen: one row per call group, with the
+// caller's name, a status label and a picture.
+struct PHCallParticipantsViewController {
+  static constexpr std::string_view kName = "PHCallParticipantsViewController";
+  static constexpr rt::Message<void(rt::Id)> callStatusChangedNotification{
+      kName, "callStatusChangedNotification:"};
+  // The status label of a participant: a text, or an array of texts shown
+  // in turn (the first one first).
+  static constexpr rt::Message<Value(int32_t, rt::Id)>
+      labelForParticipantAtIndexInParticipantsView{
+          kName, "labelForParticipantAtIndex:inParticipantsView:"};
+  // The participant's picture, null when it has none.
+  static constexpr rt::Message<ui::ImagePtr(int32_t, rt::Id)>
+      imageForParticipantAtIndexInParticipantsView{
+          kName, "imageForParticipantAtIndex:inParticipantsView:"};
+  static constexpr rt::Message<void(bool)> viewWillAppear{kName,
+                                                          "viewWillAppear:"};
+  static constexpr rt::Message<rt::Id()> participantsView{kName,
+                                                          "participantsView"};
+  // The call groups shown, in order; each groups calls (conference).
+  static constexpr rt::Message<std::vector<rt::Id>()> callGroups{kName,
+                                                                 "callGroups"};
+};
+
+struct TUCallGroup {
+  static constexpr std::string_view kName = "TUCallGroup";
+  static constexpr rt::Message<std::vector<rt::Id>()> calls{kName, "calls"};
 };
 
 // Plays the ringtone (and its vibration pattern) of a ringing call.

@@ -50,6 +50,17 @@ struct MPIncomingPhoneCallController {
                                                         "shouldCenterText"};
 };
 
+// The status bar's state; asks for the carrier name to show for the
+// network operator's name.
+struct SBStatusBarStateAggregator {
+  static constexpr std::string_view kName = "SBStatusBarStateAggregator";
+  static constexpr rt::Message<rt::Id()> sharedInstance{kName, "sharedInstance",
+                                                        true};
+  static constexpr rt::Message<std::optional<std::string>(
+      std::optional<std::string>)>
+      sbCarrierNameForOperator{kName, "_sbCarrierNameForOperator:"};
+};
+
 // The springboard's user agent (7.x).
 struct SBUserAgent {
   static constexpr std::string_view kName = "SBUserAgent";

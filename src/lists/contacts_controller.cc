@@ -3,18 +3,19 @@
 #include <algorithm>
 
 #include "area/area_loader.h"
+#include "core/area_label.h"
 #include "core/device.h"
 #include "core/settings_catalogue.h"
 #include "lists/list_cells.h"
 #include "platform/platform.h"
 #include "search/address_book.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
 
 constexpr double kAvatarLeft = 8;
 // Cards set the area two blanks after the label; the lists use one.
-constexpr int kCardBlanks = 2;
 
 }  // namespace
 
@@ -56,8 +57,8 @@ void ZVContactsController::areaCell(const rt::Id& cell) {
     return;
   }
   if (label->text().empty()) return;
-  if (auto joined = lists::joinedLabel(label->text(), *area, kCardBlanks))
-    label->setText(*joined);
+  const std::string joined = appendArea(label->text(), *area, AreaGap::kTwo);
+  if (joined != label->text()) label->setText(joined);
 }
 
 void ZVContactsController::viewWillAppear(const rt::Id& viewController) {
@@ -100,30 +101,14 @@ void ZVContactsController::setAvatar(const rt::Id& cell,
   const int32_t id = record ? record->recordId() : ZVAddressBook::kNoContact;
   const bool picture =
       record && id != ZVAddressBook::kNoContact && record->hasImageData();
-  const platform::Size size{kAvatarSide, kAvatarSide};
-  const int tag = lists::avatarTag(id);
-
-  auto image = table.imageView();
-  image->setFrame(
-      {{kAvatarLeft,
-        std::max(0.0, (table.frame().size.height - kAvatarSide) / 2)},
-       size});
-  image->setTag(tag);
-  image->setCornerRadius(kAvatarSide / 2);
-  image->setClipsToBounds(true);
+  const int tag = avatarViewTag(id);
+  auto image = lists::roundAvatarView(table, kAvatarLeft, kAvatarSide, tag);
   image->setScale(kAvatarScale);
-  image->setHidden(false);
   ui::EdgeInsets inset = table.separatorInset();
   inset.left = kSeparatorInset;
   table.setSeparatorInset(inset);
-
-  ui::ImagePtr cached =
-      picture ? _addressbook->getCahcedAvatar(id, size) : nullptr;
-  image->setImage(cached ? cached : _addressbook->getNullAvatarWithsize(size));
-  if (!picture || cached) return;
-  lists::loadAvatarLater(image, tag, [book = _addressbook, record, size] {
-    return book->getAvatar(record->recordId(), record.get(), size, true);
-  });
+  lists::showAvatar(image, tag, _addressbook, std::move(record),
+                    {kAvatarSide, kAvatarSide}, picture);
 }
 
 }  // namespace zv

@@ -1,19 +1,11 @@
 #include "lists/list_cells.h"
 
+#include <algorithm>
 #include <cmath>
 
-#include "platform/platform.h"
+#include "search/avatar_loader.h"
 
 namespace zv::lists {
-
-std::optional<std::string> joinedLabel(std::string_view label,
-                                       std::string_view addition, int blanks) {
-  if (label.ends_with(addition)) return std::nullopt;
-  std::string out(label);
-  out.append(static_cast<size_t>(blanks), ' ');
-  out.append(addition);
-  return out;
-}
 
 std::string withLeadingBlanks(std::string_view text, int count) {
   const std::string blanks(static_cast<size_t>(count), ' ');
@@ -23,21 +15,30 @@ std::string withLeadingBlanks(std::string_view text, int count) {
 
 bool sameSize(double a, double b) { return std::fabs(a - b) < 0.01; }
 
-int avatarTag(int32_t recordId) {
-  return static_cast<int>(static_cast<uint32_t>(recordId) | 0x80000000u);
+std::shared_ptr<ui::UIImageView> roundAvatarView(ui::UITableViewCell& table,
+                                                 double left, double side,
+                                                 int tag) {
+  auto image = table.imageView();
+  image->setFrame(
+      {{left, std::max(0.0, (table.frame().size.height - side) / 2)},
+       {side, side}});
+  image->setCornerRadius(side / 2);
+  image->setClipsToBounds(true);
+  image->setHidden(false);
+  image->setTag(tag);
+  return image;
 }
 
-void loadAvatarLater(const std::shared_ptr<ui::UIImageView>& view, int tag,
-                     std::function<ui::ImagePtr()> load) {
-  platform::Platform& platform = platform::current();
-  std::weak_ptr<ui::UIImageView> weak = view;
-  platform.dispatchBackground([weak, tag, load = std::move(load), &platform] {
-    ui::ImagePtr picture = load();
-    if (!picture) return;
-    platform.dispatchMain([weak, tag, picture] {
-      auto shown = weak.lock();
-      if (shown && shown->tag() == tag) shown->setImage(picture);
-    });
+void showAvatar(const std::shared_ptr<ui::UIImageView>& image, int tag,
+                const std::shared_ptr<ZVAddressBook>& book,
+                std::shared_ptr<const ABPersonRecord> record,
+                platform::Size size, bool picture) {
+  ui::ImagePtr cached =
+      picture ? book->getCahcedAvatar(record->recordId(), size) : nullptr;
+  image->setImage(cached ? cached : book->getNullAvatarWithsize(size));
+  if (!picture || cached) return;
+  loadAvatarInBackground(image, tag, [book, record = std::move(record), size] {
+    return book->getAvatar(record->recordId(), record.get(), size, true);
   });
 }
 

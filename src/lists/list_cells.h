@@ -1,31 +1,18 @@
-// Small pieces that the Recents and Contacts rows share: joining an addition
-// to a host label without repeating it, leading blanks that move a text
-// clear of an avatar, the tag that marks which record an avatar view shows,
-// and loading a picture in the background for a view that may be reused
-// meanwhile.
-//
-// loadAvatarLater runs `load` on the platform's background queue and hands
-// the picture to the main queue, where it is set only if the view still
-// exists and still carries `tag`: a cell reused for another record in the
-// meantime carries that record's tag and keeps its own picture. The view is
-// only touched on the main queue.
+// Small pieces that the Recents and Contacts rows share: leading blanks that
+// move a text clear of an avatar, comparing font sizes, and the round avatar
+// on the left of a row. (Joining an addition to a label is
+// core/area_label.h's; the avatar views' tag and background loading are
+// search/avatar_loader.h's.)
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
-#include "platform/ui/label.h"
+#include "platform/ui/table_view.h"
+#include "search/address_book.h"
 
 namespace zv::lists {
-
-// `label` followed by `blanks` blanks and `addition`; nothing when the label
-// already ends with the addition.
-std::optional<std::string> joinedLabel(std::string_view label,
-                                       std::string_view addition, int blanks);
 
 // `text` with `count` leading blanks, unless it already begins with them.
 std::string withLeadingBlanks(std::string_view text, int count);
@@ -33,10 +20,18 @@ std::string withLeadingBlanks(std::string_view text, int count);
 // Whether two font sizes are the same point size.
 bool sameSize(double a, double b);
 
-// The tag of an avatar view showing `recordId`: the id with bit 31 set.
-int avatarTag(int32_t recordId);
+// `table`'s image view laid out as a round avatar `side` points wide,
+// `left` points in and centred vertically, shown and tagged `tag`.
+std::shared_ptr<ui::UIImageView> roundAvatarView(ui::UITableViewCell& table,
+                                                 double left, double side,
+                                                 int tag);
 
-void loadAvatarLater(const std::shared_ptr<ui::UIImageView>& view, int tag,
-                     std::function<ui::ImagePtr()> load);
+// Shows `record`'s picture at `size` on `image` (tagged `tag`): from the
+// cache at once when it is there, else the placeholder now and the picture
+// from the background queue; only the placeholder when `picture` is false.
+void showAvatar(const std::shared_ptr<ui::UIImageView>& image, int tag,
+                const std::shared_ptr<ZVAddressBook>& book,
+                std::shared_ptr<const ABPersonRecord> record,
+                platform::Size size, bool picture);
 
 }  // namespace zv::lists

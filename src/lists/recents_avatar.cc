@@ -9,6 +9,7 @@
 #include "lists/recents_controller.h"
 #include "platform/ui/text_metrics.h"
 #include "search/address_book.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -131,30 +132,11 @@ void ZVRecentsController::setAvatar(const rt::Id& cell,
     record = UIDevice::OSVersion() >= 8.0f ? host_->phoneBookRecord(call)
                                            : host_->addressBookRecord(call);
   const int32_t id = record ? record->recordId() : ZVAddressBook::kNoContact;
-  const platform::Size size{kAvatarSide, kAvatarSide};
-  const int tag = lists::avatarTag(id);
-
-  auto image = table.imageView();
-  image->setFrame(
-      {{kAvatarLeft,
-        std::max(0.0, (table.frame().size.height - kAvatarSide) / 2)},
-       size});
-  image->setCornerRadius(kAvatarSide / 2);
-  image->setClipsToBounds(true);
-  image->setHidden(false);
-  image->setTag(tag);
-  if (!record || !record->hasImageData()) {
-    image->setImage(_addressbook->getNullAvatarWithsize(size));
-    return;
-  }
-  if (ui::ImagePtr cached = _addressbook->getCahcedAvatar(id, size)) {
-    image->setImage(cached);
-    return;
-  }
-  image->setImage(_addressbook->getNullAvatarWithsize(size));
-  lists::loadAvatarLater(image, tag, [book = _addressbook, record, size] {
-    return book->getAvatar(record->recordId(), record.get(), size, true);
-  });
+  const int tag = avatarViewTag(id);
+  auto image = lists::roundAvatarView(table, kAvatarLeft, kAvatarSide, tag);
+  const bool picture = record && record->hasImageData();
+  lists::showAvatar(image, tag, _addressbook, std::move(record),
+                    {kAvatarSide, kAvatarSide}, picture);
 }
 
 }  // namespace zv

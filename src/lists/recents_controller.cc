@@ -3,9 +3,9 @@
 #include <cstdio>
 
 #include "area/area_loader.h"
+#include "core/area_label.h"
 #include "core/device.h"
 #include "core/settings_catalogue.h"
-#include "lists/list_cells.h"
 #include "platform/platform.h"
 #include "search/address_book.h"
 #include "search/call_history.h"
@@ -91,7 +91,7 @@ void ZVRecentsController::areaCell(const rt::Id& cell) {
     if (text.find(*area) != std::string::npos) return;
     if (!_settings->AreaReplaceTextCallHistory() &&
         area->find(text) == std::string::npos) {
-      label->setText(text + " " + *area);
+      label->setText(joinArea(text, *area, AreaGap::kOne));
       return;
     }
   }
@@ -133,11 +133,8 @@ void ZVRecentsController::ringCell(const rt::Id& cell) {
                 platform::current().localizedString("sec", "Zorvel").c_str());
   auto label = labelView(*host_, cell, "Label");
   if (!label) return;
-  if (label->text().empty()) {
-    label->setText(ring);
-  } else if (auto joined = lists::joinedLabel(label->text(), ring, 1)) {
-    label->setText(*joined);
-  }
+  const std::string joined = appendArea(label->text(), ring, AreaGap::kOne);
+  if (joined != label->text()) label->setText(joined);
 }
 
 // --- Separator ---------------------------------------------------------------

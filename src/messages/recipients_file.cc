@@ -14,8 +14,10 @@ std::vector<SMSRecipient> recipientsOf(const Value& list) {
     SMSRecipient r;
     bool good = true;
     for (size_t i = 0; i < 3 && good; ++i) {
+      // A text holding a NUL byte (a binary file can carry one) cannot be
+      // written back: the file is saved as XML.
       const std::string* s = (*texts)[i].string();
-      if (s)
+      if (s && s->find('\0') == std::string::npos)
         r[i] = *s;
       else
         good = false;

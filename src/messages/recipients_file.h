@@ -7,8 +7,9 @@
 // afresh before every change and written back whole and atomically. Reading
 // is forgiving: a missing, truncated or unparsable file is an empty
 // dictionary; a list whose value is not an array is skipped, and inside a
-// list every recipient that is not an array starting with three texts is
-// skipped (a list left with none is skipped too). So the next save writes a
+// list every recipient that is not an array starting with three texts
+// (without NUL bytes, which the XML file cannot hold) is skipped (a list
+// left with none is skipped too). So the next save writes a
 // valid file with every good list that was there.
 #pragma once
 

@@ -1,8 +1,8 @@
 #include "messages/select_contacts_view_controller.h"
 
 #include "area/area_loader.h"
+#include "core/area_label.h"
 #include "core/settings_catalogue.h"
-#include "messages/area_text.h"
 #include "platform/platform.h"
 
 namespace zv {
@@ -82,7 +82,7 @@ std::string ZVSMSSelectContactsViewController::detailText(const Entry& entry) {
   if (_settings->EnableArea()) {
     auto area = _area->getArea(entry[0], _settings->AreaNameContacts(),
                                _settings->AreaTypeContacts());
-    if (area) detail = joinArea(detail, *area);
+    if (area) detail = appendArea(detail, *area, AreaGap::kOne);
   }
   return detail;
 }

@@ -4,9 +4,9 @@
 #include "core/device.h"
 #include "core/guard.h"
 #include "core/settings_catalogue.h"
-#include "messages/avatar_fetch.h"
 #include "platform/platform.h"
 #include "search/address_book.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -107,7 +107,7 @@ void ZVSMSController::avatarCell(const rt::Id& cell,
   if (!picture) picture = _addressbook->getNullAvatarWithsize(size);
   auto imageView = listCell->imageView();
   imageView->setImage(picture);
-  imageView->setTag(recordTag(id));
+  imageView->setTag(avatarViewTag(id));
   imageView->setClipsToBounds(true);
   imageView->setCornerRadius(kListAvatarSize / 2);
   imageView->setScale(0.8);
@@ -118,14 +118,7 @@ void ZVSMSController::avatarCell(const rt::Id& cell,
     unread->setTag(hasUnread ? 1 : 0);
   }
   if (!fetch) return;
-  auto book = _addressbook;
-  fetchAvatarInBackground(
-      imageView, [book, id, size] { return book->getAvatar(id, size); },
-      [id](const ui::UIImageView& view) {
-        return view.tag() != -1 &&
-               static_cast<int32_t>(static_cast<uint32_t>(view.tag()) &
-                                    ~kRecordTagBit) == id;
-      });
+  loadAvatarInBackground(imageView, avatarViewTag(id), _addressbook, id, size);
 }
 
 void ZVSMSController::avatarLayoutCell(const rt::Id& cell) {

@@ -30,8 +30,6 @@ class ZVSMSController : public ZVSMSGroupViewControllerDelegate,
   static constexpr int kAreaLabelTag = 10086;
   static constexpr double kListAvatarSize = 50;
   static constexpr double kChatAvatarSize = 28;
-  // Bit 31 of the list image view's tag marks a tag that holds a record id.
-  static constexpr uint32_t kRecordTagBit = 0x80000000u;
 
   static std::shared_ptr<ZVSMSController> sharedInstance();
   ZVSMSController();
@@ -51,11 +49,6 @@ class ZVSMSController : public ZVSMSGroupViewControllerDelegate,
   // The "Group" button's action.
   void groupAction(const rt::Id& sender);
   void ZVSMSGroupViewControllerDone(ZVSMSGroupViewController& group) override;
-
-  // The tag that marks an image view as showing record `recordId`.
-  static int recordTag(int32_t recordId) {
-    return static_cast<int>(static_cast<uint32_t>(recordId) | kRecordTagBit);
-  }
 
  private:
   bool areaOn() const;

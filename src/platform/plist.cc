@@ -13,6 +13,88 @@
 namespace zv::plist {
 namespace {
 
+// Reads a big-endian unsigned integer of `width` bytes at `at`; false when it
+// runs past the end or is wider than 8 bytes.
+bool readBig(const std::string& b, uint64_t at, uint64_t width, uint64_t& out) {
+  if (width == 0 || width > 8 || at > b.size() || b.size() - at < width)
+    return false;
+  out = 0;
+  for (uint64_t i = 0; i < width; ++i)
+    out = (out << 8) | static_cast<unsigned char>(b[at + i]);
+  return true;
+}
+
+// An object's count: the marker's low nibble, or an integer object after it
+// when the nibble is 0xF. `at` moves past the count.
+bool readCount(const std::string& b, uint64_t& at, uint64_t& count) {
+  count = static_cast<unsigned char>(b[at]) & 0x0F;
+  ++at;
+  if (count != 0x0F) return true;
+  uint64_t marker = 0;
+  if (!readBig(b, at, 1, marker) || (marker & 0xF0) != 0x10) return false;
+  const uint64_t width = uint64_t{1} << (marker & 0x0F);
+  if (!readBig(b, at + 1, width, count)) return false;
+  at += 1 + width;
+  return true;
+}
+
+// True when a binary property list has a dictionary key holding a NUL.
+// libplist keeps such a key (from a UTF-16 string) with its full length but
+// reads it back as a C string, and asserts the two agree: the whole process
+// ends. No call of libplist gives a key's length, so the object table is
+// looked at before libplist builds the tree. Structural damage is left for
+// libplist to reject; only the keys matter here.
+bool binaryHasNulKey(const std::string& b) {
+  const uint64_t size = b.size();
+  if (size < 8 + 32) return false;
+  const uint64_t trailer = size - 32;
+  uint64_t offsetWidth = 0, refWidth = 0, objects = 0, table = 0;
+  if (!readBig(b, trailer + 6, 1, offsetWidth) ||
+      !readBig(b, trailer + 7, 1, refWidth) ||
+      !readBig(b, trailer + 8, 8, objects) ||
+      !readBig(b, trailer + 24, 8, table))
+    return false;
+  if (offsetWidth == 0 || offsetWidth > 8 || refWidth == 0 || refWidth > 8 ||
+      table > trailer || objects > (trailer - table) / offsetWidth)
+    return false;
+  auto offsetOf = [&](uint64_t index, uint64_t& at) {
+    return index < objects &&
+           readBig(b, table + index * offsetWidth, offsetWidth, at) &&
+           at < trailer;
+  };
+  auto isNulString = [&](uint64_t index) {
+    uint64_t at = 0;
+    if (!offsetOf(index, at)) return false;
+    const auto kind = static_cast<unsigned char>(b[at]) & 0xF0;
+    if (kind != 0x50 && kind != 0x60) return false;
+    uint64_t count = 0;
+    if (!readCount(b, at, count)) return false;
+    const uint64_t unit = kind == 0x60 ? 2 : 1;
+    if (at > trailer || count > (trailer - at) / unit) return false;
+    for (uint64_t i = 0; i < count; ++i) {
+      bool nul = b[at + i * unit] == '\0';
+      if (unit == 2) nul = nul && b[at + i * unit + 1] == '\0';
+      if (nul) return true;
+    }
+    return false;
+  };
+  for (uint64_t i = 0; i < objects; ++i) {
+    uint64_t at = 0;
+    if (!offsetOf(i, at) || (static_cast<unsigned char>(b[at]) & 0xF0) != 0xD0)
+      continue;
+    uint64_t count = 0;
+    if (!readCount(b, at, count) || at > trailer ||
+        count > (trailer - at) / refWidth)
+      continue;
+    for (uint64_t k = 0; k < count; ++k) {
+      uint64_t ref = 0;
+      if (readBig(b, at + k * refWidth, refWidth, ref) && isNulString(ref))
+        return true;
+    }
+  }
+  return false;
+}
+
 // Dates in libplist 2.2 are seconds and microseconds since 2001-01-01.
 Value fromNode(plist_t node, int depth) {
   if (!node || depth > 512) return Value();
@@ -40,6 +122,8 @@ Value fromNode(plist_t node, int depth) {
       return Value(s ? std::string(s, length) : std::string());
     }
     case PLIST_KEY: {
+      // Safe: parse() refuses lists whose keys hold a NUL (XML keys are cut
+      // at a NUL by libplist's own reader, so lengths agree there).
       char* s = nullptr;
       plist_get_key_val(node, &s);
       std::string out = s ? s : "";
@@ -118,6 +202,23 @@ plist_t toNode(const Value& v) {
   return node;
 }
 
+// True when a text or dictionary key anywhere in `v` holds a NUL byte.
+bool holdsNul(const Value& v, int depth) {
+  if (depth > 512) return false;
+  const auto& s = v.storage();
+  if (auto str = std::get_if<std::string>(&s))
+    return str->find('\0') != std::string::npos;
+  if (auto a = std::get_if<Array>(&s)) {
+    for (const auto& item : *a)
+      if (holdsNul(item, depth + 1)) return true;
+  } else if (auto d = std::get_if<Dict>(&s)) {
+    for (const auto& [key, item] : *d)
+      if (key.find('\0') != std::string::npos || holdsNul(item, depth + 1))
+        return true;
+  }
+  return false;
+}
+
 struct NodeFree {
   void operator()(plist_t p) const { plist_free(p); }
 };
@@ -129,6 +230,9 @@ std::optional<Value> parse(const std::string& bytes) {
   if (bytes.empty()) return std::nullopt;
   plist_t root = nullptr;
   if (bytes.size() >= 8 && bytes.compare(0, 8, "bplist00") == 0) {
+    // A key with a NUL cannot name a setting; the list is refused as a whole
+    // rather than read with some key cut short.
+    if (binaryHasNulKey(bytes)) return std::nullopt;
     plist_from_bin(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
   } else {
     plist_from_xml(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
@@ -205,6 +309,7 @@ std::optional<Dict> readDictionary(const std::string& path) {
 }
 
 bool writeFile(const std::string& path, const Value& value) {
+  if (holdsNul(value, 0)) return false;
   return writeBytesAtomically(path, toXml(value));
 }
 

@@ -21,7 +21,9 @@ std::string toXml(const Value& value);
 std::optional<Value> readFile(const std::string& path);
 // Reads a file whose top level is a dictionary; nullopt otherwise.
 std::optional<Dict> readDictionary(const std::string& path);
-// Writes atomically, creating missing parent folders; false on any failure.
+// Writes atomically, creating missing parent folders; false on any failure,
+// and for a value with a text or key holding a NUL byte, which an XML list
+// cannot carry (written, it would be cut short without a word).
 bool writeFile(const std::string& path, const Value& value);
 
 // Reads a whole file into `out`; false when it cannot be read.

@@ -6,19 +6,15 @@
 namespace zv {
 
 void loadAvatarInBackground(const std::shared_ptr<ui::UIImageView>& view,
-                            int tag, std::shared_ptr<ZVAddressBook> book,
-                            int32_t recordId, platform::Size size,
+                            int tag, std::function<ui::ImagePtr()> load,
                             std::function<void(bool set)> done) {
   std::weak_ptr<ui::UIImageView> weakView = view;
   platform::Platform& platform = platform::current();
-  platform.dispatchBackground([weakView, tag, book = std::move(book), recordId,
-                               size, done = std::move(done),
-                               &platform]() mutable {
-    ui::ImagePtr avatar = book->getAvatar(recordId, size);
-    // The service goes back to the main queue too, so that it is never let
-    // go of on the background thread.
+  platform.dispatchBackground([weakView, tag, load = std::move(load),
+                               done = std::move(done), &platform]() mutable {
+    ui::ImagePtr avatar = load();
     platform.dispatchMain([weakView, tag, avatar = std::move(avatar),
-                           book = std::move(book), done = std::move(done)] {
+                           load = std::move(load), done = std::move(done)] {
       auto view = weakView.lock();
       // The cell may show another record by now.
       const bool set = view && view->tag() == tag && avatar;
@@ -26,6 +22,18 @@ void loadAvatarInBackground(const std::shared_ptr<ui::UIImageView>& view,
       if (done) done(set);
     });
   });
+}
+
+void loadAvatarInBackground(const std::shared_ptr<ui::UIImageView>& view,
+                            int tag, std::shared_ptr<ZVAddressBook> book,
+                            int32_t recordId, platform::Size size,
+                            std::function<void(bool set)> done) {
+  loadAvatarInBackground(
+      view, tag,
+      [book = std::move(book), recordId, size] {
+        return book->getAvatar(recordId, size);
+      },
+      std::move(done));
 }
 
 }  // namespace zv

@@ -25,11 +25,22 @@ class ZVAddressBook;
 constexpr int avatarViewTag(int32_t recordId) {
   return static_cast<int>(static_cast<uint32_t>(recordId) | 0x80000000u);
 }
+// The record id of such a tag (bit 31 cleared).
+constexpr int32_t avatarViewRecord(int tag) {
+  return static_cast<int32_t>(static_cast<uint32_t>(tag) & ~0x80000000u);
+}
 
-// Asks `book` for `recordId`'s picture at `size` on the background queue;
-// back on the main queue, sets it on `view` when the view still exists,
-// still carries `tag` and a picture came back. `done`, when given, runs on
-// the main queue after that with whether the picture was set.
+// Runs `load` on the background queue; back on the main queue, sets its
+// picture on `view` when the view still exists, still carries `tag` and a
+// picture came back. `done`, when given, runs on the main queue after that
+// with whether the picture was set. `load` itself is let go of on the main
+// queue too, so whatever it holds (the service) never goes on the
+// background thread.
+void loadAvatarInBackground(const std::shared_ptr<ui::UIImageView>& view,
+                            int tag, std::function<ui::ImagePtr()> load,
+                            std::function<void(bool set)> done = {});
+
+// The same with `book`'s picture of `recordId` at `size`.
 void loadAvatarInBackground(const std::shared_ptr<ui::UIImageView>& view,
                             int tag, std::shared_ptr<ZVAddressBook> book,
                             int32_t recordId, platform::Size size,

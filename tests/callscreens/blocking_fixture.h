@@ -12,6 +12,7 @@
 #include "callscreens/incoming_call_controller.h"
 #include "core/settings_catalogue.h"
 #include "platform/plist.h"
+#include "platform/ui/view.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -22,6 +23,7 @@ struct FakeCall : rt::Object {
   bool isBlocked = false;
   std::optional<std::string> destinationID;
   bool isOutgoing = false;
+  int32_t status = 4;
   rt::Id handle;
 };
 
@@ -55,6 +57,35 @@ class FakeCallHost : public IncomingCallHost {
   void disposeSystemSound(uint32_t id) override {
     actions.push_back("dispose " + std::to_string(id));
   }
+  // The call screens, as the caller-information tests set them up.
+  int32_t status(const rt::Id& c) override { return call(c).status; }
+  rt::Id notificationObject(const rt::Id& n) override {
+    return notifications.count(n.get()) ? notifications[n.get()] : nullptr;
+  }
+  std::optional<std::string> incomingCallNumber(const rt::Id& s) override {
+    return screenCall(s) ? call(screenCall(s)).destinationID : std::nullopt;
+  }
+  int32_t incomingCallerABUID(const rt::Id& s) override {
+    return screenCall(s) ? call(screenCall(s)).abUID : -1;
+  }
+  std::shared_ptr<ui::UIView> topLCDView(const rt::Id&) override { return lcd; }
+  bool shouldCenterText(const rt::Id&) override { return centerText; }
+  void ringOrVibrate(const rt::Id&) override { actions.push_back("ring"); }
+  std::shared_ptr<ui::UIView> participantsView(const rt::Id&) override {
+    return participants;
+  }
+  std::vector<rt::Id> callGroups(const rt::Id&) override { return groups; }
+  std::vector<rt::Id> groupCalls(const rt::Id& g) override {
+    return {g};  // each group is its one call
+  }
+  rt::Id callParticipantsViewController(const rt::Id& a) override { return a; }
+  std::string bulletinSectionID(const rt::Id&) override { return section; }
+  std::optional<std::string> bulletinContactInfo(const rt::Id&) override {
+    return contactInfo;
+  }
+  std::optional<double> bulletinDate(const rt::Id&) override {
+    return bulletinDateValue;
+  }
   bool installIncomingCallScreenHooks() override {
     actions.push_back("install");
     return screenClassExists;
@@ -70,6 +101,14 @@ class FakeCallHost : public IncomingCallHost {
   std::map<const rt::Object*, rt::Id> alertCalls;
   std::map<const rt::Object*, std::string> handleNames;
   rt::Id incoming, incomingVideo;
+  // Caller-information state: the screen's call, LCD and participants.
+  std::map<const rt::Object*, rt::Id> screenCalls, notifications;
+  std::shared_ptr<ui::UIView> lcd, participants;
+  bool centerText = true;
+  std::vector<rt::Id> groups;
+  std::string section = "com.apple.mobilephone";
+  std::optional<std::string> contactInfo;
+  std::optional<double> bulletinDateValue;
   bool screenClassExists = false;
   bool refuseSounds = false;
   uint32_t nextSoundID = 7001;
@@ -77,6 +116,10 @@ class FakeCallHost : public IncomingCallHost {
  private:
   static FakeCall& call(const rt::Id& c) {
     return *std::dynamic_pointer_cast<FakeCall>(c);
+  }
+  rt::Id screenCall(const rt::Id& s) {
+    auto it = screenCalls.find(s.get());
+    return it == screenCalls.end() ? nullptr : it->second;
   }
 };
 

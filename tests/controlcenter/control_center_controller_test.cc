@@ -148,20 +148,6 @@ TEST_F(CellularSettingsTest, TogglingTwiceReturnsToTheFirstState) {
   });
 }
 
-TEST_F(CellularSettingsTest, ValueTwoNeitherRestylesNorToggles) {
-  writeGlyphs();
-  start({{"ControlCenterCellularData", 2}, {"ControlCenterHome", 1}}, "7.1");
-  auto bluetooth = button("bluetooth");
-  run([&](ZVControlCenterController& c) {
-    rt::Id section = settingsSection(bluetooth, button("wifi"));
-    c.updateCCSettings(section);
-    EXPECT_EQ(bluetooth->glyphSets, 0);
-    EXPECT_FALSE(c.actionCCSettings(section, bluetooth));
-    EXPECT_TRUE(host_->actions.empty());
-    EXPECT_TRUE(host_->cellular);
-  });
-}
-
 class ShortcutTest : public testing::ControlCenterTest {};
 
 TEST_F(ShortcutTest, IdentifiersPickTheReplacementForEveryState) {
@@ -332,26 +318,6 @@ TEST_F(BluetoothAsCellularTest, OtherValuesLeaveTheHostsBluetooth) {
     EXPECT_EQ(c.cellularDataSettingModule(), nullptr);
     EXPECT_TRUE(host_->actions.empty());
   });
-}
-
-TEST_F(BluetoothAsCellularTest, LaterAppearancesUpdateAfterATenthOfASecond) {
-  writeGlyphs();
-  start({{"ControlCenterCellularData", 1}});
-  auto bluetooth = module("bluetooth");
-  run([&](ZVControlCenterController& c) {
-    c.bluetoothActivate(bluetooth);
-    host_->cellular = true;
-    c.bluetoothViewWillAppear();  // first: at once
-    EXPECT_TRUE(bluetooth->enabled);
-    EXPECT_TRUE(c.cellularDataStatusIsInited());
-    host_->cellular = false;
-    c.bluetoothViewWillAppear();
-    EXPECT_TRUE(bluetooth->enabled);
-  });
-  world_.advance(0.05);
-  EXPECT_TRUE(bluetooth->enabled);
-  world_.advance(0.06);
-  EXPECT_FALSE(bluetooth->enabled);
 }
 
 }  // namespace

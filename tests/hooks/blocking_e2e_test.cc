@@ -93,11 +93,6 @@ class BlockingE2ETest : public World,
     }
     return c.screenBlocked;
   }
-  std::vector<std::string> details(std::string_view kind) {
-    std::vector<std::string> out;
-    for (const auto& e : events(kind)) out.push_back(e.detail);
-    return out;
-  }
   void writeList(const char* path, std::vector<std::string> numbers) {
     Dict d;
     for (auto& n : numbers) d[n] = Value(true);

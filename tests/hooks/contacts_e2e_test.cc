@@ -20,7 +20,7 @@ class ContactsE2ETest : public testing::ListsWorld {
   platform::SimProcess& startContacts(Dict settings, const char* version,
                                       const char* screen, int textStep = 0) {
     settings.emplace("Enable", true);
-    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
+    writeSettings(settings);
     auto facts = platform::simulatedDevice(version, screen);
     facts->textSizeStep = textStep;
     app_ = &hosts::launchSimulated(world_, hosts::contactsHost(), *facts,
@@ -149,8 +149,7 @@ TEST_F(ContactsE2ETest, OnSevenOneTheTextLabelTakesTheNameOverALinedList) {
 }
 
 TEST_F(ContactsE2ETest, ThePhoneAppsContactsTabIsTheSameList) {
-  writePlist("/var/mobile/Library/Preferences/zorvel.plist",
-             {{"EnableAvatar", true}});
+  writeSettings({{"EnableAvatar", true}});
   auto facts = platform::simulatedDevice("8.1", "4");
   auto& phone = hosts::launchSimulated(world_, hosts::phoneHost(), *facts,
                                        ZorvelInitializer);

@@ -9,15 +9,15 @@
 
 #include "controlcenter/control_center_controller.h"
 #include "core/guard.h"
+#include "devicegen/device_image.h"
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
-#include "hosts/springboard/controlcenter_app.h"
+#include "hosts/springboard/app.h"
 #include "hostsdk/springboard_controlcenter.h"
 #include "platform/plist.h"
 #include "platform/sim/device_presets.h"
 #include "platform/telephony/core_telephony.h"
 #include "platform/ui/view.h"
-#include "devicegen/device_image.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -25,7 +25,7 @@ namespace {
 
 using hosts::ControlCenterButton;
 using hosts::ControlCenterEffects;
-using hosts::ControlCenterSpringBoard;
+using hosts::SpringBoardApplication;
 using Effects = std::vector<std::string>;
 
 class ControlCenterE2ETest : public testing::SimTest,
@@ -47,8 +47,8 @@ class ControlCenterE2ETest : public testing::SimTest,
         root_ + "/var/mobile/Library/Preferences/zorvel.plist", Value(all)));
     auto facts = platform::simulatedDevice(GetParam(), screen);
     ASSERT_TRUE(facts);
-    sb_ = &hosts::launchSimulated(world_, hosts::controlCenterSpringboard(),
-                                  *facts, ZorvelInitializer);
+    sb_ = &hosts::launchSimulated(world_, hosts::springboardHost(), *facts,
+                                  ZorvelInitializer);
     world_.advance(0);
     open();
   }
@@ -57,9 +57,7 @@ class ControlCenterE2ETest : public testing::SimTest,
     return sb_->run(std::forward<F>(f));
   }
   hosts::ControlCenterViewController& cc() {
-    return *run([] {
-              return ControlCenterSpringBoard::shared();
-            })->controlCenter;
+    return *run([] { return SpringBoardApplication::shared(); })->controlCenter;
   }
   std::shared_ptr<ControlCenterButton> button(const std::string& name) {
     return cc().button(name);
@@ -136,7 +134,7 @@ TEST_P(ControlCenterE2ETest, ReplacedButtonsLookAndActAsHomeSwitcherAndLock) {
   open();
   tap("camera");
   EXPECT_EQ(effects(), Effects{"lock"});
-  EXPECT_TRUE(run([] { return ControlCenterSpringBoard::shared()->locked; }));
+  EXPECT_TRUE(run([] { return SpringBoardApplication::shared()->locked(); }));
   EXPECT_TRUE(run([] { return zvenabled(); }));
 }
 

@@ -1,7 +1,7 @@
 // A device for the Recents and Contacts end-to-end tests: the China area
 // database, three contacts (two with pictures), call histories of both
-// generations with their backup tables, and hosts started on it with the
-// extension loaded.
+// generations with their backup tables, on the shared harness (hosts
+// started with the extension loaded).
 #pragma once
 
 #include <sqlite3.h>
@@ -9,13 +9,13 @@
 #include <memory>
 #include <string>
 
-#include "support/device_db.h"
-#include "dialer/dialer_fixture.h"
 #include "hooks/modules.h"
 #include "hosts/contacts/contacts_app.h"
 #include "hosts/phone/app.h"
 #include "platform/db/platform_schema.h"
 #include "platform/sim/device_presets.h"
+#include "support/device_db.h"
+#include "support/world.h"
 
 namespace zv::testing {
 
@@ -32,9 +32,10 @@ inline constexpr char kHanMeimei[] = "02112345678";
 inline constexpr char kWangWu[] = "13002100000";
 inline constexpr char kStranger[] = "13001001234";  // Beijing, no contact
 
-class ListsWorld : public DialerTest {
+class ListsWorld : public World {
  protected:
   ListsWorld() {
+    installChinaDatabase();
     const std::string book = root_ + schema::kAddressBookPath;
     const std::string images = root_ + schema::kAddressBookImagesPath;
     schema::createDatabase(book, schema::Database::kAddressBook);
@@ -105,43 +106,6 @@ class ListsWorld : public DialerTest {
         root_ + schema::kCallHistoryStorePath,
         std::string("SELECT ZDATE FROM ") + table + " ORDER BY ZDATE");
   }
-
-  // Starts `host` at `version` on a `screen`-inch phone with `settings`.
-  platform::SimProcess& startHost(const hosts::HostDefinition& host,
-                                  const Dict& settings,
-                                  const char* version = "8.1",
-                                  const char* screen = "4.7") {
-    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
-    auto facts = platform::simulatedDevice(version, screen);
-    auto& process =
-        hosts::launchSimulated(world_, host, *facts, ZorvelInitializer);
-    world_.advance(0);
-    return process;
-  }
-
-  void advance(double seconds) { world_.advance(seconds); }
-
-  // Runs f in `process`, then lets queued main-queue work run.
-  template <typename F>
-  auto in(platform::SimProcess& process, F&& f) {
-    if constexpr (std::is_void_v<decltype(f())>) {
-      process.run(std::forward<F>(f));
-      world_.advance(0);
-    } else {
-      auto result = process.run(std::forward<F>(f));
-      world_.advance(0);
-      return result;
-    }
-  }
 };
-
-// Whether every pixel of `image` is `colour`.
-inline bool allPixels(const ui::ImagePtr& image, ui::Pixel colour) {
-  if (!image || image->empty()) return false;
-  for (int y = 0; y < image->pixelHeight(); ++y)
-    for (int x = 0; x < image->pixelWidth(); ++x)
-      if (!(image->pixel(x, y) == colour)) return false;
-  return true;
-}
 
 }  // namespace zv::testing

@@ -9,45 +9,28 @@
 #include <sqlite3.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
-#include "area/area_compiler.h"
-#include "support/device_db.h"
-#include "hooks/modules.h"
-#include "hosts/kit/host_kit.h"
+#include "devicegen/device_image.h"
 #include "hosts/messages/app.h"
 #include "hosts/messages/composer.h"
 #include "messages/group_view_controller.h"
 #include "messages/sms_controller.h"
 #include "platform/db/messages_schema.h"
 #include "platform/db/platform_schema.h"
-#include "platform/plist.h"
-#include "platform/sim/device_presets.h"
 #include "search/address_book.h"
-#include "devicegen/device_image.h"
-#include "support/sim_fixture.h"
+#include "support/device_db.h"
+#include "support/world.h"
 
 namespace zv::testing {
 
-inline const std::string& e2eChinaDatabase() {
-  static const std::string bytes = [] {
-    std::ifstream in(ZV_SOURCE_DIR "/data/area/China.txt", std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return area::compile(area::parseSource(s.str(), "China"));
-  }();
-  return bytes;
-}
-
-class MessagesE2ETest : public SimTest {
+class MessagesE2ETest : public World {
  protected:
   static constexpr char kLongName[] = "Maximilian-Alexander";
   static constexpr char kLongLast[] =
       "Featherstonehaugh-Worthington-Smythe-Montgomery";
 
   MessagesE2ETest() {
-    write("/Library/Zorvel/Area/China", e2eChinaDatabase());
+    installChinaDatabase();
     DevicePeople people;
     people.labels = {"_$!<Mobile>!$_"};
     auto contact = [](int64_t id, std::string first, std::string last,
@@ -80,12 +63,13 @@ class MessagesE2ETest : public SimTest {
                    {"13501234567", {{false, "Hello", true}}},
                    {"13701234567", {{false, "快递到了", false}}}});
     for (bool checked : {true, false})
-      write(checked ? "/Library/Zorvel/checked.png"
-                    : "/Library/Zorvel/notchecked.png",
-            ui::Image::filled(44, 44, 2,
-                              checked ? ui::Pixel{0, 122, 255, 255}
-                                      : ui::Pixel{199, 199, 204, 255})
-                .encodePng());
+      writeDeviceBytes(
+          checked ? "/Library/Zorvel/checked.png"
+                  : "/Library/Zorvel/notchecked.png",
+          ui::Image::filled(44, 44, 2,
+                            checked ? ui::Pixel{0, 122, 255, 255}
+                                    : ui::Pixel{199, 199, 204, 255})
+              .encodePng());
     settings_ = Dict{{"Enable", true},
                      {"EnableArea", true},
                      {"EnableAvatar", true},
@@ -131,36 +115,17 @@ class MessagesE2ETest : public SimTest {
     execSql(file, sql + "COMMIT;");
   }
 
-  void write(const std::string& devicePath, const std::string& bytes) {
-    auto path = std::filesystem::path(root_ + devicePath);
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-  }
-
   // Starts Messages with the extension on a phone of that system and screen.
   void start(const std::string& version = "8.1",
              const std::string& inches = "4") {
-    ASSERT_TRUE(
-        plist::writeFile(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
-                         Value(settings_)));
-    auto facts = platform::simulatedDevice(version, inches);
-    ASSERT_TRUE(facts);
-    proc_ = &hosts::launchSimulated(world_, hosts::messagesHost(), *facts,
-                                    ZorvelInitializer);
-    world_.advance(0);
+    proc_ = &startHost(hosts::messagesHost(), settings_, version, inches);
     app_ = proc_->run([] { return hosts::MessagesApplication::shared(); });
     ASSERT_NE(app_, nullptr);
   }
+  // Runs `f` in Messages and lets 0.1 s pass (animations, queued work).
   template <typename F>
   auto run(F&& f) {
-    if constexpr (std::is_void_v<decltype(f())>) {
-      proc_->run(std::forward<F>(f));
-      world_.advance(0.1);
-    } else {
-      auto result = proc_->run(std::forward<F>(f));
-      world_.advance(0.1);
-      return result;
-    }
+    return in(*proc_, std::forward<F>(f), 0.1);
   }
   std::shared_ptr<hosts::ConversationListCell> row(size_t r) {
     return std::dynamic_pointer_cast<hosts::ConversationListCell>(

@@ -1,15 +1,13 @@
 // Messages end to end through the installed hooks: areas and pictures in
 // the conversation list and a conversation, the composer's Group button,
-// and the recipient-group screens with the saved-recipients file.
+// and the recipient-group screens reached from it. (Saving, deleting and
+// damaged files of the saved lists are the group screens' own tests.)
 #include "area/area_loader.h"
-#include "messages/recipients_file.h"
 #include "messages_e2e_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv::testing {
 namespace {
-
-constexpr char kRecipientsFile[] =
-    "/var/mobile/Library/Preferences/zorvel.recipients.plist";
 
 TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
   start();
@@ -34,7 +32,7 @@ TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
   // Wei's picture arrived from the background fetch.
   run([&] {
     auto image = row(0)->imageView();
-    EXPECT_EQ(image->tag(), ZVSMSController::recordTag(1));
+    EXPECT_EQ(image->tag(), avatarViewTag(1));
     ASSERT_NE(image->image(), nullptr);
     EXPECT_NE(image->image(),
               ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
@@ -141,109 +139,6 @@ TEST_F(MessagesE2ETest, ChosenNumbersReplaceTheComposersRecipients) {
       EXPECT_EQ(groupScreen(), nullptr);  // dismissed
     });
   }
-}
-
-TEST_F(MessagesE2ETest, SavingReplacesByNameAndDeletingRewritesTheFile) {
-  ASSERT_TRUE(plist::writeFile(
-      root_ + kRecipientsFile,
-      Value(Dict{{"Team", recipients_file::listValue({{"1", "", ""}})},
-                 {"Old", recipients_file::listValue({{"2", "", ""}})}})));
-  start();
-  run([&] {
-    auto composer = app_->newMessage();
-    composer->toField->add("13800138000");
-    composer->toField->add("10086");
-    composer->navigationItem()->leftBarButtonItem->press();
-    auto g = groupScreen();
-    g->tableView()->reloadData();
-    ASSERT_TRUE(g->tapRow({2, 0}));
-    auto alert = proc_->openAlert();
-    ASSERT_NE(alert, nullptr);
-    EXPECT_EQ(alert->tag, 10086);
-    alert->inputText = "Team";
-    proc_->pressAlertButton(1);
-    auto file = plist::readDictionary(root_ + kRecipientsFile);
-    ASSERT_TRUE(file);
-    EXPECT_EQ((*file)["Team"],
-              recipients_file::listValue(
-                  {{"13800138000", "Wei Zhang", "mobile"}, {"10086", "", ""}}));
-    EXPECT_EQ(g->visibleCell({1, 1})->detailTextLabel()->text(), "2");
-
-    ASSERT_TRUE(g->commitDelete({1, 0}));  // "Old"
-    file = plist::readDictionary(root_ + kRecipientsFile);
-    EXPECT_EQ(file->size(), 1u);
-    EXPECT_EQ(file->count("Old"), 0u);
-    EXPECT_EQ(g->deletions().back().animation, ui::RowAnimation::Automatic);
-    EXPECT_EQ(g->savedRecipientsNames(), (std::vector<std::string>{"Team"}));
-  });
-}
-
-TEST_F(MessagesE2ETest, FiftyOneNumbersLetFiftyBeChosen) {
-  std::vector<SMSRecipient> many;
-  for (int i = 0; i < 51; ++i)
-    many.push_back({"1390000" + std::to_string(1000 + i), "", ""});
-  ASSERT_TRUE(plist::writeFile(
-      root_ + kRecipientsFile,
-      Value(Dict{{"Many", recipients_file::listValue(many)}})));
-  start();
-  run([&] {
-    app_->newMessage()->navigationItem()->leftBarButtonItem->press();
-    auto g = groupScreen();
-    g->tableView()->reloadData();
-    g->tapRow({1, 0});
-    auto list = checklist();
-    for (size_t r = 0; r < 51; ++r) list->tapRow({0, r});
-    EXPECT_EQ(list->selects().size(), 50u);
-    EXPECT_EQ(list->title, "Many (50/50)");
-    EXPECT_EQ(list->visibleCell({0, 50})->imageView()->image(),
-              list->notcheckedImage());
-    list->navigationItem()->rightBarButtonItem->press();
-    EXPECT_EQ(app_->composer()->toField->recipients.size(), 50u);
-  });
-}
-
-TEST_F(MessagesE2ETest, DamagedRecipientsFileStillOpensAndSavesAValidFile) {
-  const Dict good{{"Good", recipients_file::listValue({{"1", "A", "x"}})}};
-  const std::string xml = plist::toXml(Value(good));
-  for (const std::string& bytes : {xml.substr(0, xml.size() - 20),
-                                   std::string("\x01\x02garbage\xff", 10)}) {
-    write(kRecipientsFile, bytes);
-    start();
-    run([&] {
-      auto composer = app_->newMessage();
-      composer->toField->add("10086");
-      composer->navigationItem()->leftBarButtonItem->press();
-      auto g = groupScreen();
-      ASSERT_NE(g, nullptr);
-      EXPECT_TRUE(g->savedRecipientsNames().empty());
-      g->tableView()->reloadData();
-      g->tapRow({2, 0});
-      proc_->openAlert()->inputText = "New";
-      proc_->pressAlertButton(1);
-      EXPECT_EQ(
-          *plist::readDictionary(root_ + kRecipientsFile),
-          (Dict{{"New", recipients_file::listValue({{"10086", "", ""}})}}));
-    });
-  }
-  // Good and bad lists: the good one survives the next save.
-  Dict mixed = good;
-  mixed["Bad"] = Value(Array{Value(42)});
-  ASSERT_TRUE(plist::writeFile(root_ + kRecipientsFile, Value(mixed)));
-  start();
-  run([&] {
-    auto composer = app_->newMessage();
-    composer->toField->add("10086");
-    composer->navigationItem()->leftBarButtonItem->press();
-    auto g = groupScreen();
-    EXPECT_EQ(g->savedRecipientsNames(), (std::vector<std::string>{"Good"}));
-    g->tableView()->reloadData();
-    g->tapRow({2, 0});
-    proc_->openAlert()->inputText = "New";
-    proc_->pressAlertButton(1);
-    Dict expected = good;
-    expected["New"] = recipients_file::listValue({{"10086", "", ""}});
-    EXPECT_EQ(*plist::readDictionary(root_ + kRecipientsFile), expected);
-  });
 }
 
 }  // namespace

@@ -44,8 +44,8 @@ class RecentsE2ETest : public testing::ListsWorld {
     return out;
   }
   void writeRing(const Dict& durations) {
-    writePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
-               durations);
+    writeDevicePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
+                     durations);
   }
 
   platform::SimProcess* phone_ = nullptr;
@@ -162,18 +162,6 @@ TEST_F(RecentsE2ETest, EditingWidensTheSeparatorInset) {
   openRecents();
   in(*phone_, [] { PhoneApplication::shared()->recents->setEditing(true); });
   EXPECT_EQ(rows()[0]->separatorInset().left, 105);
-}
-
-TEST_F(RecentsE2ETest, LimitOfOneHundredRestoresAndDeletesNothing) {
-  for (int i = 0; i < 3; ++i) modernCall(10 + i, 1000 + i, testing::kStranger);
-  modernCall(1, 500, testing::kLiLei, 0, false, "ZVZCALLRECORD");
-  modernCall(2, 1001, testing::kLiLei, 0, false, "ZVZCALLRECORD");
-  startPhone({});
-  openRecents();
-  EXPECT_EQ(rows().size(), 1u);
-  in(*phone_, [] { PhoneApplication::shared()->recents->deleteRow(0); });
-  in(*phone_, [] { PhoneApplication::shared()->recents->clearAll(); });
-  EXPECT_EQ(modernDates("ZVZCALLRECORD"), (std::vector<double>{500, 1001}));
 }
 
 TEST_F(RecentsE2ETest, ALongerLimitPutsOlderBackedUpCallsBackIntoTheList) {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/kit/host_kit.h"
-#include "hosts/springboard/controlcenter_app.h"
+#include "hosts/springboard/app.h"
 #include "hostsdk/springboard_controlcenter.h"
 #include "platform/sim/device_presets.h"
 #include "support/sim_fixture.h"
@@ -21,8 +21,8 @@ class ControlCenterHostTest
  protected:
   ControlCenterHostTest() {
     auto facts = platform::simulatedDevice(GetParam(), "4.7");
-    sb_ = &launchSimulated(world_, controlCenterSpringboard(), *facts);
-    cc_ = sb_->run([] { return ControlCenterSpringBoard::shared(); })
+    sb_ = &launchSimulated(world_, springboardHost(), *facts);
+    cc_ = sb_->run([] { return SpringBoardApplication::shared(); })
               ->controlCenter;
   }
   bool modular() const { return std::string(GetParam()) >= "8"; }
@@ -90,7 +90,7 @@ TEST_P(ControlCenterHostTest, EachGenerationHasItsOwnClassesAndLockButton) {
     EXPECT_EQ(rt::getClass(sdk::SBCCShortcutButtonController::kName) != nullptr,
               eight);
     EXPECT_EQ(rt::getClass(sdk::SBCCBluetoothSetting::kName) != nullptr, eight);
-    auto app = ControlCenterSpringBoard::shared();
+    auto app = SpringBoardApplication::shared();
     EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource8),
               eight);
     EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource),
@@ -100,7 +100,7 @@ TEST_P(ControlCenterHostTest, EachGenerationHasItsOwnClassesAndLockButton) {
       rt::send(app, sdk::SpringBoard::lockButtonUpFromSource8, rt::Id(), 1);
     else
       rt::send(app, sdk::SpringBoard::lockButtonUpFromSource, 1);
-    EXPECT_TRUE(app->locked);
+    EXPECT_TRUE(app->locked());
     EXPECT_FALSE(cc_->presented);  // locking puts the Control Centre away
   });
   EXPECT_EQ(effects(), Effects{"lock"});

@@ -9,9 +9,9 @@
 #include <thread>
 
 #include "lists/contacts_controller.h"
-#include "lists/list_cells.h"
 #include "lists/recents_controller.h"
 #include "lists_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -125,16 +125,14 @@ TEST_F(AvatarThreadsTest,
   for (int i = 0; i < kCells; ++i) {
     const int id = personFor(i, kRounds - 1) + 1;
     auto image = cells[i]->imageView();
-    EXPECT_EQ(image->tag(), lists::avatarTag(id)) << i;
-    EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
+    EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
+    EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
   }
 }
 
 TEST_F(AvatarThreadsTest,
        ContactsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
-  platform::DeviceFacts facts;
-  facts.screenPoints = testing::k4Inch.points;
-  facts.screenPixels = testing::k4Inch.pixels;
+  const platform::DeviceFacts facts = *platform::simulatedDevice("8.1", "4");
   ThreadedPhone phone(world_, facts);
   auto host = std::make_shared<testing::FakeContactsHost>();
   std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
@@ -166,8 +164,8 @@ TEST_F(AvatarThreadsTest,
   for (int i = 0; i < kCells; ++i) {
     const int id = personFor(i, kRounds - 1) + 1;
     auto image = cells[i]->imageView();
-    EXPECT_EQ(image->tag(), lists::avatarTag(id)) << i;
-    EXPECT_TRUE(testing::filledWith(image->image(), colourOf(id))) << i;
+    EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
+    EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
   }
 }
 

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lists/list_cells.h"
 #include "lists_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -20,7 +20,7 @@ const ui::Pixel kBlue{0, 0, 255, 255};
 class ContactsTest : public testing::ListsTest {
  protected:
   void begin(Dict settings, const char* version = "8.1",
-             testing::Screen screen = testing::k4Inch) {
+             const char* screen = "4") {
     proc_ = &start(settings, version, screen);
     proc_->run([&] {
       controller_ = ZVContactsController::sharedInstance();
@@ -99,9 +99,8 @@ TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
   const platform::Size size{44, 44};
   auto picture =
       std::make_shared<const ui::Image>(ui::Image::filled(10, 10, 1, kRed));
-  for (auto screen : {testing::k35Inch, testing::k4Inch, testing::k47Inch,
-                      testing::k55Inch}) {
-    auto& proc = start({{"EnableAvatar", true}}, "8.1", screen);
+  for (std::string screen : {"3.5", "4", "4.7", "5.5"}) {
+    auto& proc = start({{"EnableAvatar", true}}, "8.1", screen.c_str());
     auto vc =
         proc.run([] { return rt::create(rt::registerClass("FakeCard")); });
     auto none =
@@ -116,9 +115,8 @@ TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
       c->setHost(host_);
       c->viewWillAppear(vc);
       c->viewWillAppear(none);
-      const bool small = screen.pixels.height <= 1136;
-      EXPECT_EQ(book->getCahcedAvatar(31, size) == nullptr, small)
-          << screen.points.height;
+      const bool small = screen == "3.5" || screen == "4";
+      EXPECT_EQ(book->getCahcedAvatar(31, size) == nullptr, small) << screen;
       // No contact, no drop: the placeholder's entry stays.
       EXPECT_NE(book->getCahcedAvatar(-1, size), nullptr);
     });
@@ -146,16 +144,15 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   EXPECT_EQ(image->scale(), 0.8);
   EXPECT_EQ(image->cornerRadius(), 22);
   EXPECT_TRUE(image->clipsToBounds());
-  EXPECT_EQ(image->tag(), lists::avatarTag(5));
+  EXPECT_EQ(image->tag(), avatarViewTag(5));
   EXPECT_EQ(withPicture->separatorInset().left, 62);
-  EXPECT_TRUE(testing::filledWith(image->image(), kPlaceholder));
+  EXPECT_TRUE(testing::allPixels(image->image(), kPlaceholder));
   world_.advance(0);
-  EXPECT_TRUE(testing::filledWith(image->image(), kRed));
+  EXPECT_TRUE(testing::allPixels(image->image(), kRed));
 
-  EXPECT_TRUE(testing::filledWith(without->imageView()->image(), kPlaceholder));
-  EXPECT_TRUE(
-      testing::filledWith(noRecord->imageView()->image(), kPlaceholder));
-  EXPECT_EQ(noRecord->imageView()->tag(), lists::avatarTag(-1));
+  EXPECT_TRUE(testing::allPixels(without->imageView()->image(), kPlaceholder));
+  EXPECT_TRUE(testing::allPixels(noRecord->imageView()->image(), kPlaceholder));
+  EXPECT_EQ(noRecord->imageView()->tag(), avatarViewTag(-1));
   EXPECT_EQ(notAPerson->imageView()->image(), nullptr);
   EXPECT_EQ(notAPerson->separatorInset().left, 15);
   // From 8.0 the texts are the host's.
@@ -170,14 +167,14 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   run([&] { controller_->avatarCell(reused); });
   host_->listCell(reused).person = host_->listCell(withPicture).person;
   run([&] { controller_->avatarCell(reused); });
-  EXPECT_TRUE(testing::filledWith(reused->imageView()->image(), kRed));
+  EXPECT_TRUE(testing::allPixels(reused->imageView()->image(), kRed));
   world_.advance(0);
-  EXPECT_TRUE(testing::filledWith(reused->imageView()->image(), kRed));
-  EXPECT_EQ(reused->imageView()->tag(), lists::avatarTag(5));
+  EXPECT_TRUE(testing::allPixels(reused->imageView()->image(), kRed));
+  EXPECT_EQ(reused->imageView()->tag(), avatarViewTag(5));
 }
 
 TEST_F(ContactsTest, BeforeSevenOneTheNameIsMovedByBlanks) {
-  begin({{"EnableAvatar", true}}, "7.0.4", testing::k35Inch);
+  begin({{"EnableAvatar", true}}, "7.0.4", "3.5");
   struct Case {
     double size;
     size_t blanks;
@@ -221,11 +218,10 @@ TEST_F(ContactsTest, FromSevenOneToEightTheTextLabelTakesTheName) {
 
 TEST_F(ContactsTest, LargeScreensAndSwitchesLeaveTheListAlone) {
   for (auto [settings, screen] :
-       {std::pair{Dict{{"EnableAvatar", true}}, testing::k47Inch},
-        std::pair{Dict{{"EnableAvatar", true}}, testing::k55Inch},
-        std::pair{Dict{{"EnableAvatar", true}, {"AvatarContacts", false}},
-                  testing::k4Inch},
-        std::pair{Dict{}, testing::k4Inch}}) {
+       {std::pair{Dict{{"EnableAvatar", true}}, "4.7"},
+        std::pair{Dict{{"EnableAvatar", true}}, "5.5"},
+        std::pair{Dict{{"EnableAvatar", true}, {"AvatarContacts", false}}, "4"},
+        std::pair{Dict{}, "4"}}) {
     auto& proc = start(settings, "7.1", screen);
     proc.run([&] {
       auto c = ZVContactsController::sharedInstance();

@@ -9,13 +9,14 @@
 #include <string>
 #include <vector>
 
-#include "support/device_db.h"
 #include "dialer/dialer_fixture.h"
 #include "lists/contacts_host.h"
 #include "lists/recents_host.h"
+#include "platform/db/platform_schema.h"
+#include "platform/sim/device_presets.h"
 #include "platform/ui/table_view.h"
 #include "search/address_book.h"
-#include "platform/db/platform_schema.h"
+#include "support/device_db.h"
 
 namespace zv::testing {
 
@@ -217,15 +218,6 @@ class FakeContactsHost : public ContactsHost {
   std::map<const rt::Object*, std::optional<int32_t>> cards_;
 };
 
-// Screens by their size in points and pixels.
-struct Screen {
-  platform::Size points, pixels;
-};
-inline constexpr Screen k35Inch{{320, 480}, {640, 960}};
-inline constexpr Screen k4Inch{{320, 568}, {640, 1136}};
-inline constexpr Screen k47Inch{{375, 667}, {750, 1334}};
-inline constexpr Screen k55Inch{{414, 736}, {1242, 2208}};
-
 class ListsTest : public DialerTest {
  protected:
   ListsTest() {
@@ -239,14 +231,13 @@ class ListsTest : public DialerTest {
                     ui::Image::filled(60, 60, 1, kPlaceholder).encodePng());
   }
 
-  // The Phone process at `version` on `screen` with `settings`.
+  // The Phone process at `version` on a phone with a `screen`-inch screen
+  // with `settings`.
   platform::SimProcess& start(const Dict& settings, const char* version = "8.1",
-                              Screen screen = k47Inch) {
-    platform::DeviceFacts facts;
-    facts.systemVersion = version;
-    facts.screenPoints = screen.points;
-    facts.screenPixels = screen.pixels;
-    return launch(settings, facts);
+                              const char* screen = "4.7") {
+    auto facts = platform::simulatedDevice(version, screen);
+    EXPECT_TRUE(facts) << "no phone has a " << screen << "-inch screen";
+    return launch(settings, facts.value_or(platform::DeviceFacts{}));
   }
 
   // Ring seconds stored for call dates (keys as the store formats them).
@@ -256,14 +247,5 @@ class ListsTest : public DialerTest {
 
   static constexpr ui::Pixel kPlaceholder{128, 128, 128, 255};
 };
-
-// Whether every pixel of `image` is `colour`.
-inline bool filledWith(const ui::ImagePtr& image, ui::Pixel colour) {
-  if (!image || image->empty()) return false;
-  for (int y = 0; y < image->pixelHeight(); ++y)
-    for (int x = 0; x < image->pixelWidth(); ++x)
-      if (!(image->pixel(x, y) == colour)) return false;
-  return true;
-}
 
 }  // namespace zv::testing

@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lists/list_cells.h"
 #include "lists_fixture.h"
 #include "platform/ui/text_metrics.h"
+#include "search/avatar_loader.h"
 
 namespace zv {
 namespace {
@@ -34,7 +34,7 @@ class RecentsTest : public testing::ListsTest {
  protected:
   // Starts the Phone process and the controller on the fake host.
   void begin(Dict settings, const char* version = "8.1",
-             testing::Screen screen = testing::k47Inch) {
+             const char* screen = "4.7") {
     proc_ = &start(settings, version, screen);
     proc_->run([&] {
       controller_ = ZVRecentsController::sharedInstance();
@@ -358,23 +358,23 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   decorate(stranger);
 
   auto image = std::static_pointer_cast<ui::UITableViewCell>(row)->imageView();
-  EXPECT_EQ(image->tag(), lists::avatarTag(21));
+  EXPECT_EQ(image->tag(), avatarViewTag(21));
   EXPECT_LT(image->tag(), 0);  // bit 31
   EXPECT_EQ(image->cornerRadius(), 20);
   EXPECT_TRUE(image->clipsToBounds());
   EXPECT_EQ(image->frame().size, (platform::Size{40, 40}));
-  EXPECT_TRUE(testing::filledWith(image->image(), kPlaceholder));
+  EXPECT_TRUE(testing::allPixels(image->image(), kPlaceholder));
   world_.advance(0);
-  EXPECT_TRUE(testing::filledWith(image->image(), red));
+  EXPECT_TRUE(testing::allPixels(image->image(), red));
 
   auto plainImage =
       std::static_pointer_cast<ui::UITableViewCell>(plain)->imageView();
-  EXPECT_TRUE(testing::filledWith(plainImage->image(), kPlaceholder));
-  EXPECT_EQ(plainImage->tag(), lists::avatarTag(22));
+  EXPECT_TRUE(testing::allPixels(plainImage->image(), kPlaceholder));
+  EXPECT_EQ(plainImage->tag(), avatarViewTag(22));
   auto strangerImage =
       std::static_pointer_cast<ui::UITableViewCell>(stranger)->imageView();
-  EXPECT_TRUE(testing::filledWith(strangerImage->image(), kPlaceholder));
-  EXPECT_EQ(strangerImage->tag(), lists::avatarTag(-1));
+  EXPECT_TRUE(testing::allPixels(strangerImage->image(), kPlaceholder));
+  EXPECT_EQ(strangerImage->tag(), avatarViewTag(-1));
 
   // Now cached: a second row of the same contact shows it at once.
   auto again = cell();
@@ -382,10 +382,10 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
               "Li Lei", "mobile");
   decorate(again);
   EXPECT_TRUE(
-      testing::filledWith(std::static_pointer_cast<ui::UITableViewCell>(again)
-                              ->imageView()
-                              ->image(),
-                          red));
+      testing::allPixels(std::static_pointer_cast<ui::UITableViewCell>(again)
+                             ->imageView()
+                             ->image(),
+                         red));
 
   // A cell reused for another contact before its load finished keeps the
   // other contact's picture.
@@ -403,8 +403,8 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   world_.advance(0);
   auto reusedImage =
       std::static_pointer_cast<ui::UITableViewCell>(reused)->imageView();
-  EXPECT_EQ(reusedImage->tag(), lists::avatarTag(24));
-  EXPECT_TRUE(testing::filledWith(reusedImage->image(), blue));
+  EXPECT_EQ(reusedImage->tag(), avatarViewTag(24));
+  EXPECT_TRUE(testing::allPixels(reusedImage->image(), blue));
 }
 
 TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {

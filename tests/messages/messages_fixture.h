@@ -5,10 +5,11 @@
 
 #include <map>
 
-#include "support/device_db.h"
 #include "dialer/dialer_fixture.h"
 #include "messages/sms_controller.h"
 #include "platform/db/platform_schema.h"
+#include "platform/sim/device_presets.h"
+#include "support/device_db.h"
 
 namespace zv::testing {
 
@@ -134,13 +135,8 @@ class FakeSMSHost : public ZVSMSHost {
 };
 
 // Screens: the 4-inch phone (pictures on) and the 4.7-inch one (off).
-inline platform::DeviceFacts fourInch(std::string version = "8.1") {
-  platform::DeviceFacts f;
-  f.systemVersion = std::move(version);
-  f.hardwareModel = "iPhone6,1";
-  f.screenPoints = {320, 568};
-  f.screenPixels = {640, 1136};
-  return f;
+inline platform::DeviceFacts fourInch(std::string_view version = "8.1") {
+  return *platform::simulatedDevice(version, "4");
 }
 inline platform::DeviceFacts fourPointSevenInch() { return platform::DeviceFacts{}; }
 

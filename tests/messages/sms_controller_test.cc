@@ -6,6 +6,7 @@
 #include "area/area_loader.h"
 #include "messages/group_view_controller.h"
 #include "messages_fixture.h"
+#include "search/avatar_loader.h"
 
 namespace zv::testing {
 namespace {
@@ -137,7 +138,7 @@ TEST_F(SMSControllerTest, ListPictureIsPlaceholderFirstThenTheFetchedOne) {
     image = cell.cell->imageView();
     EXPECT_EQ(image->image(),
               ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
-    EXPECT_EQ(image->tag(), ZVSMSController::recordTag(7));
+    EXPECT_EQ(image->tag(), avatarViewTag(7));
     EXPECT_LT(image->tag(), 0);  // bit 31
     EXPECT_EQ(image->cornerRadius(), 25);
     EXPECT_TRUE(image->clipsToBounds());
@@ -312,55 +313,6 @@ TEST_F(SMSControllerTest, GroupButtonOnlyOnANewMessageWithoutALeftButton) {
     ZVSMSController::sharedInstance()->groupButton(fresh);
     EXPECT_EQ(fresh->navigationItem()->leftBarButtonItem, nullptr);
   });
-}
-
-TEST_F(SMSControllerTest, ChosenNumbersReplaceTheComposersRecipients) {
-  writeCheckImages();
-  writeAddressBook(
-      {{"Wei", "Zhang", {{"13912345678", platform_schema::kLabelMobile}}},
-       {"Anna", "Smith", {{"+44 20 7946 0000", platform_schema::kLabelWork}}}},
-      {});
-  for (const char* version : {"8.1", "7.1"}) {
-    SCOPED_TRACE(version);
-    auto& p =
-        launchMessages({{"SMSSelectGroup", Value(true)}}, fourInch(version));
-    p.run([&] {
-      auto c = ZVSMSController::sharedInstance();
-      auto fresh = composer();
-      fresh->recipients = {{"10086", "", ""},
-                           {"13800138000", "Li Lei", "mobile"}};
-      c->groupButton(fresh);
-      ASSERT_TRUE(fresh->navigationItem()->leftBarButtonItem->press());
-      auto nav = std::dynamic_pointer_cast<ui::UINavigationController>(
-          fresh->presentedViewController());
-      ASSERT_NE(nav, nullptr);
-      auto group = std::dynamic_pointer_cast<ZVSMSGroupViewController>(
-          nav->topViewController());
-      ASSERT_NE(group, nullptr);
-      EXPECT_EQ(group->title, "Group");
-      EXPECT_TRUE(group->hasRecipients());
-      group->tableView()->reloadData();
-      ASSERT_TRUE(group->tapRow({0, 0}));  // All Contacts
-      auto list = std::dynamic_pointer_cast<ZVSMSSelectContactsViewController>(
-          nav->topViewController());
-      ASSERT_NE(list, nullptr);
-      ASSERT_TRUE(list->tapRow({0, 1}));
-      ASSERT_TRUE(list->tapRow({0, 0}));
-      ASSERT_TRUE(list->navigationItem()->rightBarButtonItem->press());
-
-      const bool modern = std::string(version) == "8.1";
-      std::vector<std::string> expected{
-          modern ? "composeRecipientSelectionController"
-                 : "recipientSelectionController",
-          modern ? "composeRecipientSelectionController"
-                 : "recipientSelectionController",
-          modern ? "_removeAllRecipients" : "removeRecipients",
-          "addAddress:+44 20 7946 0000", "addAddress:13912345678"};
-      EXPECT_EQ(fresh->calls, expected);
-      EXPECT_EQ(fresh->recipients.size(), 2u);
-      EXPECT_EQ(fresh->presentedViewController(), nullptr);  // dismissed
-    });
-  }
 }
 
 }  // namespace

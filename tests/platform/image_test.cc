@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/ui/jpeg_tables.h"
+
 namespace zv::ui {
 namespace {
 
@@ -65,6 +67,33 @@ TEST(ImageTest, DecodesJpeg) {
   ASSERT_NE(decoded, nullptr);
   EXPECT_EQ(decoded->size(), (platform::Size{8, 4}));
   EXPECT_TRUE(allPixels(*decoded, Pixel{200, 40, 40, 255}, 6));
+}
+
+TEST(ImageTest, RefusesJpegHuffmanTablesOfMoreThan256Codes) {
+  // Found by fuzzing address-book pictures: stb's decoder wrote one entry
+  // per declared code into arrays of 256 (caught by the sanitizer builds).
+  Image source = Image::filled(8, 8, 1, kRed);
+  std::string jpeg;
+  auto append = [](void* ctx, void* data, int size) {
+    static_cast<std::string*>(ctx)->append(static_cast<char*>(data), size);
+  };
+  ASSERT_TRUE(
+      stbi_write_jpg_to_func(append, &jpeg, 8, 8, 4, source.rgba().data(), 90));
+  EXPECT_TRUE(jpegHuffmanTablesFit(jpeg));
+  const size_t table = jpeg.find("\xFF\xC4");
+  ASSERT_NE(table, std::string::npos);
+  std::string forged = jpeg;
+  // The first table's last two counts: 255 codes of 15 and 16 bits.
+  forged[table + 5 + 14] = '\xFF';
+  forged[table + 5 + 15] = '\xFF';
+  EXPECT_FALSE(jpegHuffmanTablesFit(forged));
+  EXPECT_EQ(Image::decode(forged, 1), nullptr);
+  // A table found after the first scan is looked at too.
+  std::string late = jpeg.substr(0, jpeg.size() - 2) +
+                     forged.substr(table, 4 + 17 + 600) + "\xFF\xD9";
+  EXPECT_FALSE(jpegHuffmanTablesFit(late));
+  // Not a JPEG stream at all: not this check's business.
+  EXPECT_TRUE(jpegHuffmanTablesFit("\x89PNG\xFF\xC4\xFF\xFF"));
 }
 
 TEST(ImageTest, RejectsWhatIsNotAPicture) {

@@ -7,6 +7,7 @@
 #include "platform/ui/sheets.h"
 #include "platform/ui/table_view.h"
 #include "platform/ui/text_metrics.h"
+#include "platform/ui/text_view.h"
 #include "platform/ui/view_controller.h"
 #include "platform/utf8.h"
 #include "support/sim_fixture.h"
@@ -233,6 +234,40 @@ TEST_F(UIModelTest, TabBarSendsAppearAndDisappearThroughTheRuntime) {
     tabs->setSelectedIndex(7);
     EXPECT_EQ(seen, (std::vector<std::string>{"a-", "b+"}));
     EXPECT_EQ(rt::send<int>(tabs, "selectedIndex"), 1);
+  });
+}
+
+// A text view wraps words at its width less the insets (ideographs one by
+// one, a word wider than a line by characters), breaks at "\n", and its
+// delegate's spacing follows every line.
+TEST_F(UIModelTest, TextViewWrapsAndAddsTheDelegatesSpacing) {
+  struct Spacing : LayoutManagerDelegate {
+    double lineSpacingAfterGlyphAtIndex(size_t, const Rect&) override {
+      return 6;
+    }
+  };
+  proc_.run([] {
+    auto view = make<UITextView>();
+    const Font font{"Helvetica", 17};
+    view->setFont(font);
+    view->setContentInset({4, 2, 0, 2});
+    const double word = textWidth("abcd ", font);
+    view->setFrame({{0, 0}, {word * 2 + 4, 10}});
+    view->setText("abcd abcd abcd\n深圳深圳深圳深圳深圳");
+    auto lines = view->lines();
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[0], "abcd abcd ");
+    EXPECT_EQ(lines[1], "abcd");
+    for (size_t i = 2; i < lines.size(); ++i)
+      EXPECT_LE(textWidth(lines[i], font), word * 2) << lines[i];
+    view->setText(std::string(60, 'x'));
+    EXPECT_GT(view->lines().size(), 1u);
+    view->setText("a\nb");
+    auto spacing = std::make_shared<Spacing>();
+    view->setLayoutManagerDelegate(spacing);
+    view->sizeToFit();
+    EXPECT_EQ(view->frame().size.height, 4 + 2 * (lineHeight(font) + 6));
+    EXPECT_EQ(view->frame().size.width, word * 2 + 4);
   });
 }
 

@@ -130,6 +130,14 @@ TEST_F(PlistFileTest, MissingOrWrongFilesGiveNothing) {
   ASSERT_TRUE(plist::writeFile(root_ + "/array.plist", Value(Array{Value(1)})));
   EXPECT_FALSE(plist::readDictionary(root_ + "/array.plist"));
   EXPECT_TRUE(plist::readFile(root_ + "/array.plist"));
+  // A text or key with a NUL byte cannot be written whole: no write at all,
+  // the file before stays.
+  EXPECT_FALSE(plist::writeFile(root_ + "/array.plist",
+                                Value(Array{Value(std::string("a\0b", 3))})));
+  EXPECT_FALSE(plist::writeFile(
+      root_ + "/array.plist",
+      Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}})));
+  EXPECT_EQ(plist::readFile(root_ + "/array.plist"), Value(Array{Value(1)}));
   // A folder in the way makes the write fail cleanly.
   std::filesystem::create_directories(root_ + "/dir.plist");
   EXPECT_FALSE(plist::writeFile(root_ + "/dir.plist", Value(Dict{})));
@@ -150,6 +158,33 @@ TEST(Plist, StringsHoldingANulByteAreReadWhole) {
     if (v.isString() && v.string()->find('\0') != std::string::npos)
       sawNul = true;
   EXPECT_TRUE(sawNul);
+}
+
+TEST(Plist, ListsWithAKeyHoldingANulAreRefused) {
+  // Found by fuzzing the settings file: libplist keeps a UTF-16 key with a
+  // NUL at full length, then asserts when reading it as a C string.
+  std::ifstream in(ZV_SOURCE_DIR "/fuzz/corpus/settings_plist/key_with_nul",
+                   std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(in)), {});
+  ASSERT_GT(bytes.size(), 40u);
+  EXPECT_FALSE(plist::parse(bytes));
+  // The same key in ASCII (which libplist would cut short) is refused too.
+  const std::string utf16("\x66\0E\0n\0a\0b\0\0\0e", 13);
+  const std::string ascii(
+      "\x56"
+      "Enab\0e",
+      7);
+  const size_t at = bytes.find(utf16);
+  ASSERT_NE(at, std::string::npos);
+  std::string shorter = bytes;
+  shorter.replace(at, utf16.size(), ascii + std::string(6, '\x09'));
+  EXPECT_FALSE(plist::parse(shorter));
+  // Without the NUL the list reads.
+  std::string clean = bytes;
+  clean[at + 10] = 'l';
+  auto value = plist::parse(clean);
+  ASSERT_TRUE(value);
+  EXPECT_TRUE((*value)["Enable"].boolValue());
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ namespace zv {
 namespace {
 
 using platform::Size;
+using testing::allPixels;
 using ui::Image;
 using ui::Pixel;
 
@@ -76,14 +77,6 @@ class AddressBookTest : public testing::SimTest {
     return world_.launch("com.apple.mobilephone", facts);
   }
 };
-
-bool filledWith(const ui::ImagePtr& image, Pixel colour) {
-  if (!image || image->empty()) return false;
-  for (int y = 0; y < image->pixelHeight(); ++y)
-    for (int x = 0; x < image->pixelWidth(); ++x)
-      if (image->pixel(x, y) != colour) return false;
-  return true;
-}
 
 TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
   exec(platform_schema::kAddressBookPath,
@@ -164,13 +157,13 @@ TEST_F(AddressBookTest, PictureIsTheFirstNonEmptyFormatScaledAndCached) {
     ui::ImagePtr raw = book->getAvatar(7);
     ASSERT_NE(raw, nullptr);
     EXPECT_EQ(raw->size(), (Size{40, 40}));  // 80 pixels at scale 2
-    EXPECT_TRUE(filledWith(raw, kRed));
+    EXPECT_TRUE(allPixels(raw, kRed));
 
     ui::ImagePtr small = book->getAvatar(7, Size{36, 36}, false);
     ASSERT_NE(small, nullptr);
     EXPECT_EQ(small->pixelWidth(), 72);
     EXPECT_EQ(small->scale(), 2);
-    EXPECT_TRUE(filledWith(small, kRed));
+    EXPECT_TRUE(allPixels(small, kRed));
     EXPECT_EQ(book->getCahcedAvatar(7, {36, 36}), small);
 
     // Served from memory: the database is not read again.
@@ -189,7 +182,7 @@ TEST_F(AddressBookTest, PlaceholderStandsInOnlyWhenAllowed) {
     EXPECT_EQ(book->getAvatar(-1, Size{40, 40}, false), nullptr);
     EXPECT_EQ(book->getAvatar(-2, Size{40, 40}, false), nullptr);
     ui::ImagePtr placeholder = book->getAvatar(-1, Size{40, 40}, true);
-    EXPECT_TRUE(filledWith(placeholder, kGrey));
+    EXPECT_TRUE(allPixels(placeholder, kGrey));
     EXPECT_EQ(placeholder->pixelWidth(), 80);
     EXPECT_EQ(book->getNullAvatarWithsize({40, 40}), placeholder);
     EXPECT_EQ(book->getCahcedAvatar(-2, {40, 40}), placeholder);
@@ -209,7 +202,7 @@ TEST_F(AddressBookTest, MissingPlaceholderFileGivesATransparentPicture) {
     ASSERT_NE(book->getNullAvatar(), nullptr);
     EXPECT_TRUE(book->getNullAvatar()->empty());
     ui::ImagePtr sized = book->getNullAvatarWithsize({44, 44});
-    EXPECT_TRUE(filledWith(sized, Pixel{}));
+    EXPECT_TRUE(allPixels(sized, Pixel{}));
     EXPECT_EQ(sized->pixelWidth(), 88);
   });
 }
@@ -226,11 +219,11 @@ TEST_F(AddressBookTest, RemovingAContactDropsOnlyTheListSizes) {
     // The picture appears later; the cached placeholder hides it until the
     // contact's entries are dropped.
     addPicture(5, 0, kRed);
-    EXPECT_TRUE(filledWith(book->getAvatar(5, Size{40, 40}), kGrey));
+    EXPECT_TRUE(allPixels(book->getAvatar(5, Size{40, 40}), kGrey));
     book->removeCachedAvatar(5);
     for (double side : {36.0, 40.0, 44.0, 50.0})
-      EXPECT_TRUE(filledWith(book->getAvatar(5, Size{side, side}), kRed));
-    EXPECT_TRUE(filledWith(book->getAvatar(5, Size{60, 60}), kGrey));
+      EXPECT_TRUE(allPixels(book->getAvatar(5, Size{side, side}), kRed));
+    EXPECT_TRUE(allPixels(book->getAvatar(5, Size{60, 60}), kGrey));
     EXPECT_NE(book->getCahcedAvatar(6, {40, 40}), nullptr);
   });
 }
@@ -263,7 +256,7 @@ TEST_F(AddressBookTest, OwnPictureComesFromMyInfoAndIsLookedForOnce) {
     ui::ImagePtr mine = book->getMyAvatarWithSize({28, 28});
     ASSERT_NE(mine, nullptr);
     EXPECT_EQ(mine->pixelWidth(), 56);
-    EXPECT_TRUE(filledWith(mine, kBlue));
+    EXPECT_TRUE(allPixels(mine, kBlue));
     EXPECT_EQ(book->getCahcedAvatar(ZVAddressBook::kMyAvatarId, {28, 28}),
               mine);
     EXPECT_EQ(book->getMyAvatar()->pixelWidth(), 120);  // unscaled
@@ -302,13 +295,12 @@ TEST_F(AddressBookTest, PersonRecordSuppliesIdAndPicture) {
     auto book = ZVAddressBook::sharedInstance();
     FakePerson withPicture(11, Image::filled(8, 8, 1, kRed).encodePng());
     EXPECT_TRUE(
-        filledWith(book->getAvatar(-1, &withPicture, {44, 44}, false), kRed));
+        allPixels(book->getAvatar(-1, &withPicture, {44, 44}, false), kRed));
     EXPECT_NE(book->getCahcedAvatar(11, {44, 44}), nullptr);
 
     FakePerson corrupt(12, "not a picture");
     EXPECT_EQ(book->getAvatar(0, &corrupt, {44, 44}, false), nullptr);
-    EXPECT_TRUE(
-        filledWith(book->getAvatar(0, &corrupt, {44, 44}, true), kGrey));
+    EXPECT_TRUE(allPixels(book->getAvatar(0, &corrupt, {44, 44}, true), kGrey));
     FakePerson nobody(-1, "");
     EXPECT_EQ(book->getAvatar(5, &nobody, {44, 44}, false), nullptr);
   });

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/sim/sim_platform.h"
+#include "platform/ui/image.h"
 
 namespace zv::testing {
 
@@ -44,6 +45,15 @@ class TempRoot {
  private:
   std::string path_;
 };
+
+// Whether `image` has pixels and every one of them is `colour`.
+inline bool allPixels(const ui::ImagePtr& image, ui::Pixel colour) {
+  if (!image || image->empty()) return false;
+  for (int y = 0; y < image->pixelHeight(); ++y)
+    for (int x = 0; x < image->pixelWidth(); ++x)
+      if (!(image->pixel(x, y) == colour)) return false;
+  return true;
+}
 
 class SimTest : public ::testing::Test {
  protected:

@@ -17,14 +17,20 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
+#include "platform/db/call_records.h"
+#include "platform/db/platform_schema.h"
 #include "platform/sim/device_presets.h"
-#include "support/sim_fixture.h"
+#include "support/device_db.h"
 #include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv::testing {
 
@@ -56,6 +62,71 @@ class World : public SimTest {
                      readFile(ZV_SOURCE_DIR "/data/table/PinYin.txt"));
   }
 
+  // A contact in the device's address book with one phone number under
+  // `label` (a platform label such as "_$!<Mobile>!$_", or as typed) and
+  // the facts the call screens may show.
+  struct Contact {
+    int32_t record = 1;
+    std::string first, last, number;
+    std::string label = "_$!<Mobile>!$_";
+    std::string organization, department, jobTitle, nickname, note;
+    std::optional<double> birthday;  // seconds since 2001
+    bool picture = false;
+  };
+  void addContact(const Contact& c) {
+    namespace schema = platform_schema;
+    const std::string book = devicePath(schema::kAddressBookPath);
+    const std::string images = devicePath(schema::kAddressBookImagesPath);
+    if (!std::filesystem::exists(book)) {
+      schema::createDatabase(book, schema::Database::kAddressBook);
+      schema::createDatabase(images, schema::Database::kAddressBookImages);
+    }
+    auto q = [](const std::string& text) {
+      std::string out = "'";
+      for (char ch : text)
+        out += ch == '\'' ? std::string("''") : std::string(1, ch);
+      return out + "'";
+    };
+    const std::string id = std::to_string(c.record);
+    execSql(book,
+            "INSERT INTO ABPerson (ROWID, First, Last, Organization, "
+            "Department, JobTitle, Nickname, Note, Birthday) VALUES (" +
+                id + "," + q(c.first) + "," + q(c.last) + "," +
+                q(c.organization) + "," + q(c.department) + "," +
+                q(c.jobTitle) + "," + q(c.nickname) + "," + q(c.note) + "," +
+                (c.birthday ? std::to_string(*c.birthday) : "NULL") +
+                ");"
+                "INSERT INTO ABMultiValueLabel (ROWID, value) VALUES (" +
+                id + "," + q(c.label) +
+                ");"
+                "INSERT INTO ABMultiValue (UID, record_id, property, "
+                "identifier, label, value) VALUES (" +
+                id + "," + id + ", 3, 0, " + id + "," + q(c.number) + ")");
+    if (c.picture)
+      execSql(images,
+              "INSERT INTO ABThumbnailImage (record_id, format, data) VALUES "
+              "(" +
+                  id + ", 0, x'89504e47')");
+  }
+  // The ring durations file ("zorvel.missed.plist"); empty when missing.
+  Dict ringDurations() const {
+    auto v = plist::readFile(
+        devicePath("/var/mobile/Library/Preferences/zorvel.missed.plist"));
+    if (!v || !v->dict()) return {};
+    return *v->dict();
+  }
+  // The call dates of the call history of a system generation, oldest row
+  // first, in the database's own unit.
+  std::vector<double> callDates(std::string_view systemVersion) const {
+    namespace schema = platform_schema;
+    const auto which = schema::callHistoryDatabase(systemVersion);
+    return columnValues<double>(
+        devicePath(schema::callHistoryPath(which)),
+        which == schema::Database::kCallHistoryStore
+            ? "SELECT ZDATE FROM ZCALLRECORD ORDER BY Z_PK"
+            : "SELECT date FROM call ORDER BY ROWID");
+  }
+
   // --- Hosts --------------------------------------------------------------
   // Starts `host` in a new simulated process on a phone with that system
   // version and screen, loads the extension (pass nullptr for a host
@@ -71,11 +142,38 @@ class World : public SimTest {
     world_.advance(0);
     return process;
   }
+  // start() with `settings` written as the settings file first.
+  platform::SimProcess& startHost(const hosts::HostDefinition& host,
+                                  const Dict& settings,
+                                  std::string_view systemVersion = "8.1",
+                                  std::string_view screenInches = "4.7") {
+    writeSettings(settings);
+    return start(host, systemVersion, screenInches);
+  }
+  // Runs `f` in `process`, then lets the world run `settle` seconds (at
+  // least what was queued for now); gives back what `f` returns.
+  template <typename F>
+  auto in(platform::SimProcess& process, F&& f, double settle = 0) {
+    if constexpr (std::is_void_v<decltype(f())>) {
+      process.run(std::forward<F>(f));
+      world_.advance(settle);
+    } else {
+      auto result = process.run(std::forward<F>(f));
+      world_.advance(settle);
+      return result;
+    }
+  }
 
   // --- Time and side effects ---------------------------------------------
   void advance(double seconds) { world_.advance(seconds); }
   std::vector<platform::SimEvent> events(std::string_view kind) const {
     return world_.events(kind);
+  }
+  // The details of the events of one kind, in order.
+  std::vector<std::string> details(std::string_view kind) const {
+    std::vector<std::string> out;
+    for (const auto& e : world_.events(kind)) out.push_back(e.detail);
+    return out;
   }
 };
 

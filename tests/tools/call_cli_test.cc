@@ -2,14 +2,14 @@
 // as one JSON object per action, and one-line usage errors that leave the
 // device untouched.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "support/sim_fixture.h"
+#include "cli_runner.h"
 #include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
@@ -20,7 +20,6 @@ using nlohmann::json;
 class CallCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_)) << "zorvel is built with the tests";
     testing::writeFile(root_ + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
     testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
@@ -35,27 +34,17 @@ class CallCliTest : public ::testing::Test {
   }
   void TearDown() override { fs::remove_all(root_); }
 
-  int run(const std::string& args, std::string& out, std::string& err) {
-    const std::string errPath = root_ + ".stderr";
-    std::string command =
-        "'" + binary_ + "' call " + args + " 2>'" + errPath + "'";
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    int status = pclose(pipe);
-    err = testing::readFile(errPath);
-    fs::remove(errPath);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  int run(const std::string& args, std::string& out, std::string& err,
+          const std::string& subcommand = "call") {
+    auto r = testing::runZorvel(subcommand + " " + args);
+    out += r.out;
+    err = r.err;
+    return r.status;
   }
   std::vector<json> session(const std::string& args) {
     std::string out, err;
     EXPECT_EQ(run("--root '" + root_ + "' --json " + args, out, err), 0) << err;
-    std::vector<json> steps;
-    std::istringstream lines(out);
-    for (std::string line; std::getline(lines, line);)
-      steps.push_back(json::parse(line));
-    return steps;
+    return testing::jsonLines(out);
   }
   // Every file under the root with its bytes.
   std::map<std::string, std::string> snapshot() {
@@ -66,7 +55,6 @@ class CallCliTest : public ::testing::Test {
     return files;
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
   std::string root_ = testing::freshRoot();
 };
 
@@ -101,6 +89,37 @@ TEST_F(CallCliTest, BlockedCallsAreHungUpAndRemindedOnBothGenerations) {
   }
 }
 
+// On 8.x the in-call service measures the ring and the springboard beside
+// it shows the banner; the saved ring time is on the device root for the
+// next command's Recents.
+TEST_F(CallCliTest, MissedCallRingTimeOnEightReachesBannerAndNextCommand) {
+  testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                      Dict{{"CallHistoryRingDuration", true},
+                           {"AreaStyleIncomingCall", 1},
+                           {"IncomingCallDeclineButton", true},
+                           {"CarrierName", "Zorvel"}});
+  auto steps = session("--os 8.1 lock incoming:13912345678 wait:12 hangup");
+  ASSERT_EQ(steps.size(), 4u);
+  EXPECT_EQ(steps[0]["carrier"], "Zorvel");
+  const json& ringing = steps[1]["screen"];
+  EXPECT_EQ(ringing["label"], "incoming call");
+  EXPECT_EQ(ringing["info"], json::array({"江苏省常州市"}));
+  EXPECT_EQ(ringing["declineButton"], true);
+  const json& effects = steps[3]["effects"];
+  ASSERT_EQ(effects.size(), 2u) << effects.dump();
+  EXPECT_EQ(effects[0], (json{{"type", "bulletin"},
+                              {"title", "13912345678  江苏省常州市 (12sec)"}}));
+  EXPECT_EQ(effects[1]["type"], "ringDuration");
+  EXPECT_EQ(effects[1]["seconds"], 12);
+
+  std::string out, err;
+  ASSERT_EQ(
+      run("--root '" + root_ + "' --os 8.1 tab:recents", out, err, "phone"), 0)
+      << err;
+  EXPECT_NE(out.find("13912345678 | 江苏省常州市 (12sec)"), std::string::npos)
+      << out;
+}
+
 TEST_F(CallCliTest, HiddenCallerAndUserActions) {
   auto steps = session(
       "incoming: answer hold resume end outgoing:10086 "
@@ -125,7 +144,10 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
        {root + "incoming:10010 bogus", root + "incoming:1:contact=x",
         root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
         root + "wait:soon", root + "notify:", root + "outgoing:",
-        root + "--os 9.0 answer", root + "--screen 6 answer",
+        root + "message:", root + "--os 9.0 answer", root + "--screen 6 answer",
+        // CLI11's own parse errors: an unknown option, no actions at all, an
+        // option without its value.
+        root + "--bogus answer", root, root + "answer --os",
         std::string("--root '") + root_ + "/none' incoming:10010"}) {
     SCOPED_TRACE(args);
     std::string out, err;

@@ -9,8 +9,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace zv::testing {
 
@@ -51,6 +53,15 @@ inline CliResult runShell(const std::string& command,
   }
   fs::remove(base + ".in");
   return r;
+}
+
+// The lines of a program's output, each parsed as one JSON object.
+inline std::vector<nlohmann::json> jsonLines(const std::string& out) {
+  std::vector<nlohmann::json> lines;
+  std::istringstream in(out);
+  for (std::string line; std::getline(in, line);)
+    lines.push_back(nlohmann::json::parse(line));
+  return lines;
 }
 
 // Runs `zorvel ARGS` (the args already quoted for the shell).

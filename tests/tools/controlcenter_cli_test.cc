@@ -2,15 +2,15 @@
 // generations, printed as one JSON object per action, and bad scripts
 // refused with one line before anything runs.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "platform/plist.h"
+#include "cli_runner.h"
 #include "devicegen/device_image.h"
+#include "platform/plist.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -22,7 +22,6 @@ using json = nlohmann::json;
 class ControlCenterCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_)) << "the zorvel program is not built";
     DeviceImageOptions options;
     options.contacts = options.calls = 0;
     createDeviceImage(root_.path(), options);
@@ -35,28 +34,16 @@ class ControlCenterCliTest : public ::testing::Test {
   }
 
   int run(const std::string& args, std::string& out, std::string& err) {
-    const std::string errPath = root_.path() + "/stderr.txt";
-    std::string command = "'" + binary_ + "' controlcenter --root '" +
-                          root_.path() + "' " + args + " 2>'" + errPath + "'";
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    int status = pclose(pipe);
-    std::ifstream e(errPath);
-    std::stringstream text;
-    text << e.rdbuf();
-    err = text.str();
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    auto r = testing::runZorvel("controlcenter --root '" + root_.path() + "' " +
+                                args);
+    out += r.out;
+    err = r.err;
+    return r.status;
   }
   std::vector<json> session(const std::string& args) {
     std::string out, err;
     EXPECT_EQ(run("--json " + args, out, err), 0) << err;
-    std::vector<json> steps;
-    std::istringstream lines(out);
-    for (std::string line; std::getline(lines, line);)
-      steps.push_back(json::parse(line));
-    return steps;
+    return testing::jsonLines(out);
   }
   static json button(const json& step, const std::string& name) {
     for (const auto& b : step["buttons"])
@@ -64,7 +51,6 @@ class ControlCenterCliTest : public ::testing::Test {
     return json();
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
   testing::TempRoot root_;
 };
 

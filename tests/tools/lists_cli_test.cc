@@ -9,8 +9,9 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "support/device_db.h"
+#include "cli_runner.h"
 #include "platform/db/platform_schema.h"
+#include "support/device_db.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -22,7 +23,6 @@ using json = nlohmann::json;
 class ListsCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_)) << binary_;
     ASSERT_TRUE(fs::exists(ZV_BINARY_DIR "/sample-device"));
     fs::copy(
         ZV_BINARY_DIR "/sample-device", root_.path(),
@@ -31,37 +31,19 @@ class ListsCliTest : public ::testing::Test {
 
   // Runs zorvel with `args` on the copy; answers the exit status.
   int run(const std::string& args, std::string& out, std::string& err) {
-    const std::string errPath = root_.path() + "/.stderr";
-    const std::string command = "'" + binary_ + "' " + args + " --root '" +
-                                root_.path() + "' 2>'" + errPath + "'";
-    FILE* pipe = popen(command.c_str(), "r");
-    out.clear();
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    const int status = pclose(pipe);
-    std::ifstream e(errPath);
-    std::stringstream s;
-    s << e.rdbuf();
-    err = s.str();
-    return WEXITSTATUS(status);
-  }
-  static std::vector<json> lines(const std::string& out) {
-    std::vector<json> v;
-    std::istringstream in(out);
-    for (std::string line; std::getline(in, line);)
-      v.push_back(json::parse(line));
-    return v;
+    auto r = testing::runZorvel(args + " --root '" + root_.path() + "'");
+    out = r.out;
+    err = r.err;
+    return r.status;
   }
 
   testing::TempRoot root_;
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
 };
 
 TEST_F(ListsCliTest, ContactsShowsTheListAndACardWithAreas) {
   std::string out, err;
   ASSERT_EQ(run("contacts --screen 4 --json open:1 back", out, err), 0) << err;
-  auto screens = lines(out);
+  auto screens = testing::jsonLines(out);
   ASSERT_EQ(screens.size(), 3u);
   EXPECT_EQ(screens[0]["screen"], "list");
   EXPECT_FALSE(screens[0]["rows"].empty());
@@ -93,7 +75,7 @@ TEST_F(ListsCliTest, PhoneRecentsRowsAndDeletingOne) {
   std::string out, err;
   ASSERT_EQ(run("phone --json tab:recents recents:delete:1", out, err), 0)
       << err;
-  auto screens = lines(out);
+  auto screens = testing::jsonLines(out);
   ASSERT_EQ(screens.size(), 2u);
   ASSERT_TRUE(screens[0].contains("recents"));
   const json& rows = screens[0]["recents"];

@@ -1,16 +1,16 @@
 // zorvel messages: a scripted session on a generated device printed as one
 // JSON object per action, and one-line usage errors that run nothing.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "area/area_compiler.h"
-#include "platform/plist.h"
+#include "cli_runner.h"
 #include "devicegen/device_image.h"
+#include "platform/plist.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -21,18 +21,12 @@ namespace fs = std::filesystem;
 class MessagesCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_))
-        << "the zorvel program is built with the tests";
     DeviceImageOptions options;
     options.contacts = 60;
     options.calls = 0;
     createDeviceImage(root_.path(), options);
-    std::ifstream in(ZV_SOURCE_DIR "/data/area/China.txt", std::ios::binary);
-    std::stringstream source;
-    source << in.rdbuf();
-    fs::create_directories(root_.path() + "/Library/Zorvel/Area");
-    std::ofstream(root_.path() + "/Library/Zorvel/Area/China", std::ios::binary)
-        << area::compile(area::parseSource(source.str(), "China"));
+    testing::writeFile(root_.path() + "/Library/Zorvel/Area/China",
+                       testing::chinaDatabase());
     ASSERT_TRUE(plist::writeFile(
         root_.path() + "/var/mobile/Library/Preferences/zorvel.plist",
         Value(Dict{{"Enable", true},
@@ -42,30 +36,13 @@ class MessagesCliTest : public ::testing::Test {
   }
 
   int run(const std::string& args, std::string& out, std::string& err) {
-    const std::string errPath = root_.path() + ".stderr";
-    std::string command = "'" + binary_ + "' messages --root '" + root_.path() +
-                          "' " + args + " 2>'" + errPath + "'";
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    int status = pclose(pipe);
-    std::ifstream e(errPath);
-    std::stringstream text;
-    text << e.rdbuf();
-    err = text.str();
-    fs::remove(errPath);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-  std::vector<nlohmann::json> steps(const std::string& out) {
-    std::vector<nlohmann::json> s;
-    std::istringstream lines(out);
-    for (std::string line; std::getline(lines, line);)
-      s.push_back(nlohmann::json::parse(line));
-    return s;
+    auto r =
+        testing::runZorvel("messages --root '" + root_.path() + "' " + args);
+    out += r.out;
+    err = r.err;
+    return r.status;
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
   testing::TempRoot root_;
 };
 
@@ -76,7 +53,7 @@ TEST_F(MessagesCliTest, ListConversationAndGroupSession) {
                 out, err),
             0)
       << err;
-  auto s = steps(out);
+  auto s = testing::jsonLines(out);
   ASSERT_EQ(s.size(), 11u);
   EXPECT_EQ(s[0]["screen"], "list");
   ASSERT_GE(s[0]["rows"].size(), 8u);

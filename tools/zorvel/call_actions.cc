@@ -76,7 +76,7 @@ std::vector<CallAction> parseCallActions(const std::vector<std::string>& args) {
       {"hangup", Kind::Hangup}, {"connect", Kind::Connect},
       {"hold", Kind::Hold},     {"resume", Kind::Resume},
       {"end", Kind::End},       {"lock", Kind::Lock},
-      {"unlock", Kind::Unlock},
+      {"unlock", Kind::Unlock}, {"keypad", Kind::Keypad},
   };
   std::vector<CallAction> actions;
   for (const std::string& action : args) {
@@ -93,10 +93,11 @@ std::vector<CallAction> parseCallActions(const std::vector<std::string>& args) {
     }
     if (parts.size() != 2) bad(action, "too many ':' parts");
     const std::string& arg = parts[1];
-    if (verb == "outgoing") {
-      if (arg.empty()) bad(action, "outgoing: needs a number");
+    if (verb == "outgoing" || verb == "message") {
+      if (arg.empty()) bad(action, verb + ": needs a number");
       checkNumber(action, arg);
-      CallAction a = actionOf(Kind::Outgoing, action);
+      CallAction a =
+          actionOf(verb == "message" ? Kind::Message : Kind::Outgoing, action);
       a.number = arg;
       actions.push_back(a);
     } else if (verb == "wait") {

@@ -7,6 +7,8 @@
 //       looked up in the address book
 //   answer decline hangup outgoing:NUMBER connect hold resume end
 //   wait:SECONDS lock unlock notify:NAME
+//   message:NUMBER   a text message arrives (the springboard's banner)
+//   keypad           the user opens the call screen's keypad (8.x)
 #pragma once
 
 #include <cstdint>
@@ -31,14 +33,17 @@ struct CallAction {
     Lock,
     Unlock,
     Notify,
+    Message,
+    Keypad,
   };
   Kind kind = Kind::Answer;
-  std::string text;                   // the action as given
-  std::optional<std::string> number;  // incoming (nullopt: hidden), outgoing
-  std::optional<int32_t> contact;     // incoming: contact=ID
-  bool platformBlocked = false;       // incoming: platform-blocked
-  double seconds = 0;                 // wait
-  std::string name;                   // notify
+  std::string text;  // the action as given
+  // incoming (nullopt: hidden), outgoing, message
+  std::optional<std::string> number;
+  std::optional<int32_t> contact;  // incoming: contact=ID
+  bool platformBlocked = false;    // incoming: platform-blocked
+  double seconds = 0;              // wait
+  std::string name;                // notify
 };
 
 // Throws CommandError (code 2) naming the first bad action.

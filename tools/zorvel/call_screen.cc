@@ -3,10 +3,34 @@
 #include <map>
 #include <sstream>
 
+#include "platform/plist.h"
+
 namespace zv::cli {
 namespace {
 
 using nlohmann::ordered_json;
+
+constexpr const char* kRingDurationsPath =
+    "/var/mobile/Library/Preferences/zorvel.missed.plist";
+
+// The ring durations saved on the device, by call date.
+std::map<std::string, int64_t> ringDurations(const std::string& root) {
+  std::map<std::string, int64_t> out;
+  auto file = plist::readFile(root + kRingDurationsPath);
+  if (!file || !file->dict()) return out;
+  for (const auto& [date, seconds] : *file->dict())
+    out[date] = seconds.longLongValue();
+  return out;
+}
+
+std::string joined(const ordered_json& lines) {
+  std::string out;
+  for (const auto& l : lines) {
+    if (!out.empty()) out += " / ";
+    out += l.get<std::string>();
+  }
+  return out;
+}
 
 // The id and the file of every sound made from a file so far.
 std::map<std::string, std::string> soundFiles(
@@ -65,6 +89,11 @@ const char* statusName(int32_t status) {
   }
 }
 
+void CallScreen::skipEvents() {
+  seen_ = world_.events().size();
+  ring_durations_ = ringDurations(world_.root());
+}
+
 ordered_json CallScreen::capture() {
   ordered_json out;
   ordered_json calls = ordered_json::array();
@@ -80,16 +109,33 @@ ordered_json CallScreen::capture() {
     ordered_json s{{"name", labels->name}};
     if (labels->companyName) s["companyName"] = *labels->companyName;
     if (labels->label) s["label"] = *labels->label;
+    if (auto text = host_.screenText()) {
+      s["labelLines"] = text->labelLines;
+      s["info"] = text->infoLines;
+      s["labels"] = text->extraLabels;
+      s["declineButton"] = text->declineButton;
+    }
     out["screen"] = s;
   } else {
     out["screen"] = nullptr;
   }
   const auto& events = world_.events();
+  out["carrier"] = nullptr;
+  for (const auto& e : events)
+    if (e.kind == "carrier") out["carrier"] = e.detail;
   const auto files = soundFiles(events);
   ordered_json effects = ordered_json::array();
   for (size_t i = seen_; i < events.size(); ++i)
     if (auto e = effectOf(events[i], files); !e.is_null()) effects.push_back(e);
   seen_ = events.size();
+  auto durations = ringDurations(world_.root());
+  for (const auto& [date, seconds] : durations) {
+    auto before = ring_durations_.find(date);
+    if (before == ring_durations_.end() || before->second != seconds)
+      effects.push_back(
+          {{"type", "ringDuration"}, {"seconds", seconds}, {"date", date}});
+  }
+  ring_durations_ = std::move(durations);
   out["effects"] = effects;
   return out;
 }
@@ -115,7 +161,16 @@ std::string CallScreen::render(const ordered_json& s) {
     if (sc.contains("label"))
       out << " (" << sc["label"].get<std::string>() << ")";
     out << "\n";
+    if (sc.contains("labelLines") && sc["labelLines"].size() > 1)
+      out << "    label lines: " << joined(sc["labelLines"]) << "\n";
+    if (sc.contains("info") && !sc["info"].empty())
+      out << "    info: " << joined(sc["info"]) << "\n";
+    if (sc.contains("labels") && !sc["labels"].empty())
+      out << "    labels: " << joined(sc["labels"]) << "\n";
+    if (sc.value("declineButton", false)) out << "    decline button\n";
   }
+  if (!s["carrier"].is_null())
+    out << "  carrier: " << s["carrier"].get<std::string>() << "\n";
   for (const auto& e : s["effects"]) {
     const std::string type = e["type"];
     out << "  " << type;

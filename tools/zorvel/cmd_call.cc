@@ -1,16 +1,23 @@
 // zorvel call: a scripted session on the simulated call screens. It starts
-// the call-screen host of the system generation (the springboard on 7.x,
-// the in-call service on 8.x) on the device root with the extension
-// loaded, lets it run for 60 s of virtual time (--fresh: none) so that its
-// start-up retries have settled, then plays the actions as the network and
-// the user (see call_actions.h) and prints, after each, the calls, the call
-// screen and what happened (see call_screen.h). Time is virtual.
+// the call-screen host of the system generation (the springboard on 7.x;
+// on 8.x the in-call service and, beside it, the springboard that shows the
+// missed-call banners: two processes of one world on the one device root,
+// as on the device) with the extension loaded, lets them run for 60 s of
+// virtual time (--fresh: none) so that start-up retries have settled, then
+// plays the actions as the network and the user (see call_actions.h) and
+// prints, after each, the calls, the call screen and what happened (see
+// call_screen.h). Time is virtual; files land on the device root, so a
+// later command sees what this one saved.
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "hooks/modules.h"
 #include "hosts/incallservice/app.h"
 #include "hosts/springboard/app.h"
+#include "platform/db/call_records.h"
+#include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
@@ -34,16 +41,27 @@ struct CallOptions {
 
 // How long the host has been running when the session begins.
 constexpr double kSettleSeconds = 60;
+// The virtual clock's start on a device without calls.
+constexpr double kFirstEpoch = 1416182400.0;
+
+// Sessions on one device root follow each other: the clock starts an hour
+// after the newest call in the device's call history, so that calls of
+// separate sessions never share a date (nor a ring duration's key).
+double sessionEpoch(const std::string& root, const std::string& os) {
+  namespace schema = platform_schema;
+  const auto which = schema::callHistoryDatabase(os);
+  sql::Database db(root + schema::callHistoryPath(which));
+  const bool store = which == schema::Database::kCallHistoryStore;
+  sql::Statement newest(db, store ? "SELECT MAX(ZDATE) FROM ZCALLRECORD"
+                                  : "SELECT MAX(date) FROM call");
+  if (!newest.step() || newest.isNull(0)) return kFirstEpoch;
+  const double date =
+      newest.real(0) + (store ? schema::kReferenceDateOffset : 0);
+  return std::max(kFirstEpoch, std::ceil(date) + 3600);
+}
 
 platform::DeviceFacts deviceFor(const CallOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  return *facts;
+  return sessionDevice(o.os, o.screen);
 }
 
 // The newest call of the device in one of `statuses`, incoming or outgoing
@@ -63,9 +81,14 @@ std::optional<platform::CallId> newestCall(
 
 class Session {
  public:
+  // `springboard` is the springboard beside an 8.x in-call service, or
+  // null.
   Session(platform::SimWorld& world, platform::SimProcess& process,
-          hosts::CallScreenHost& host)
-      : world_(world), process_(process), host_(host) {}
+          hosts::CallScreenHost& host, platform::SimProcess* springboard)
+      : world_(world),
+        process_(process),
+        host_(host),
+        springboard_(springboard) {}
 
   // Performs one action; returns a note when it found nothing to act on.
   std::optional<std::string> perform(const CallAction& a) {
@@ -117,10 +140,24 @@ class Session {
       case Kind::Lock:
       case Kind::Unlock:
         process_.run([&] { host_.setLocked(a.kind == Kind::Lock); });
+        if (springboard_) springboard_->run([&] { lockSpringboard(a); });
         return std::nullopt;
       case Kind::Notify:
         process_.post(a.name, platform::Scope::System);
         return std::nullopt;
+      case Kind::Message:
+        (springboard_ ? *springboard_ : process_).run([&] {
+          hosts::SpringBoardApplication::shared()->messageReceived(*a.number,
+                                                                   "");
+        });
+        return std::nullopt;
+      case Kind::Keypad:
+        return process_.run([]() -> std::optional<std::string> {
+          auto ics = hosts::InCallServiceApplication::shared();
+          if (!ics || !ics->participants()) return "no call screen keypad";
+          ics->showKeypad();
+          return std::nullopt;
+        });
     }
     return std::nullopt;
   }
@@ -135,9 +172,15 @@ class Session {
     return std::nullopt;
   }
 
+  static void lockSpringboard(const CallAction& a) {
+    if (auto sb = hosts::SpringBoardApplication::shared())
+      sb->setLocked(a.kind == Kind::Lock);
+  }
+
   platform::SimWorld& world_;
   platform::SimProcess& process_;
   hosts::CallScreenHost& host_;
+  platform::SimProcess* springboard_;
 };
 
 void run(const CallOptions& options) {
@@ -150,12 +193,18 @@ void run(const CallOptions& options) {
     throw CommandError(e.what(), 2);
   }
 
-  platform::SimWorld world(platform::LinuxPlatform::instance().root());
+  const std::string root = platform::LinuxPlatform::instance().root();
+  platform::SimWorld world(root, sessionEpoch(root, options.os));
   const bool springboard = options.os == "7.1";
   auto& process = hosts::launchSimulated(
       world,
       springboard ? hosts::springboardHost() : hosts::inCallServiceHost(),
       facts, ZorvelInitializer);
+  // On 8.x the missed-call banners are the springboard's.
+  platform::SimProcess* beside =
+      springboard ? nullptr
+                  : &hosts::launchSimulated(world, hosts::springboardHost(),
+                                            facts, ZorvelInitializer);
   world.advance(options.fresh ? 0 : kSettleSeconds);
   auto* host = process.run([]() -> hosts::CallScreenHost* {
     return dynamic_cast<hosts::CallScreenHost*>(
@@ -165,7 +214,7 @@ void run(const CallOptions& options) {
   CallScreen screen(world, *host);
   screen.skipEvents();  // what start-up did is not news
 
-  Session session(world, process, *host);
+  Session session(world, process, *host, beside);
   for (const auto& action : actions) {
     auto note = session.perform(action);
     world.advance(0);
@@ -201,7 +250,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("actions", options->actions,
                   "incoming:NUMBER[:contact=ID][:platform-blocked] answer "
                   "decline hangup outgoing:NUMBER connect hold resume end "
-                  "wait:SECONDS lock unlock notify:NAME")
+                  "wait:SECONDS lock unlock notify:NAME message:NUMBER keypad")
       ->required();
   cmd->callback([options] { run(*options); });
 });

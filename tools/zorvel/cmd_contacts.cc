@@ -22,14 +22,9 @@
 namespace zv::cli {
 namespace {
 
-struct ContactsOptions {
-  std::string root;
-  std::string screen = "4";
-  std::string os = "8.1";
+struct ContactsOptions : SessionOptions {
   std::string host = "contacts";
   int textSize = 0;
-  bool json = false;
-  std::vector<std::string> actions;
 };
 
 struct Action {
@@ -45,7 +40,7 @@ double parseAmount(const std::string& text, const std::string& action) {
     if (used == text.size() && v >= 0) return v;
   } catch (const std::exception&) {
   }
-  throw CommandError("bad number in action " + action, 2);
+  throw UsageError("bad number in action " + action);
 }
 
 // Every action is checked before the session starts.
@@ -61,7 +56,7 @@ std::vector<Action> parseActions(const std::vector<std::string>& actions) {
     else if (a.rfind("wait:", 0) == 0)
       out.push_back({Action::kWait, "", parseAmount(a.substr(5), a)});
     else
-      throw CommandError("unknown action " + a, 2);
+      throw UsageError("unknown action " + a);
   }
   return out;
 }
@@ -117,25 +112,18 @@ void perform(const Action& a, const std::string& action, bool phone,
 
 void run(const ContactsOptions& o) {
   if (o.host == "messages")
-    throw CommandError("the Messages host does not show contacts yet", 2);
+    throw UsageError("the Messages host does not show contacts yet");
   if (o.host != "contacts" && o.host != "phone")
-    throw CommandError("unknown host " + o.host + " (use phone or contacts)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  if (o.os != "7.0" && o.os != "7.1" && o.os != "8.1")
-    throw CommandError(
-        "unknown system version " + o.os + " (use 7.0, 7.1 or 8.1)", 2);
-  facts->textSizeStep = o.textSize;
+    throw UsageError("unknown host " + o.host + " (use phone or contacts)");
+  auto facts = sessionDevice(o.os, o.screen, {"7.0", "7.1", "8.1"});
+  facts.textSizeStep = o.textSize;
   const std::vector<Action> actions = parseActions(o.actions);
   const bool phone = o.host == "phone";
 
   applyRoot(o.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = hosts::launchSimulated(
-      world, phone ? hosts::phoneHost() : hosts::contactsHost(), *facts,
+      world, phone ? hosts::phoneHost() : hosts::contactsHost(), facts,
       ZorvelInitializer);
   proc.run([&] {
     if (phone)
@@ -170,13 +158,11 @@ Registration reg([](CLI::App& app) {
       "contacts",
       "show the contacts list and cards of a simulated host, with areas and "
       "avatars");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.0, 7.1 or 8.1");
+  options->screen = "4";
+  addSessionOptions(*cmd, *options, "7.0, 7.1 or 8.1");
   cmd->add_option("--host", options->host, "phone or contacts");
   cmd->add_option("--text-size", options->textSize,
                   "text size in steps from the default (-3 to 3)");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
   cmd->add_option("actions", options->actions,
                   "open:NAME-or-ID back scroll:N wait:SECONDS");
   cmd->callback([options] { run(*options); });

@@ -12,7 +12,7 @@
 
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
-#include "hosts/springboard/controlcenter_app.h"
+#include "hosts/springboard/app.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
@@ -22,13 +22,7 @@
 namespace zv::cli {
 namespace {
 
-struct ControlCenterOptions {
-  std::string root;
-  std::string screen = "4.7";
-  std::string os = "8.1";
-  bool json = false;
-  std::vector<std::string> actions;
-};
+using ControlCenterOptions = SessionOptions;
 
 // One checked action: open, close, a tap on a button, or a wait.
 struct Action {
@@ -57,10 +51,9 @@ Action parse(const std::string& text) {
   if (text.starts_with("tap:")) {
     auto it = tapTargets().find(text.substr(4));
     if (it != tapTargets().end()) return {Action::kTap, it->second, 0};
-    throw CommandError("unknown button in " + text +
-                           " (use home, multitasking, lock, cellular, "
-                           "bluetooth, clock, calculator or camera)",
-                       2);
+    throw UsageError("unknown button in " + text +
+                     " (use home, multitasking, lock, cellular, "
+                     "bluetooth, clock, calculator or camera)");
   }
   if (text.starts_with("wait:")) {
     try {
@@ -69,32 +62,21 @@ Action parse(const std::string& text) {
       if (used == text.size() - 5 && v >= 0) return {Action::kWait, "", v};
     } catch (const std::exception&) {
     }
-    throw CommandError("bad number in action " + text, 2);
+    throw UsageError("bad number in action " + text);
   }
-  throw CommandError("unknown action " + text, 2);
-}
-
-platform::DeviceFacts deviceFor(const ControlCenterOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  return *facts;
+  throw UsageError("unknown action " + text);
 }
 
 void run(const ControlCenterOptions& options) {
-  auto facts = deviceFor(options);
+  auto facts = sessionDevice(options.os, options.screen);
   std::vector<Action> actions;
   for (const auto& a : options.actions) actions.push_back(parse(a));
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& sb = hosts::launchSimulated(world, hosts::controlCenterSpringboard(),
-                                    facts, ZorvelInitializer);
+  auto& sb = hosts::launchSimulated(world, hosts::springboardHost(), facts,
+                                    ZorvelInitializer);
   world.advance(0);
-  auto app = sb.run([] { return hosts::ControlCenterSpringBoard::shared(); });
+  auto app = sb.run([] { return hosts::SpringBoardApplication::shared(); });
   ControlCenterScreen screen(sb, *app);
   sb.run([&] { screen.capture(); });  // what start-up did is not news
   for (size_t i = 0; i < actions.size(); ++i) {
@@ -134,10 +116,7 @@ Registration reg([](CLI::App& app) {
   auto* cmd = app.add_subcommand(
       "controlcenter",
       "run actions on the simulated springboard's Control Centre and print it");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
+  addSessionOptions(*cmd, *options);
   cmd->add_option("actions", options->actions,
                   "open close wait:SECONDS tap:home|multitasking|lock|"
                   "cellular|bluetooth|clock|calculator|camera")

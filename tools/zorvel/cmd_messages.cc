@@ -23,13 +23,7 @@
 namespace zv::cli {
 namespace {
 
-struct MessagesOptions {
-  std::string root;
-  std::string screen = "4";
-  std::string os = "8.1";
-  bool json = false;
-  std::vector<std::string> actions;
-};
+using MessagesOptions = SessionOptions;
 
 struct Action {
   std::string text, verb, argument;
@@ -40,7 +34,7 @@ size_t parseRow(const std::string& text, const std::string& action) {
   if (text.empty() ||
       text.find_first_not_of("0123456789") != std::string::npos ||
       text.size() > 6 || std::stoul(text) == 0)
-    throw CommandError("bad row in action " + action, 2);
+    throw UsageError("bad row in action " + action);
   return std::stoul(text);
 }
 
@@ -51,33 +45,21 @@ Action parse(const std::string& text) {
   const bool bare = text.find(':') == std::string::npos;
   if (a.verb == "list" || a.verb == "new" || a.verb == "group" ||
       a.verb == "done" || a.verb == "cancel" || a.verb == "back") {
-    if (!bare) throw CommandError(a.verb + " takes no argument", 2);
+    if (!bare) throw UsageError(a.verb + " takes no argument");
   } else if (a.verb == "open" || a.verb == "check" ||
              a.verb == "delete-saved") {
     a.first = parseRow(a.argument, text);
   } else if (a.verb == "pick") {
     auto colon = a.argument.find(':');
-    if (colon == std::string::npos)
-      throw CommandError("pick needs SECTION:ROW", 2);
+    if (colon == std::string::npos) throw UsageError("pick needs SECTION:ROW");
     a.first = parseRow(a.argument.substr(0, colon), text);
     a.second = parseRow(a.argument.substr(colon + 1), text);
   } else if (a.verb == "to" || a.verb == "save") {
-    if (a.argument.empty()) throw CommandError(a.verb + " needs a value", 2);
+    if (a.argument.empty()) throw UsageError(a.verb + " needs a value");
   } else {
-    throw CommandError("unknown action " + text, 2);
+    throw UsageError("unknown action " + text);
   }
   return a;
-}
-
-platform::DeviceFacts deviceFor(const MessagesOptions& o) {
-  if (o.os != "7.1" && o.os != "8.1")
-    throw CommandError("unknown system version " + o.os + " (use 7.1 or 8.1)",
-                       2);
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw CommandError(
-        "unknown screen " + o.screen + " (use 3.5, 4, 4.7 or 5.5)", 2);
-  return *facts;
 }
 
 class Session {
@@ -158,7 +140,7 @@ class Session {
 void run(const MessagesOptions& options) {
   std::vector<Action> actions;
   for (const auto& text : options.actions) actions.push_back(parse(text));
-  const auto facts = deviceFor(options);
+  const auto facts = sessionDevice(options.os, options.screen);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = hosts::launchSimulated(world, hosts::messagesHost(), facts,
@@ -188,10 +170,8 @@ Registration reg([](CLI::App& app) {
   auto options = std::make_shared<MessagesOptions>();
   auto* cmd = app.add_subcommand(
       "messages", "run actions on the simulated Messages app and print it");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
+  options->screen = "4";
+  addSessionOptions(*cmd, *options);
   cmd->add_option("actions", options->actions,
                   "list open:ROW new to:NUMBER group pick:SECTION:ROW "
                   "check:ROW done save:NAME delete-saved:ROW cancel back")

@@ -31,23 +31,9 @@
 namespace zv::cli {
 namespace {
 
-struct PhoneOptions {
-  std::string root;
-  std::string screen = "4.7";
-  std::string os = "8.1";
-  bool json = false, scratch = false;
-  std::vector<std::string> actions;
+struct PhoneOptions : SessionOptions {
+  bool scratch = false;
 };
-
-platform::DeviceFacts deviceFor(const PhoneOptions& o) {
-  auto facts = platform::simulatedDevice(o.os, o.screen);
-  if (!facts)
-    throw UsageError("unknown screen " + o.screen +
-                     " (use 3.5, 4, 4.7 or 5.5)");
-  if (o.os != "7.1" && o.os != "8.1")
-    throw UsageError("unknown system version " + o.os + " (use 7.1 or 8.1)");
-  return *facts;
-}
 
 // The argument after "name:" of an action, or "" when there is none.
 std::string argumentOf(const std::string& action, const std::string& name) {
@@ -270,14 +256,14 @@ void run(const PhoneOptions& options) {
                      action == "resume" || action == "end"))
       throw UsageError(action + ": no call placed before it");
   }
-  deviceFor(options);
+  const auto facts = sessionDevice(options.os, options.screen);
   applyRoot(options.root);
   warnUnparsable(ZVSettings::kPath, "settings file");
   warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
   std::optional<ScratchDevice> scratch;
   if (options.scratch) scratch.emplace();
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& proc = world.launch("com.apple.mobilephone", deviceFor(options));
+  auto& proc = world.launch("com.apple.mobilephone", facts);
   auto app = proc.run([] {
     return std::static_pointer_cast<hosts::PhoneApplication>(
         hosts::launch(hosts::phoneHost(), ZorvelInitializer));
@@ -310,12 +296,9 @@ Registration reg([](CLI::App& app) {
       "runs it on a copy. Every action is checked before the first one runs. "
       "Tabs: " +
           tabNames() + ".");
-  addRootOption(*cmd, options->root);
+  addSessionOptions(*cmd, *options);
   cmd->add_flag("--scratch", options->scratch,
                 "run on a throw-away copy of the device, leaving it as it was");
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
   cmd->add_option("actions", options->actions,
                   "type:DIGITS delete longdelete call swipe:left|right list "
                   "select:ROW menu menu:BUTTON (both counting from 1) toggle "

@@ -10,9 +10,12 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "platform/platform.h"
 
 namespace zv::cli {
 
@@ -42,6 +45,27 @@ struct Registration {
 // it (an empty value keeps $ZORVEL_ROOT or the bundled sample device).
 void addRootOption(CLI::App& command, std::string& root);
 void applyRoot(const std::string& root);
+
+// What every scripted session (phone, messages, contacts, controlcenter)
+// takes: the device root, the phone it runs on, JSON output, its actions.
+struct SessionOptions {
+  std::string root;
+  std::string screen = "4.7";
+  std::string os = "8.1";
+  bool json = false;
+  std::vector<std::string> actions;
+};
+
+// Adds --root, --screen, --os (`versions` says which) and --json.
+void addSessionOptions(CLI::App& command, SessionOptions& options,
+                       const char* versions = "7.1 or 8.1");
+
+// The simulated phone a session runs on: `os` one of `versions`, `screen` a
+// size some phone has (see platform::screenSizes); a UsageError naming the
+// choices otherwise.
+platform::DeviceFacts sessionDevice(
+    const std::string& os, const std::string& screen,
+    std::initializer_list<const char*> versions = {"7.1", "8.1"});
 
 // Says on stderr, in one line, that a property-list file of the device is
 // there but does not parse (the command goes on with the defaults the

@@ -32,7 +32,7 @@ std::string describe(const std::string& effect) {
 }  // namespace
 
 ControlCenterScreen::ControlCenterScreen(platform::SimProcess& process,
-                                         hosts::ControlCenterSpringBoard& app)
+                                         hosts::SpringBoardApplication& app)
     : process_(process), app_(app) {
   process_.run([&] {
     auto& p = platform::current();

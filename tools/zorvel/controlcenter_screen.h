@@ -12,7 +12,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "hosts/springboard/controlcenter_app.h"
+#include "hosts/springboard/app.h"
 #include "platform/sim/sim_platform.h"
 
 namespace zv::cli {
@@ -21,7 +21,7 @@ class ControlCenterScreen {
  public:
   // Reads the glyph files of the device once, in the process's context.
   ControlCenterScreen(platform::SimProcess& process,
-                      hosts::ControlCenterSpringBoard& app);
+                      hosts::SpringBoardApplication& app);
   // The screen now; effects are those since the previous capture.
   nlohmann::ordered_json capture();
   // The same as text, one item per line.
@@ -31,7 +31,7 @@ class ControlCenterScreen {
   std::string fileOf(const ui::ImagePtr& image, const std::string& button);
 
   platform::SimProcess& process_;
-  hosts::ControlCenterSpringBoard& app_;
+  hosts::SpringBoardApplication& app_;
   std::map<std::string, ui::ImagePtr> files_;
   size_t effects_ = 0, events_ = 0;
 };

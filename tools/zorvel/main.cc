@@ -3,6 +3,7 @@
 //
 // Exit status: 0 done; 1 the command failed (one "zorvel:" line on
 // stderr); 2 the command line is wrong (one "zorvel:" line on stderr).
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include "core/zv_exception.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/plist.h"
+#include "platform/sim/device_presets.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/output.h"
 
@@ -21,6 +23,44 @@ namespace zv::cli {
 std::vector<Registrar>& registrars() {
   static std::vector<Registrar> list;
   return list;
+}
+
+namespace {
+
+// "a, b or c".
+std::string choices(const std::vector<std::string>& items) {
+  std::string out;
+  for (size_t i = 0; i < items.size(); ++i) {
+    if (i) out += i + 1 == items.size() ? " or " : ", ";
+    out += items[i];
+  }
+  return out;
+}
+
+}  // namespace
+
+platform::DeviceFacts sessionDevice(
+    const std::string& os, const std::string& screen,
+    std::initializer_list<const char*> versions) {
+  const std::vector<std::string> known(versions.begin(), versions.end());
+  if (std::find(known.begin(), known.end(), os) == known.end())
+    throw UsageError("unknown system version " + os + " (use " +
+                     choices(known) + ")");
+  auto facts = platform::simulatedDevice(os, screen);
+  if (!facts)
+    throw UsageError("unknown screen " + screen + " (use " +
+                     choices(platform::screenSizes()) + ")");
+  return *facts;
+}
+
+void addSessionOptions(CLI::App& command, SessionOptions& options,
+                       const char* versions) {
+  addRootOption(command, options.root);
+  command.add_option("--screen", options.screen,
+                     "screen size: 3.5, 4, 4.7, 5.5");
+  command.add_option("--os", options.os,
+                     std::string("system version: ") + versions);
+  command.add_flag("--json", options.json, "one JSON object per action");
 }
 
 void addRootOption(CLI::App& command, std::string& root) {

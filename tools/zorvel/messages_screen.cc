@@ -6,6 +6,7 @@
 #include "messages/group_view_controller.h"
 #include "messages/sms_controller.h"
 #include "search/address_book.h"
+#include "search/avatar_loader.h"
 
 namespace zv::cli {
 namespace {
@@ -18,9 +19,7 @@ std::string listPicture(const ui::UIImageView& view) {
   auto placeholder = ZVAddressBook::sharedInstance()->getNullAvatarWithsize(
       {ZVSMSController::kListAvatarSize, ZVSMSController::kListAvatarSize});
   if (view.image() == placeholder || view.tag() == -1) return "placeholder";
-  const int32_t id = static_cast<int32_t>(static_cast<uint32_t>(view.tag()) &
-                                          ~ZVSMSController::kRecordTagBit);
-  return "contact " + std::to_string(id);
+  return "contact " + std::to_string(avatarViewRecord(view.tag()));
 }
 
 json listScreen(hosts::ConversationListController& list) {

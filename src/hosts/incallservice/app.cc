@@ -13,15 +13,42 @@ namespace {
 
 using Root = sdk::PHInCallRootViewController;
 using Actual = sdk::PHInCallRootViewControllerActual;
+using Audio = sdk::PHAudioCallViewController;
+using Participants = sdk::PHCallParticipantsViewController;
+using Group = sdk::TUCallGroup;
 using Ringtone = sdk::PHRingtoneController;
 using Utilities = sdk::PHInCallUtilities;
 using ui::self;
 
-void registerInCallServiceClasses() {
-  // The platform's telephony classes, which the call screens talk to.
-  platform::registerTelephonyClasses(rt::runtime());
-  rt::registerClass<InCallServiceApplication>(
-      InCallServiceApplication::kClassName, "UIApplication");
+// The status label of a call as the service words it: a ringing call from a
+// contact alternates the number's label with "incoming call".
+Value participantLabel(const platform::CallInfo& info) {
+  CallScreenLabels caller = callerLabels(info);
+  switch (info.status) {
+    case platform::kCallRinging:
+      if (caller.label) return Array{*caller.label, "incoming call"};
+      return "incoming call";
+    case platform::kCallDialling:
+      return "calling…";
+    case platform::kCallHeld:
+      return "on hold";
+    case platform::kCallActive:
+      return caller.label.value_or("");
+    default:
+      return "call ended";
+  }
+}
+
+std::optional<platform::CallInfo> participantCall(
+    const CallParticipantsViewController& p, int32_t index) {
+  if (index < 0 || static_cast<size_t>(index) >= p.groups.size())
+    return std::nullopt;
+  auto* group = dynamic_cast<CallGroup*>(p.groups[index].get());
+  if (!group || group->calls.empty()) return std::nullopt;
+  return platform::callInfo(group->calls.front());
+}
+
+void registerScreenClasses() {
   rt::registerClass(Root::kName, "UIViewController");
   rt::define(Root::alertActivationCall, [](const rt::Id& s) {
     auto* actual = dynamic_cast<InCallRootViewController*>(s.get());
@@ -35,6 +62,55 @@ void registerInCallServiceClasses() {
     self<InCallRootViewController>(s).appeared = false;
   });
   rt::define(Actual::dealloc, [](const rt::Id&) {});
+  rt::define(Actual::callStateChangedNotification,
+             [](const rt::Id&, rt::Id) {});
+
+  rt::registerClass<AudioCallViewController>(Audio::kName, "UIViewController");
+  rt::define(Audio::audioCallControlsViewControllerRequestedKeypadPresentation,
+             [](const rt::Id& s, rt::Id) {
+               self<AudioCallViewController>(s).keypadShown = true;
+             });
+  rt::define(Audio::callParticipantsViewController, [](const rt::Id& s) {
+    return rt::Id(self<AudioCallViewController>(s).participants);
+  });
+
+  rt::registerClass<CallGroup>(Group::kName);
+  rt::define(Group::calls,
+             [](const rt::Id& s) { return self<CallGroup>(s).calls; });
+
+  rt::registerClass<CallParticipantsViewController>(Participants::kName,
+                                                    "UIViewController");
+  rt::define(Participants::callStatusChangedNotification,
+             [](const rt::Id&, rt::Id) {});
+  rt::define(Participants::labelForParticipantAtIndexInParticipantsView,
+             [](const rt::Id& s, int32_t index, rt::Id) -> Value {
+               auto info = participantCall(
+                   self<CallParticipantsViewController>(s), index);
+               return info ? participantLabel(*info) : Value();
+             });
+  rt::define(Participants::imageForParticipantAtIndexInParticipantsView,
+             [](const rt::Id& s, int32_t index, rt::Id) -> ui::ImagePtr {
+               auto info = participantCall(
+                   self<CallParticipantsViewController>(s), index);
+               if (!info || !contactHasPicture(info->abUID)) return nullptr;
+               return std::make_shared<const ui::Image>(ui::Image::filled(
+                   120, 120, 2, ui::Pixel{128, 128, 128, 255}));
+             });
+  rt::define(Participants::viewWillAppear, [](const rt::Id&, bool) {});
+  rt::define(Participants::participantsView, [](const rt::Id& s) {
+    return rt::Id(self<CallParticipantsViewController>(s).view());
+  });
+  rt::define(Participants::callGroups, [](const rt::Id& s) {
+    return self<CallParticipantsViewController>(s).groups;
+  });
+}
+
+void registerInCallServiceClasses() {
+  // The platform's telephony classes, which the call screens talk to.
+  platform::registerTelephonyClasses(rt::runtime());
+  rt::registerClass<InCallServiceApplication>(
+      InCallServiceApplication::kClassName, "UIApplication");
+  registerScreenClasses();
 
   rt::registerClass<RingtoneController>(Ringtone::kName);
   rt::define(Ringtone::playRingtoneWithIdentifierVibrationPattern,
@@ -74,12 +150,31 @@ HostDefinition inCallServiceHost() {
       }};
 }
 
-std::shared_ptr<ui::UIView> InCallRootViewController::loadView() {
+std::shared_ptr<ui::UIView> CallParticipantsViewController::loadView() {
   auto view = ui::UIViewController::loadView();
+  const double width = platform::current().device().screenPoints.width;
+  view->setFrame({{0, 0}, {width, 260}});
   nameLabel = ui::make<ui::UILabel>();
+  nameLabel->setFrame({{10, 60}, {width - 20, 40}});
   statusLabel = ui::make<ui::UILabel>();
+  statusLabel->setFrame({{10, 100}, {width - 20, 20}});
+  imageView = ui::make<ui::UIImageView>();
+  imageView->setFrame({{width - 80, 60}, {60, 60}});
   view->addSubview(nameLabel);
   view->addSubview(statusLabel);
+  view->addSubview(imageView);
+  return view;
+}
+
+std::shared_ptr<ui::UIView> InCallRootViewController::loadView() {
+  auto view = ui::UIViewController::loadView();
+  audio = std::dynamic_pointer_cast<AudioCallViewController>(
+      rt::alloc(rt::getClass(Audio::kName)));
+  audio->participants =
+      std::dynamic_pointer_cast<CallParticipantsViewController>(
+          rt::alloc(rt::getClass(Participants::kName)));
+  view->addSubview(audio->view());
+  audio->view()->addSubview(audio->participants->view());
   return view;
 }
 
@@ -100,14 +195,57 @@ void InCallServiceApplication::didFinishLaunching() {
   });
 }
 
-std::optional<CallScreenLabels> InCallServiceApplication::screenLabels() const {
+std::shared_ptr<CallParticipantsViewController>
+InCallServiceApplication::participants() const {
   auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_);
-  if (!root || !root->isViewLoaded()) return std::nullopt;
+  if (!root || !root->isViewLoaded()) return nullptr;
+  return root->audio->participants;
+}
+
+std::optional<CallScreenLabels> InCallServiceApplication::screenLabels() const {
+  auto p = participants();
+  if (!p) return std::nullopt;
   CallScreenLabels labels;
-  labels.name = root->nameLabel->text();
-  if (!root->statusLabel->text().empty())
-    labels.label = root->statusLabel->text();
+  labels.name = p->nameLabel->text();
+  if (!p->statusLabel->text().empty()) labels.label = p->statusLabel->text();
   return labels;
+}
+
+std::optional<CallScreenText> InCallServiceApplication::screenText() const {
+  auto p = participants();
+  if (!p) return std::nullopt;
+  CallScreenText text;
+  text.name = p->nameLabel->text();
+  text.labelLines = p->labelLines;
+  text.declineButton = decline_button_;
+  collectScreenTexts(p->view(), {p->nameLabel.get(), p->statusLabel.get()},
+                     text.infoLines, text.extraLabels);
+  return text;
+}
+
+void InCallServiceApplication::setLocked(bool locked) {
+  locked_ = locked;
+  layOutAnswerButtons();
+}
+
+void InCallServiceApplication::showKeypad() {
+  auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_);
+  if (!root || !root->isViewLoaded()) return;
+  rt::send(rt::Id(root->audio),
+           Audio::audioCallControlsViewControllerRequestedKeypadPresentation,
+           rt::Id());
+}
+
+void InCallServiceApplication::layOutAnswerButtons() {
+  auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_);
+  auto info = root ? platform::callInfo(root->call) : std::nullopt;
+  if (!info || info->status != platform::kCallRinging) {
+    decline_button_ = false;
+    return;
+  }
+  // Over the lock screen a ringing call is answered by sliding; unlocked,
+  // the screen has answer and decline buttons.
+  decline_button_ = !rt::send(utilities_, Utilities::isSpringBoardLocked);
 }
 
 void InCallServiceApplication::callChanged(const rt::Id& call) {
@@ -137,6 +275,15 @@ void InCallServiceApplication::callChanged(const rt::Id& call) {
       info->status != platform::kCallRinging && ringtone_->playing &&
       ringtone_->call == info->id)
     rt::send(rt::Id(ringtone_), Ringtone::stopRingtone);
+  // The screen hears of the change before it is laid out again.
+  if (auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_);
+      root && root->isViewLoaded()) {
+    rt::Id note = rt::makeNotification(
+        std::string(sdk::NSNotification::kCallStatusChanged), call);
+    rt::send(rt::Id(root), Actual::callStateChangedNotification, note);
+    rt::send(rt::Id(root->audio->participants),
+             Participants::callStatusChangedNotification, note);
+  }
   // The screen goes with the last call.
   const bool anyLive =
       std::any_of(calls_.begin(), calls_.end(), [](const ScreenedCall& c) {
@@ -144,11 +291,16 @@ void InCallServiceApplication::callChanged(const rt::Id& call) {
                c.status != platform::kCallEnded;
       });
   if (screen_ && !anyLive) {
+    decline_button_ = false;
     if (auto root = std::dynamic_pointer_cast<InCallRootViewController>(
-            std::exchange(screen_, nullptr)))
+            std::exchange(screen_, nullptr))) {
       ui::sendWillDisappear(root, true);
+      // The service lets the screen go; its last message is dealloc.
+      rt::send(rt::Id(root), Actual::dealloc);
+    }
   } else {
     updateScreen();
+    layOutAnswerButtons();
   }
 }
 
@@ -166,8 +318,14 @@ void InCallServiceApplication::showScreen(const rt::Id& call,
   }
   root->call = call;
   root->view();
+  auto group = std::dynamic_pointer_cast<CallGroup>(
+      rt::alloc(rt::getClass(Group::kName)));
+  group->calls = {call};
+  root->audio->participants->groups = {group};
   updateScreen();
+  layOutAnswerButtons();
   ui::sendWillAppear(root, true);
+  ui::sendWillAppear(root->audio->participants, true);
 }
 
 void InCallServiceApplication::ring(ScreenedCall& record) {
@@ -179,30 +337,28 @@ void InCallServiceApplication::ring(ScreenedCall& record) {
 }
 
 void InCallServiceApplication::updateScreen() {
+  auto p = participants();
+  if (!p || p->groups.empty()) return;
   auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_);
-  if (!root || !root->isViewLoaded()) return;
   auto info = platform::callInfo(root->call);
   if (!info) return;
-  CallScreenLabels caller = callerLabels(*info);
-  root->nameLabel->setText(caller.name);
-  std::string status;
-  switch (info->status) {
-    case platform::kCallRinging:
-      status = caller.label.value_or("incoming call");
-      break;
-    case platform::kCallDialling:
-      status = "calling…";
-      break;
-    case platform::kCallHeld:
-      status = "on hold";
-      break;
-    case platform::kCallActive:
-      status = caller.label.value_or("");
-      break;
-    default:
-      status = "call ended";
+  p->nameLabel->setText(callerLabels(*info).name);
+  rt::Id self = p;
+  rt::Id view = p->view();
+  Value label =
+      rt::send(self, Participants::labelForParticipantAtIndexInParticipantsView,
+               0, view);
+  p->labelLines.clear();
+  if (const auto* text = label.string()) {
+    p->labelLines.push_back(*text);
+  } else if (const auto* lines = label.array()) {
+    for (const auto& line : *lines)
+      if (const auto* t = line.string()) p->labelLines.push_back(*t);
   }
-  root->statusLabel->setText(status);
+  p->statusLabel->setText(p->labelLines.empty() ? "" : p->labelLines.front());
+  p->imageView->setImage(
+      rt::send(self, Participants::imageForParticipantAtIndexInParticipantsView,
+               0, view));
 }
 
 }  // namespace zv::hosts

@@ -1,9 +1,14 @@
 #include "hosts/kit/call_screens.h"
 
+#include <algorithm>
+
 #include "platform/db/phone_labels.h"
 #include "platform/db/platform_schema.h"
 #include "platform/db/sqlite_db.h"
 #include "platform/platform.h"
+#include "platform/ui/application.h"
+#include "platform/ui/label.h"
+#include "platform/ui/text_view.h"
 
 namespace zv::hosts {
 namespace {
@@ -45,6 +50,38 @@ CallScreenLabels callerLabels(const platform::CallInfo& call) {
     labels.name = call.destinationID.value_or(
         platform::current().localizedString("Unknown", "InCallService"));
   return labels;
+}
+
+std::optional<CallScreenText> currentCallScreenText() {
+  auto* host = dynamic_cast<CallScreenHost*>(ui::UIApplication::shared().get());
+  return host ? host->screenText() : std::nullopt;
+}
+
+void collectScreenTexts(const std::shared_ptr<ui::UIView>& view,
+                        const std::vector<const ui::UIView*>& skip,
+                        std::vector<std::string>& info,
+                        std::vector<std::string>& labels) {
+  if (!view || view->isHidden() || view->alpha() <= 0.01) return;
+  if (std::find(skip.begin(), skip.end(), view.get()) == skip.end()) {
+    if (auto* text = dynamic_cast<ui::UITextView*>(view.get())) {
+      for (auto& line : text->lines()) info.push_back(line);
+    } else if (auto* label = dynamic_cast<ui::UILabel*>(view.get())) {
+      if (!label->text().empty()) labels.push_back(label->text());
+    }
+  }
+  for (const auto& sub : view->subviews())
+    collectScreenTexts(sub, skip, info, labels);
+}
+
+bool contactHasPicture(int32_t recordId) {
+  if (recordId < 0) return false;
+  sql::Database db(
+      platform::current().path(platform_schema::kAddressBookImagesPath));
+  sql::Statement st(db,
+                    "SELECT COUNT(*) FROM ABThumbnailImage WHERE record_id = ? "
+                    "AND length(data) > 0");
+  st.bind(1, int64_t{recordId});
+  return st.step() && st.int64(0) > 0;
 }
 
 }  // namespace zv::hosts

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/telephony/telephony.h"
+#include "platform/ui/view.h"
 
 namespace zv::hosts {
 
@@ -31,15 +32,47 @@ struct CallScreenLabels {
   std::optional<std::string> label;
 };
 
+// Everything a person reads on the call screen that is up: the caller's
+// name, the status label (an array answer gives several lines, shown in
+// turn), the lines of any text view on the screen, every other label added
+// to it (in view order), and whether the unlocked layout with its decline
+// button is shown for a ringing call.
+struct CallScreenText {
+  std::string name;
+  std::vector<std::string> labelLines;
+  std::vector<std::string> infoLines;
+  std::vector<std::string> extraLabels;
+  bool declineButton = false;
+};
+
 class CallScreenHost {
  public:
   virtual ~CallScreenHost() = default;
   virtual const std::vector<ScreenedCall>& screenedCalls() const = 0;
   // The call screen's labels, nullopt when no call screen is up.
   virtual std::optional<CallScreenLabels> screenLabels() const = 0;
+  // What the call screen shows now; nullopt when no call screen is up.
+  virtual std::optional<CallScreenText> screenText() const = 0;
   // The lock screen.
   virtual void setLocked(bool locked) = 0;
 };
+
+// The call screen of the current process's running call-screen host (the
+// springboard or the in-call service), as screenText(); nullopt when the
+// process runs neither or shows no call screen. For readers outside the
+// host, such as a desktop notifier.
+std::optional<CallScreenText> currentCallScreenText();
+
+// The texts shown inside `view`: visible UITextViews' laid-out lines go to
+// `info`, visible UILabels' non-empty texts to `labels`, depth first; views
+// in `skip` (the host's own labels) are left out.
+void collectScreenTexts(const std::shared_ptr<ui::UIView>& view,
+                        const std::vector<const ui::UIView*>& skip,
+                        std::vector<std::string>& info,
+                        std::vector<std::string>& labels);
+
+// Whether the contact has a picture in the address-book images database.
+bool contactHasPicture(int32_t recordId);
 
 // The caller as the platform's call screens name it: the contact's name
 // (with its organisation as company name) when the call has a record, else

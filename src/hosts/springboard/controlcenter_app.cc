@@ -1,5 +1,6 @@
 #include "hosts/springboard/controlcenter_app.h"
 
+#include "hosts/springboard/app.h"
 #include "hostsdk/springboard_controlcenter.h"
 #include "platform/ui/view.h"
 
@@ -7,8 +8,8 @@ namespace zv::hosts {
 namespace {
 
 void lock(const rt::Id& app) {
-  if (auto sb = rt::as<ControlCenterSpringBoard>(app)) {
-    sb->locked = true;
+  if (auto sb = rt::as<SpringBoardApplication>(app)) {
+    sb->setLocked(true);
     if (sb->controlCenter) sb->controlCenter->dismiss();
   }
   ControlCenterEffects::record("lock");
@@ -25,29 +26,6 @@ void registerLockButton(rt::Class* application) {
     rt::define(sdk::SpringBoard::lockButtonUpFromSource,
                [](const rt::Id& s, int64_t) { lock(s); });
   }
-}
-
-HostDefinition controlCenterSpringboard() {
-  return HostDefinition{
-      "com.apple.springboard",
-      [] {
-        registerControlCenterClasses();
-        registerLockButton(rt::registerClass<ControlCenterSpringBoard>(
-            sdk::SpringBoard::kName, "UIApplication"));
-      },
-      [] {
-        return std::static_pointer_cast<ui::UIApplication>(
-            std::dynamic_pointer_cast<ControlCenterSpringBoard>(
-                rt::alloc(rt::getClass(sdk::SpringBoard::kName))));
-      }};
-}
-
-std::shared_ptr<ControlCenterSpringBoard> ControlCenterSpringBoard::shared() {
-  return ui::sharedApplication<ControlCenterSpringBoard>();
-}
-
-void ControlCenterSpringBoard::didFinishLaunching() {
-  controlCenter = ControlCenterViewController::make();
 }
 
 }  // namespace zv::hosts

@@ -1,7 +1,7 @@
 // What the Control Centre's buttons act on: the springboard UI controller
 // (a Home press, the app switcher) and the Bluetooth radio, each a
 // per-process singleton reached through its +sharedInstance.
-#include "hosts/springboard/controlcenter_app.h"
+#include "hosts/springboard/app.h"
 #include "hosts/springboard/controlcenter_parts.h"
 #include "hostsdk/springboard_controlcenter.h"
 #include "platform/process.h"
@@ -16,7 +16,7 @@ using Radio = sdk::BluetoothManager;
 
 // A Home press or the app switcher puts the Control Centre away.
 void putAwayControlCenter() {
-  auto app = ControlCenterSpringBoard::shared();
+  auto app = SpringBoardApplication::shared();
   if (app && app->controlCenter) app->controlCenter->dismiss();
 }
 

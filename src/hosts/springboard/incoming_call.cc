@@ -28,7 +28,14 @@ std::shared_ptr<ui::UIView> IncomingCallController::loadView() {
   auto view = ui::UIViewController::loadView();
   // The LCD across the top of the screen, where the caller is named.
   auto lcd = ui::make<ui::UIView>();
-  lcd->setFrame({0, 0, view->frame().size.width, 96});
+  const double width = platform::current().device().screenPoints.width;
+  lcd->setFrame({{0, 0}, {width, 96}});
+  nameLabel = ui::make<ui::UILabel>();
+  nameLabel->setFrame({{15, 20}, {width - 30, 36}});
+  statusLabel = ui::make<ui::UILabel>();
+  statusLabel->setFrame({{15, 58}, {width - 30, 20}});
+  lcd->addSubview(nameLabel);
+  lcd->addSubview(statusLabel);
   view->addSubview(lcd);
   return view;
 }
@@ -52,9 +59,19 @@ void registerIncomingCallClass() {
                c.companyName = std::move(company);
                c.label = std::move(label);
                c.breakPoint = breakPoint;
+               c.view();
+               c.nameLabel->setText(c.name.value_or(""));
+               // The company line above the label, when there is one.
+               std::string status = c.companyName.value_or("");
+               if (c.label && !c.label->empty())
+                 status = status.empty() ? *c.label : status + "  " + *c.label;
+               c.statusLabel->setText(status);
              });
-  rt::define(Screen::ringOrVibrate,
-             [](const rt::Id& s) { screenOf(s).ringing = true; });
+  rt::define(Screen::ringOrVibrate, [](const rt::Id& s) {
+    auto& c = screenOf(s);
+    c.ringing = true;
+    if (c.onRing) c.onRing();
+  });
   rt::define(Screen::incomingCallNumber, [](const rt::Id& s) {
     auto info = infoOf(screenOf(s));
     return info ? info->destinationID : std::nullopt;
@@ -76,6 +93,30 @@ void IncomingCallScreens::start() {
   platform::current().performAfterDelay(this, "loadIncomingCallBundle",
                                         kIncomingCallClassDelay,
                                         [] { registerIncomingCallClass(); });
+}
+
+std::optional<CallScreenText> IncomingCallScreens::screenText() const {
+  if (!screen_) return std::nullopt;
+  CallScreenText text;
+  text.name = screen_->name.value_or("");
+  if (screen_->label) text.labelLines.push_back(*screen_->label);
+  text.declineButton = screen_->declineButton;
+  collectScreenTexts(screen_->view(),
+                     {screen_->nameLabel.get(), screen_->statusLabel.get()},
+                     text.infoLines, text.extraLabels);
+  return text;
+}
+
+void IncomingCallScreens::lockChanged() {
+  if (screen_) layOutAnswerControls();
+}
+
+void IncomingCallScreens::layOutAnswerControls() {
+  rt::Id agent =
+      rt::trySend(rt::classObject(rt::getClass(sdk::SBUserAgent::kName)),
+                  sdk::SBUserAgent::sharedUserAgent);
+  screen_->declineButton =
+      !(agent && rt::send(agent, sdk::SBUserAgent::lockScreenIsShowing));
 }
 
 std::optional<CallScreenLabels> IncomingCallScreens::screenLabels() const {
@@ -126,14 +167,22 @@ void IncomingCallScreens::present(const rt::Id& call,
   rt::send(made, Screen::updateLCDWithNameCompanyNameLabelBreakPoint,
            std::optional<std::string>(caller.name), caller.companyName,
            caller.label, int32_t{0});
+  layOutAnswerControls();
+  const platform::CallId id = info.id;
+  screen->onRing = [this, id] {
+    for (auto& c : calls_)
+      if (c.id == id) c.ringtone = true;
+  };
   rt::send(made, Screen::ringOrVibrate);
-  record.ringtone = screen->ringing;
 }
 
 void IncomingCallScreens::dismiss() {
   auto screen = std::move(screen_);
   screen_call_ = 0;
+  screen->onRing = nullptr;
   rt::send(rt::Id(screen), Screen::viewWillDisappear, true);
+  // The springboard lets the screen go; its last message is dealloc.
+  rt::send(rt::Id(screen), Screen::dealloc);
 }
 
 }  // namespace zv::hosts

@@ -9,6 +9,7 @@
 #include "platform/plist.h"
 #include "platform/ui/image_geometry.h"
 #include "platform/ui/image_resample.h"
+#include "platform/ui/jpeg_tables.h"
 
 namespace zv::ui {
 
@@ -34,6 +35,7 @@ Image Image::filled(int pixelWidth, int pixelHeight, double scale,
 
 ImagePtr Image::decode(std::string_view bytes, double scale) {
   if (bytes.empty() || !(scale > 0) || bytes.size() > INT32_MAX) return nullptr;
+  if (!jpegHuffmanTablesFit(bytes)) return nullptr;
   const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
   const int length = static_cast<int>(bytes.size());
   int w = 0, h = 0, channels = 0;

@@ -33,4 +33,10 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
+// Insets of a content area (UIEdgeInsets).
+struct EdgeInsets {
+  double top = 0, left = 0, bottom = 0, right = 0;
+  bool operator==(const EdgeInsets&) const = default;
+};
+
 }  // namespace zv::ui

@@ -17,11 +17,6 @@ enum class CellStyle { Default, Value1, Value2, Subtitle };
 enum class CellAccessoryType { None, DisclosureIndicator, DetailDisclosureButton, Checkmark };
 enum class CellSelectionStyle { None, Blue, Gray, Default };
 
-struct EdgeInsets {
-  double top = 0, left = 0, bottom = 0, right = 0;
-  bool operator==(const EdgeInsets&) const = default;
-};
-
 class UITableViewCell : public UIView {
  public:
   static constexpr const char* kClassName = "UITableViewCell";

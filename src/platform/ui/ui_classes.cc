@@ -9,6 +9,7 @@
 #include "platform/ui/sheets.h"
 #include "platform/ui/table_view.h"
 #include "platform/ui/table_view_controller.h"
+#include "platform/ui/text_view.h"
 #include "platform/ui/view_controller.h"
 
 namespace zv::ui {
@@ -61,6 +62,7 @@ void registerControls(rt::Runtime& rt) {
   rt::define(msg::UILabel::setText, [](const rt::Id& s, std::string t) {
     self<UILabel>(s).setText(std::move(t));
   });
+  typed<UITextView>(rt.registerClass("UITextView", "UIView"));
   typed<UIImageView>(rt.registerClass("UIImageView", "UIView"));
   rt::define(msg::UIImageView::setImage, [](const rt::Id& s, ImagePtr i) {
     self<UIImageView>(s).setImage(std::move(i));

@@ -1,0 +1,419 @@
+// Caller information on the springboard and in-call service screens: the
+// caller's area joined to the host's labels (incoming screen, "more" label,
+// in-call participants, missed-call and message banners), the user's
+// carrier name, and the information text view (area, number and contact
+// details) or outgoing area label that the system adds to the call screen.
+#include <cstdio>
+
+#include "area/area_loader.h"
+#include "callscreens/incoming_call_controller.h"
+#include "core/area_label.h"
+#include "core/device.h"
+#include "core/settings_catalogue.h"
+#include "core/style.h"
+#include "platform/db/platform_schema.h"
+#include "platform/platform.h"
+#include "search/address_book.h"
+#include "search/call_history.h"
+
+namespace zv {
+namespace {
+
+constexpr const char* kPhoneSection = "com.apple.mobilephone";
+constexpr const char* kMessagesSection = "com.apple.MobileSMS";
+
+// Width and left edge of the text view on the 7.x incoming screen.
+constexpr double kIncomingInfoX = 15, kIncomingInfoWidth = 290;
+constexpr double kInfoMaxHeight = 200;
+
+std::string joinLines(const std::optional<std::string>& head,
+                      const std::string& line) {
+  return head ? *head + "\n" + line : line;
+}
+
+// The common tail of the host-label joiners: the label kept, the area
+// alone, or both with two blanks.
+std::string joinTwo(const std::string& label, const std::string& area) {
+  return joinArea(label, area, AreaGap::kTwo);
+}
+
+// The larger phone screens move the system's views in from the edges.
+bool largerScreen() {
+  return UIDevice::isPhone6screen() || UIDevice::isPhone6pscreen();
+}
+
+// The text view's height: what it needs, within 200 points.
+double fittedHeight(ui::UITextView& view) {
+  view.sizeToFit();
+  const double fitted = view.frame().size.height;
+  return fitted > kInfoMaxHeight - 2 ? kInfoMaxHeight : fitted + 2;
+}
+
+}  // namespace
+
+std::optional<std::string> ZVIncomingCallController::areaOf(
+    const std::optional<std::string>& number, bool name, bool type) {
+  if (!number || !_area) return std::nullopt;
+  return _area->getArea(*number, name, type);
+}
+
+// --- Label joiners -----------------------------------------------------------
+
+std::optional<std::string> ZVIncomingCallController::areaIncomingCall(
+    const rt::Id& screen, std::optional<std::string> label) {
+  if (!_settings || !host_ || !screen) return label;
+  const auto& s = *_settings;
+  if (!s.EnableArea() || !s.AreaNameIncomingCall() ||
+      s.AreaStyleIncomingCall() != 0)
+    return label;
+  if (s.AreaOnlyStrangers() && host_->incomingCallerABUID(screen) != -1)
+    return label;
+  auto area = areaOf(host_->incomingCallNumber(screen),
+                     s.AreaNameIncomingCall(), s.AreaTypeIncomingCall());
+  if (!area) return label;
+  if (!label || label->empty()) return area;
+  if (labelEndsWithArea(*label, *area)) return label;
+  if (s.AreaReplaceTextIncomingCall()) return area;
+  return joinTwo(*label, *area);
+}
+
+std::optional<std::string> ZVIncomingCallController::areaTUCall(
+    const rt::Id& call, std::optional<std::string> label) {
+  if (!_settings || !host_ || !call) return label;
+  const auto& s = *_settings;
+  if (!s.EnableArea() || !s.AreaNameMore()) return label;
+  if (s.AreaOnlyStrangers() && host_->abUID(call) != -1) return label;
+  auto area =
+      areaOf(host_->destinationID(call), s.AreaNameMore(), s.AreaTypeMore());
+  if (!area) return label;
+  if (s.AreaReplaceTextMore() || !label) return area;
+  if (labelEndsWithArea(*label, *area)) return area;
+  return joinTwo(*label, *area);
+}
+
+std::optional<std::string> ZVIncomingCallController::areaInCall(
+    const rt::Id& call, std::optional<std::string> label) {
+  if (!_settings || !host_ || !call) return label;
+  const auto& s = *_settings;
+  const bool incoming =
+      s.AreaNameIncomingCall() && s.AreaStyleIncomingCall() == 0;
+  const bool outgoing =
+      s.AreaNameOutgoingCall() && s.AreaStyleOutgoingCall() == 0;
+  if (!s.EnableArea() || !(incoming || outgoing || s.AreaNameInCall()))
+    return label;
+  if (s.AreaOnlyStrangers() && host_->abUID(call) != -1) return label;
+  auto number = host_->destinationID(call);
+  if (!number) return label;
+
+  std::optional<std::string> area;
+  bool replace = false;
+  switch (host_->status(call)) {
+    case 4:
+      if (!incoming) return label;
+      area = areaOf(number, s.AreaNameIncomingCall(), s.AreaTypeIncomingCall());
+      replace = s.AreaReplaceTextIncomingCall();
+      break;
+    case 3:
+      // With its own label (style 1 and up) the area stays off the host's.
+      if (!s.AreaNameOutgoingCall() || s.AreaStyleOutgoingCall() != 0)
+        return label;
+      area = areaOf(number, s.AreaNameOutgoingCall(), s.AreaTypeOutgoingCall());
+      replace = s.AreaReplaceTextOutgoingCall();
+      break;
+    case 1:
+      if (!s.AreaNameInCall()) return label;
+      area = areaOf(number, s.AreaNameInCall(), s.AreaTypeInCall());
+      break;
+    default:
+      return label;
+  }
+  if (!area) return label;
+  if (!label || area->starts_with(*label) || labelEndsWithArea(*label, *area) ||
+      replace)
+    return area;
+  return joinTwo(*label, *area);
+}
+
+Value ZVIncomingCallController::areaParticipantsView(
+    const rt::Id& participants, int32_t index, const rt::Id& participantsView,
+    Value label) {
+  (void)participantsView;
+  if (!_settings || !host_ || !participants) return label;
+  const auto& s = *_settings;
+  if (!s.EnableArea()) return label;
+  if (_curInCallStatus == 1 ? !s.AreaNameInCall()
+                            : !(s.AreaNameIncomingCall() ||
+                                s.AreaNameOutgoingCall() || s.AreaNameInCall()))
+    return label;
+  auto groups = host_->callGroups(participants);
+  if (index < 0 || static_cast<size_t>(index) >= groups.size()) return label;
+  auto calls = host_->groupCalls(groups[index]);
+  if (calls.empty() || !calls.front()) return label;
+  const rt::Id& call = calls.front();
+  if (const auto* text = label.string())
+    return areaInCall(call, *text).value_or(*text);
+  if (const auto* lines = label.array()) {
+    if (lines->empty() || !lines->front().string()) return label;
+    const std::string& first = *lines->front().string();
+    auto joined = areaInCall(call, first);
+    if (!joined || *joined == first) return label;
+    Array out{*joined};
+    out.insert(out.end(), lines->begin() + 1, lines->end());
+    return out;
+  }
+  return label;
+}
+
+void ZVIncomingCallController::imageForParticipant(const ui::ImagePtr& image) {
+  _haveInCallImage = image && !image->empty();
+}
+
+// --- Banners and the status bar ---------------------------------------------
+
+std::optional<std::string> ZVIncomingCallController::areaBulletin(
+    const rt::Id& bulletin, std::optional<std::string> title) {
+  if (!_settings || !host_ || !bulletin) return title;
+  const auto& s = *_settings;
+  if (!s.EnableArea() || !s.AreaNameNotification()) return title;
+  const std::string section = host_->bulletinSectionID(bulletin);
+  if (section != kPhoneSection && section != kMessagesSection) return title;
+  // The banner of a call that just stopped ringing: its ring time first, so
+  // that the banner can show it.
+  if (_isIncomingCall) stopRingDuration();
+  auto plain = areaOf(host_->bulletinContactInfo(bulletin),
+                      s.AreaNameNotification(), s.AreaTypeNotification());
+  if (!plain) return title;
+  std::string area = *plain;
+  if (s.CallHistoryRingDuration() && _callhistory) {
+    if (auto date = host_->bulletinDate(bulletin)) {
+      // Ring durations are keyed by the platform database's own date unit.
+      const double key = UIDevice::OSVersion() >= 8.0f
+                             ? *date
+                             : *date + platform_schema::kReferenceDateOffset;
+      if (int64_t seconds = _callhistory->getRingDuration(key)) {
+        const std::string unit =
+            platform::current().localizedString("sec", "Zorvel");
+        char count[32];
+        std::snprintf(count, sizeof count, "%lld",
+                      static_cast<long long>(seconds));
+        area += " (" + std::string(count) + unit + ")";
+      }
+    }
+  }
+  if (title && !title->empty() && !labelEndsWithArea(*title, area) &&
+      title->find(*plain) == std::string::npos)
+    return joinTwo(*title, area);
+  if (!title || title->empty()) return area;
+  return title;
+}
+
+std::optional<std::string> ZVIncomingCallController::updateCarrierName(
+    std::optional<std::string> name) {
+  if (!_settings || _settings->CarrierName().empty() || !name) return name;
+  return _settings->CarrierName();
+}
+
+// --- The information text view -----------------------------------------------
+
+std::optional<std::string> ZVIncomingCallController::infoText(
+    bool style, const std::optional<std::string>& number, int32_t recordId) {
+  const auto& s = *_settings;
+  std::optional<std::string> text;
+  if (style && !(s.AreaOnlyStrangers() && recordId != -1))
+    text = areaOf(number, s.AreaNameIncomingCall(), s.AreaTypeIncomingCall());
+  if (!s.EnableInfo() || recordId == -1) return text;
+  if (s.InfoIncomingCallNumber() && number && !number->empty())
+    text = joinLines(text, *number);
+  int mask = 0;
+  if (s.InfoIncomingCallOrganization()) mask |= ZVAddressBook::kOrganization;
+  if (s.InfoIncomingCallDepartment()) mask |= ZVAddressBook::kDepartment;
+  if (s.InfoIncomingCallJobTitle()) mask |= ZVAddressBook::kJobTitle;
+  if (s.InfoIncomingCallNickname()) mask |= ZVAddressBook::kNickname;
+  if (s.InfoIncomingCallBirthday()) mask |= ZVAddressBook::kBirthday;
+  if (s.InfoIncomingCallNote()) mask |= ZVAddressBook::kNote;
+  if (mask != 0 && _addressbook) {
+    if (auto details = _addressbook->getAddressBookInfo(recordId, mask))
+      text = joinLines(text, *details);
+  }
+  return text;
+}
+
+std::shared_ptr<ui::UITextView> ZVIncomingCallController::makeInfoView(
+    const ui::Font& font, const ui::Rect& frame) {
+  auto view = ui::make<ui::UITextView>();
+  view->setFrame(frame);
+  view->setUserInteractionEnabled(false);
+  view->setFont(font);
+  view->setContentInset({4, 2, 0, 2});
+  view->setTextColor({0.9, 0.9, 0.9, 1});
+  view->setBackgroundColor(ui::Color{0, 0, 0, 0});
+  view->setLayerShadow(ui::UIView::LayerShadow{{0, 0, 0, 1}, {0, 0}, 0.2, 1});
+  view->setTag(kInfoViewTag);
+  view->setLayoutManagerDelegate(
+      std::static_pointer_cast<ui::LayoutManagerDelegate>(shared_from_this()));
+  return view;
+}
+
+double ZVIncomingCallController::lineSpacingAfterGlyphAtIndex(size_t,
+                                                              const ui::Rect&) {
+  return kInfoLineSpacing;
+}
+
+void ZVIncomingCallController::infoIncomingCall(
+    const rt::Id& screen, const std::optional<std::string>& companyName,
+    const std::optional<std::string>& label) {
+  if (!_settings || !host_ || !screen) return;
+  const auto& s = *_settings;
+  const bool style = s.EnableArea() && s.AreaNameIncomingCall() &&
+                     s.AreaStyleIncomingCall() == 1;
+  if (!style && !s.EnableInfo()) return;
+  auto lcd = host_->topLCDView(screen);
+  if (!lcd) return;
+  auto view =
+      std::dynamic_pointer_cast<ui::UITextView>(lcd->viewWithTag(kInfoViewTag));
+  std::optional<std::string> text;
+  if (view)
+    text = view->text();
+  else
+    text = infoText(style, host_->incomingCallNumber(screen),
+                    host_->incomingCallerABUID(screen));
+  if (!text) return;
+  const bool centre = host_->shouldCenterText(screen);
+  const double y = !companyName && !label ? 59 : centre ? 85 : 69;
+  if (!view) {
+    view = makeInfoView(ZVFont::thinSystemFontOfSize(17),
+                        {{kIncomingInfoX, y}, {kIncomingInfoWidth, 200}});
+    lcd->addSubview(view);
+  }
+  view->setTextAlignment(centre ? ui::TextAlignment::Center
+                                : ui::TextAlignment::Left);
+  view->setText(*text);
+  const double height = fittedHeight(*view);
+  view->setFrame({{kIncomingInfoX, y}, {kIncomingInfoWidth, height}});
+}
+
+void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
+  if (_isInCallFieldMode || !_settings || !host_ || !participants) return;
+  const auto& s = *_settings;
+  const bool in = s.EnableArea() && s.AreaNameIncomingCall() &&
+                  s.AreaStyleIncomingCall() == 1;
+  const bool out = s.EnableArea() && s.AreaNameOutgoingCall() &&
+                   s.AreaStyleOutgoingCall() == 1;
+  const bool info = s.EnableInfo();
+  const bool outNumber = info && s.InfoOutgoingCallNumber();
+  if (!info && !in && !out) return;
+  auto view = host_->participantsView(participants);
+  auto groups = host_->callGroups(participants);
+  if (!view || groups.empty()) return;
+  auto calls = host_->groupCalls(groups.front());
+  if (calls.empty() || !calls.front()) return;
+  const rt::Id& call = calls.front();
+  auto number = host_->destinationID(call);
+  const int32_t record = host_->abUID(call);
+  const bool larger = largerScreen();
+
+  if (!host_->isOutgoing(call)) {
+    auto textView = std::dynamic_pointer_cast<ui::UITextView>(
+        view->viewWithTag(kInfoViewTag));
+    std::optional<std::string> text;
+    if (textView)
+      text = textView->text();
+    else
+      text = infoText(in, number, record);
+    if (!text) return;
+    double x = 20, y = _haveInCallImage ? 118 : 125;
+    double width = view->frame().size.width - 40;
+    if (!_haveInCallLabel) y -= 26;
+    if (larger) x += 7, y += 14, width -= 14;
+    if (!textView) {
+      textView = makeInfoView(ZVFont::mediumSystemFontOfSize(17),
+                              {{x, y}, {width, 200}});
+      view->addSubview(textView);
+    }
+    textView->setTextAlignment(_haveInCallImage ? ui::TextAlignment::Left
+                                                : ui::TextAlignment::Center);
+    textView->setText(*text);
+    const double height = fittedHeight(*textView);
+    textView->setFrame({{x, y}, {width, height}});
+    return;
+  }
+
+  if (!outNumber && !out) return;
+  std::optional<std::string> area;
+  if (!(s.AreaOnlyStrangers() && record != -1))
+    area = areaOf(number, s.AreaNameOutgoingCall(), s.AreaTypeOutgoingCall());
+  std::optional<std::string> text = area;
+  if (outNumber && record != -1 && number && !number->empty())
+    text = area ? *area + " " + *number : *number;
+  if (!text) return;
+  auto label = std::dynamic_pointer_cast<ui::UILabel>(
+      view->viewWithTag(kOutgoingLabelTag));
+  if (!label) {
+    double x = 10, y = 134, width = view->frame().size.width - 20;
+    if (larger) x += 7, y += 14, width -= 14;
+    label = ui::make<ui::UILabel>();
+    label->setFrame({{x, y}, {width, 20}});
+    label->setFont(ZVFont::mediumSystemFontOfSize(17));
+    label->setLineBreakMode(ui::LineBreakMode::TruncateMiddle);
+    label->setTextColor({0.9, 0.9, 0.9, 1});
+    label->setTag(kOutgoingLabelTag);
+    view->addSubview(label);
+  }
+  label->setTextAlignment(_haveInCallImage ? ui::TextAlignment::Left
+                                           : ui::TextAlignment::Center);
+  label->setText(*text);
+}
+
+void ZVIncomingCallController::removeInfoViews(
+    const std::shared_ptr<ui::UIView>& view) {
+  if (!view) return;
+  for (int tag : {kOutgoingLabelTag, kInfoViewTag}) {
+    if (auto sub = view->viewWithTag(tag)) {
+      sub->setHidden(true);
+      sub->removeFromSuperview();
+    }
+  }
+}
+
+void ZVIncomingCallController::hideInfoInCall(const rt::Id& audioCall) {
+  if (!_settings || !host_ || !audioCall) return;
+  const auto& s = *_settings;
+  const bool in = s.EnableArea() && s.AreaNameIncomingCall() &&
+                  s.AreaStyleIncomingCall() == 1;
+  const bool out = s.EnableArea() && s.AreaNameOutgoingCall() &&
+                   s.AreaStyleOutgoingCall() == 1;
+  if (!in && !out && !s.EnableInfo()) return;
+  removeInfoViews(host_->participantsView(
+      host_->callParticipantsViewController(audioCall)));
+}
+
+void ZVIncomingCallController::callStatusChangedNotification(
+    const rt::Id& notification, const rt::Id& participants) {
+  if (!_settings || !host_ || !participants) return;
+  const auto& s = *_settings;
+  const bool in = s.EnableArea() && s.AreaNameIncomingCall() &&
+                  s.AreaStyleIncomingCall() == 1;
+  const bool out = s.EnableArea() && s.AreaNameOutgoingCall() &&
+                   s.AreaStyleOutgoingCall() == 1;
+  if (!in && !out && !s.EnableInfo()) return;
+  rt::Id call = host_->notificationObject(notification);
+  if (!call) return;
+  // Active, held, ending and ended calls lose the views (bits of 102).
+  const int32_t status = host_->status(call);
+  if (status < 0 || status > 30 || !((102 >> status) & 1)) return;
+  removeInfoViews(host_->participantsView(participants));
+}
+
+void ZVIncomingCallController::callStateChangedNotification(
+    const rt::Id& notification) {
+  if (!_settings || !host_) return;
+  const auto& s = *_settings;
+  rt::Id call = host_->notificationObject(notification);
+  const bool area =
+      s.EnableArea() && (s.AreaNameIncomingCall() || s.AreaNameOutgoingCall() ||
+                         s.AreaNameInCall());
+  _curInCallStatus = area && call ? host_->status(call) : 0;
+  if (s.EnableConnectedVibrate()) connectedVibrate(call);
+}
+
+}  // namespace zv

@@ -1,0 +1,154 @@
+// ZVIncomingCallController's caller information and ring extras against a
+// fake host: the joiners' branches and flags, the banner's date units and
+// unit text, the information view's place and reuse, the status-change
+// removal and the lock-screen answers per generation.
+#include <gtest/gtest.h>
+
+#include "callscreens/blocking_fixture.h"
+#include "platform/ui/label.h"
+#include "platform/ui/text_view.h"
+#include "search/call_history.h"
+
+namespace zv::testing {
+namespace {
+
+using Text = std::optional<std::string>;
+constexpr const char* kNumber = "07551234";
+constexpr const char* kArea = "广东深圳";  // the override for "0755"
+
+class CallerInfoTest : public BlockingTest {
+ protected:
+  rt::Id callWithStatus(int32_t status, int32_t abUID = -1) {
+    auto c = call(kNumber, abUID);
+    std::dynamic_pointer_cast<FakeCall>(c)->status = status;
+    return c;
+  }
+  Text inCall(Dict settings, int32_t status, Text label) {
+    start(std::move(settings));
+    return controller_->areaInCall(callWithStatus(status), std::move(label));
+  }
+};
+
+TEST_F(CallerInfoTest, InCallJoinerFollowsTheCallStatus) {
+  const std::string joined = std::string("mobile  ") + kArea;
+  // Ringing: incoming flags, style 0 only, its replace flag.
+  EXPECT_EQ(inCall({}, 4, "mobile"), joined);
+  EXPECT_EQ(inCall({{"AreaStyleIncomingCall", 1}}, 4, "mobile"), "mobile");
+  EXPECT_EQ(inCall({{"AreaReplaceTextIncomingCall", true}}, 4, "mobile"),
+            kArea);
+  // Dialling: its own label (style 1) leaves the host's alone.
+  EXPECT_EQ(inCall({{"AreaReplaceTextOutgoingCall", true}}, 3, "calling"),
+            kArea);
+  EXPECT_EQ(inCall({{"AreaStyleOutgoingCall", 1}, {"AreaNameInCall", true}}, 3,
+                   "calling"),
+            "calling");
+  // Active: only with the in-call name, never replaced.
+  EXPECT_EQ(inCall({}, 1, "00:12"), "00:12");
+  EXPECT_EQ(inCall({{"AreaNameInCall", true}}, 1, "00:12"),
+            std::string("00:12  ") + kArea);
+  // A label the area begins with, or none, gives the area; held: unchanged.
+  EXPECT_EQ(inCall({}, 4, "广东"), kArea);
+  EXPECT_EQ(inCall({}, 4, std::nullopt), kArea);
+  EXPECT_EQ(inCall({{"AreaNameInCall", true}}, 2, "on hold"), "on hold");
+}
+
+TEST_F(CallerInfoTest, MoreAndIncomingJoinersTreatAnEndingAreaDifferently) {
+  start({{"AreaNameMore", true}});
+  auto c = callWithStatus(4);
+  const std::string ends = std::string("home ") + kArea;
+  EXPECT_EQ(controller_->areaTUCall(c, ends), kArea);
+  EXPECT_EQ(controller_->areaTUCall(c, std::nullopt), kArea);
+  EXPECT_EQ(controller_->areaTUCall(c, "home"), std::string("home  ") + kArea);
+  auto screen = rt::create(callClass_);
+  host_->screenCalls[screen.get()] = c;
+  EXPECT_EQ(controller_->areaIncomingCall(screen, ends), ends);
+  EXPECT_EQ(controller_->areaIncomingCall(screen, ""), kArea);
+  // A contact under AreaOnlyStrangers keeps every label.
+  start({{"AreaNameMore", true}, {"AreaOnlyStrangers", true}});
+  EXPECT_EQ(controller_->areaTUCall(call(kNumber, 5), "home"), "home");
+}
+
+TEST_F(CallerInfoTest, BannerTitleAndCarrierName) {
+  writePlist(ZVCallHistory::kRingDurationPath,
+             Dict{{"1416182474", 9}, {"437875274.000000", 7}});
+  start({{"CallHistoryRingDuration", true}, {"CarrierName", "Zorvel"}}, "7.1",
+        "com.apple.springboard");
+  process_->setLocalizedStrings({{"sec", "秒"}});
+  auto b = rt::create(callClass_);
+  host_->contactInfo = kNumber;
+  // 7.x keys ring times by seconds since 1970.
+  host_->bulletinDateValue = 1416182474 - 978307200.0;
+  EXPECT_EQ(controller_->areaBulletin(b, "Li"),
+            std::string("Li  ") + kArea + " (9秒)");
+  EXPECT_EQ(controller_->areaBulletin(b, ""), std::string(kArea) + " (9秒)");
+  // A title that names the area already is kept.
+  EXPECT_EQ(controller_->areaBulletin(b, std::string("x ") + kArea + " y"),
+            std::string("x ") + kArea + " y");
+  host_->section = "com.apple.mobilemail";
+  EXPECT_EQ(controller_->areaBulletin(b, "Li"), "Li");
+  EXPECT_EQ(controller_->updateCarrierName("China Mobile"), "Zorvel");
+  EXPECT_EQ(controller_->updateCarrierName(std::nullopt), std::nullopt);
+}
+
+TEST_F(CallerInfoTest, IncomingInfoViewPlaceHeightAndReuse) {
+  start({{"AreaStyleIncomingCall", 1}});
+  host_->lcd = ui::make<ui::UIView>();
+  auto screen = rt::create(callClass_);
+  host_->screenCalls[screen.get()] = call(kNumber);
+  auto view = [&] {
+    return std::dynamic_pointer_cast<ui::UITextView>(
+        host_->lcd->viewWithTag(10086));
+  };
+  host_->centerText = false;
+  controller_->infoIncomingCall(screen, "Acme", std::nullopt);
+  ASSERT_TRUE(view());
+  EXPECT_EQ(view()->frame().origin.y, 69);
+  EXPECT_EQ(view()->textAlignment(), ui::TextAlignment::Left);
+  host_->centerText = true;
+  // Built once: a later call's text does not replace the first.
+  host_->screenCalls[screen.get()] = call("18601234");
+  controller_->infoIncomingCall(screen, std::nullopt, "mobile");
+  EXPECT_EQ(view()->frame().origin.y, 85);
+  EXPECT_EQ(view()->text(), kArea);
+  controller_->infoIncomingCall(screen, std::nullopt, std::nullopt);
+  EXPECT_EQ(view()->frame().origin.y, 59);
+  EXPECT_EQ(host_->lcd->subviews().size(), 1u);
+  // Many lines stop at 200 points.
+  view()->setText(std::string(40, 'x') + std::string(20, '\n'));
+  controller_->infoIncomingCall(screen, std::nullopt, std::nullopt);
+  EXPECT_EQ(view()->frame().size.height, 200);
+}
+
+TEST_F(CallerInfoTest, StatusChangeRemovesOwnViewsOnlyForSomeStatuses) {
+  start({{"AreaStyleOutgoingCall", 1}});
+  host_->participants = ui::make<ui::UIView>();
+  auto participants = rt::create(callClass_);
+  auto note = rt::create(callClass_);
+  for (int32_t status = 1; status <= 6; ++status) {
+    auto label = ui::make<ui::UILabel>();
+    label->setTag(10010);
+    host_->participants->addSubview(label);
+    host_->notifications[note.get()] = callWithStatus(status);
+    controller_->callStatusChangedNotification(note, participants);
+    const bool removed = !host_->participants->viewWithTag(10010);
+    EXPECT_EQ(removed, status != 3 && status != 4) << status;
+    if (!removed) label->removeFromSuperview();
+  }
+}
+
+TEST_F(CallerInfoTest, DeclineButtonAnswersPerGeneration) {
+  for (const char* version : {"7.1", "8.1"}) {
+    SCOPED_TRACE(version);
+    start({{"IncomingCallDeclineButton", true}}, version);
+    EXPECT_EQ(controller_->areDeclineButton(), std::string(version) == "8.1");
+    controller_->initCall();
+    EXPECT_TRUE(controller_->areDeclineButton());
+    EXPECT_EQ(controller_->areDeclineButton(), std::string(version) == "8.1");
+    controller_->deallocCall();
+  }
+  start({}, "8.1");
+  EXPECT_FALSE(controller_->areDeclineButton());
+}
+
+}  // namespace
+}  // namespace zv::testing

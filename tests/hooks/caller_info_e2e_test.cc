@@ -1,0 +1,374 @@
+// Caller information, ring durations and the ring's extras end to end, on
+// both system generations: the springboard (7.x) or the in-call service
+// with the springboard beside it (8.x) start on one device with the China
+// area database, ZorvelInitializer installs the hooks, calls come from the
+// simulated network, and the tests read what the screens and banners show
+// and what landed in the device's files.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "hosts/incallservice/app.h"
+#include "hosts/springboard/app.h"
+#include "platform/telephony/call_objects.h"
+#include "platform/ui/text_metrics.h"
+#include "platform/ui/text_view.h"
+#include "search/call_history.h"
+#include "support/world.h"
+
+namespace zv::testing {
+namespace {
+
+constexpr const char* kShenzhen = "075588886666";
+constexpr const char* kArea = "广东省深圳市";  // its area, name only
+constexpr const char* kPhoneSection = "com.apple.mobilephone | ";
+
+class CallerInfoE2ETest : public World,
+                          public ::testing::WithParamInterface<const char*> {
+ protected:
+  CallerInfoE2ETest() { installChinaDatabase(); }
+
+  bool sevenX() const { return std::string(GetParam()) < "8"; }
+
+  // The call screen's host of the generation and, on 8.x, the springboard
+  // beside it, settled for a minute.
+  void startHosts(Dict settings, std::string_view screen = "4.7") {
+    writeSettings(settings);
+    if (!sevenX()) screen_ = &start(hosts::inCallServiceHost(), "8.1", screen);
+    springboard_ = &start(hosts::springboardHost(), GetParam(), screen);
+    if (sevenX()) screen_ = springboard_;
+    advance(60);
+    world_.clearEvents();
+  }
+  platform::SimTelephony& network() { return world_.telephony(); }
+  platform::CallId ring(const std::string& number) {
+    auto id = network().incoming(number);
+    advance(0);
+    return id;
+  }
+  hosts::CallScreenText screen() {
+    auto text = screen_->run([] { return hosts::currentCallScreenText(); });
+    EXPECT_TRUE(text) << "no call screen is up";
+    return text.value_or(hosts::CallScreenText{});
+  }
+  // The information text view on the screen now.
+  std::shared_ptr<ui::UITextView> infoView() {
+    return screen_->run([this]() -> std::shared_ptr<ui::UITextView> {
+      std::shared_ptr<ui::UIView> root;
+      if (sevenX()) {
+        auto sb = hosts::SpringBoardApplication::shared();
+        root = sb->incomingCalls()->screen()->view();
+      } else {
+        root =
+            hosts::InCallServiceApplication::shared()->participants()->view();
+      }
+      return std::dynamic_pointer_cast<ui::UITextView>(
+          root->viewWithTag(10086));
+    });
+  }
+  std::string ringKey(double date) const {
+    char key[64];
+    std::snprintf(key, sizeof key, sevenX() ? "%.0lf" : "%f", date);
+    return key;
+  }
+  bool ringing(platform::CallId id) {
+    return screen_->run([id] {
+      auto* host = dynamic_cast<hosts::CallScreenHost*>(
+          ui::UIApplication::shared().get());
+      for (const auto& c : host->screenedCalls())
+        if (c.id == id) return c.ringtone;
+      return false;
+    });
+  }
+
+  // Li Lei, whose number is kShenzhen.
+  static Contact liLei(int32_t record, std::string label = "_$!<Mobile>!$_") {
+    Contact c;
+    c.record = record;
+    c.first = "Lei";
+    c.last = "Li";
+    c.number = kShenzhen;
+    c.label = std::move(label);
+    return c;
+  }
+
+  platform::SimProcess* screen_ = nullptr;
+  platform::SimProcess* springboard_ = nullptr;
+};
+
+INSTANTIATE_TEST_SUITE_P(Generations, CallerInfoE2ETest,
+                         ::testing::Values("7.1", "8.1"), [](const auto& info) {
+                           return std::string(info.param) < "8" ? "Seven"
+                                                                : "Eight";
+                         });
+
+// The whole story: a stranger rings 12 s unanswered; the row lands in the
+// call history, 12 is saved under its date, other processes hear of it 2 s
+// later and drop their copy, and the banner shows the seconds.
+TEST_P(CallerInfoE2ETest, MissedCallRingTimeReachesTheBannerAndOtherProcesses) {
+  startHosts({{"CallHistoryRingDuration", true}});
+  platform::DeviceFacts facts;
+  facts.systemVersion = GetParam();
+  auto& phone = world_.launch("com.apple.mobilephone", facts);
+  phone.run([] {
+    ZVCallHistory::regisiterChangedCallback();
+    ZVCallHistory::sharedInstance()->loadRingDurations();
+  });
+  auto loaded = [&] {
+    return phone.run(
+        [] { return ZVCallHistory::sharedInstance()->ringDurationsLoaded(); });
+  };
+
+  auto id = ring(kShenzhen);
+  advance(12);
+  network().remoteHangup(id);
+  advance(0);
+  auto dates = callDates(GetParam());
+  ASSERT_EQ(dates.size(), 1u);
+  EXPECT_EQ(ringDurations(), (Dict{{ringKey(dates[0]), 12}}));
+  EXPECT_EQ(details("bulletin"),
+            std::vector<std::string>{kPhoneSection + std::string(kShenzhen) +
+                                     "  " + kArea + " (12sec)"});
+  advance(1.9);
+  EXPECT_TRUE(loaded());
+  advance(0.1);
+  auto posts = events("post");
+  ASSERT_EQ(posts.size(), 1u);
+  EXPECT_EQ(posts[0].detail, "ZVCallHistoryChanged");
+  EXPECT_DOUBLE_EQ(posts[0].time, events("bulletin").at(0).time + 2);
+  EXPECT_FALSE(loaded());
+}
+
+// Rings shorter than a second or of two minutes and more leave nothing, and
+// their banner shows the area alone; 119 s is kept.
+TEST_P(CallerInfoE2ETest, OnlyRingsOfOneTo119SecondsAreRecorded) {
+  startHosts({{"CallHistoryRingDuration", true}});
+  for (double seconds : {119.0, 0.0, 120.0}) {
+    auto id = ring(kShenzhen);
+    advance(seconds);
+    network().remoteHangup(id);
+    advance(5);
+  }
+  auto dates = callDates(GetParam());
+  ASSERT_EQ(dates.size(), 3u);
+  EXPECT_EQ(ringDurations(), (Dict{{ringKey(dates[0]), 119}}));
+  const std::string plain =
+      kPhoneSection + std::string(kShenzhen) + "  " + kArea;
+  EXPECT_EQ(details("bulletin"),
+            (std::vector<std::string>{plain + " (119sec)", plain, plain}));
+}
+
+// A message banner has no ring record: the area without seconds. The
+// status bar shows the user's carrier name.
+TEST_P(CallerInfoE2ETest, MessageBannerAndCarrierName) {
+  writeSettings({{"CallHistoryRingDuration", true}, {"CarrierName", "Zorvel"}});
+  auto& sb = start(hosts::springboardHost(), GetParam());
+  EXPECT_EQ(details("carrier"), std::vector<std::string>{"Zorvel"});
+  sb.run([] {
+    hosts::SpringBoardApplication::shared()->messageReceived(kShenzhen, "hi");
+  });
+  EXPECT_EQ(details("bulletin"),
+            std::vector<std::string>{"com.apple.MobileSMS | " +
+                                     std::string(kShenzhen) + "  " + kArea});
+}
+
+// A contact's label that already ends with the area is kept by the
+// incoming screen's joiner (7.x); the in-call joiner (8.x participants) and
+// the "more" label answer the area alone.
+TEST_P(CallerInfoE2ETest, LabelEndingWithTheAreaIsKeptOnlyOnTheIncomingScreen) {
+  const std::string label = std::string("Office ") + kArea;
+  addContact(liLei(1, label));
+  startHosts({{"AreaNameMore", true}});
+  auto id = ring(kShenzhen);
+  if (sevenX()) {
+    EXPECT_EQ(screen().labelLines, std::vector<std::string>{label});
+    return;
+  }
+  EXPECT_EQ(screen().labelLines,
+            (std::vector<std::string>{kArea, "incoming call"}));
+  auto more = springboard_->run([id] {
+    return rt::send(platform::callObject(id),
+                    platform::msg::TUCall::localizedLabel);
+  });
+  EXPECT_EQ(more, std::optional<std::string>(kArea));
+}
+
+// A contact with the default label gets the area joined with two blanks.
+TEST_P(CallerInfoE2ETest, ContactLabelGetsTheAreaJoined) {
+  addContact(liLei(1));
+  startHosts({});
+  ring(kShenzhen);
+  const std::string joined = std::string("mobile  ") + kArea;
+  if (sevenX())
+    EXPECT_EQ(screen().labelLines, std::vector<std::string>{joined});
+  else
+    EXPECT_EQ(screen().labelLines,
+              (std::vector<std::string>{joined, "incoming call"}));
+}
+
+// Style 1 leaves the host's label alone and puts the area into the text
+// view, with the text view's own look and place.
+TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
+  startHosts({{"AreaStyleIncomingCall", 1}});
+  ring(kShenzhen);
+  auto text = screen();
+  EXPECT_EQ(text.labelLines, sevenX()
+                                 ? std::vector<std::string>{}
+                                 : std::vector<std::string>{"incoming call"});
+  EXPECT_EQ(text.infoLines, std::vector<std::string>{kArea});
+  auto view = infoView();
+  ASSERT_TRUE(view);
+  const double line = ui::lineHeight(view->font());
+  // Inset top 4, one line, 6 points after it, 2 points of room.
+  const double height = 4 + line + 6 + 2;
+  if (sevenX()) {
+    EXPECT_EQ(view->frame(), (ui::Rect{{15, 59}, {290, height}}));
+    EXPECT_EQ(view->font().size, 17);
+  } else {
+    // The 4.7-inch screen moves it in: x + 7, y + 14, width - 14.
+    EXPECT_EQ(view->frame(), (ui::Rect{{27, 139}, {375 - 40 - 14, height}}));
+  }
+  EXPECT_EQ(view->textAlignment(), ui::TextAlignment::Center);
+  EXPECT_EQ(view->contentInset(), (ui::EdgeInsets{4, 2, 0, 2}));
+  EXPECT_FALSE(view->userInteractionEnabled());
+}
+
+// A contact under AreaOnlyStrangers shows no area on the call screen, but
+// its number and details in the order of the mask bits, the birthday in the
+// locale's long style. (The banner's joiner has no such condition.)
+TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
+  Contact lei = liLei(7);
+  lei.organization = "Acme";
+  lei.department = "R&D";
+  lei.jobTitle = "Engineer";
+  lei.nickname = "Lee";
+  lei.note = "VIP";
+  lei.birthday = -336787200.0;  // 1 May 1990
+  addContact(lei);
+  startHosts({{"AreaOnlyStrangers", true},
+              {"AreaStyleIncomingCall", 1},
+              {"EnableInfo", true},
+              {"InfoIncomingCallOrganization", true},
+              {"InfoIncomingCallDepartment", true},
+              {"InfoIncomingCallJobTitle", true},
+              {"InfoIncomingCallNickname", true},
+              {"InfoIncomingCallBirthday", true},
+              {"InfoIncomingCallNote", true}});
+  ring(kShenzhen);
+  auto text = screen();
+  EXPECT_EQ(text.infoLines,
+            (std::vector<std::string>{kShenzhen, "Acme", "R&D", "Engineer",
+                                      "Lee", "May 1, 1990", "VIP"}));
+  for (const auto& line : text.labelLines)
+    EXPECT_EQ(line.find(kArea), std::string::npos) << line;
+}
+
+// The lock-screen question: on 7.x only the first one of a call is
+// answered "not locked" (the decline button), later ones get the host's
+// answer; on 8.x every one is.
+TEST_P(CallerInfoE2ETest, DeclineButtonOverTheLockScreen) {
+  startHosts({{"IncomingCallDeclineButton", true}});
+  screen_->run([] {
+    dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
+        ->setLocked(true);
+  });
+  ring(kShenzhen);
+  EXPECT_TRUE(screen().declineButton);
+  screen_->run([] {
+    dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
+        ->setLocked(true);
+  });
+  EXPECT_EQ(screen().declineButton, !sevenX());
+}
+
+class SevenXE2ETest : public CallerInfoE2ETest {};
+INSTANTIATE_TEST_SUITE_P(Seven, SevenXE2ETest, ::testing::Values("7.1"));
+
+// The delayed ring: 0 rings at once; 3 s rings after three seconds, and a
+// call hung up inside the delay never rings.
+TEST_P(SevenXE2ETest, DelayedRing) {
+  writeSettings({});
+  startHosts({{"IncomingCallDelayRing", 0.0}});
+  auto first = ring(kShenzhen);
+  EXPECT_TRUE(ringing(first));
+  network().remoteHangup(first);
+  advance(1);
+
+  writeSettings({{"IncomingCallDelayRing", 3.0}});
+  springboard_->post("ZVSettingsChanged", platform::Scope::System);
+  advance(5);
+  auto late = ring(kShenzhen);
+  advance(2.9);
+  EXPECT_FALSE(ringing(late));
+  advance(0.1);
+  EXPECT_TRUE(ringing(late));
+  network().remoteHangup(late);
+  advance(1);
+
+  auto never = ring(kShenzhen);
+  advance(1);
+  network().remoteHangup(never);
+  advance(5);
+  EXPECT_FALSE(ringing(never));
+}
+
+class EightXE2ETest : public CallerInfoE2ETest {};
+INSTANTIATE_TEST_SUITE_P(Eight, EightXE2ETest, ::testing::Values("8.1"));
+
+// An outgoing call vibrates once when answered, and again after hold and
+// resume (through a non-active status); an incoming call never does.
+TEST_P(EightXE2ETest, ConnectVibrationForOutgoingCallsOnly) {
+  startHosts({{"EnableConnectedVibrate", true},
+              {"ConnectedVibrateIntensity", 0.5},
+              {"ConnectedVibrateTotalDuration", 0.3},
+              {"ConnectedVibrateOnDuration", 0.1},
+              {"ConnectedVibrateOffDuration", 0.05}});
+  auto out = network().dial(kShenzhen);
+  advance(1);
+  network().connect(out);
+  advance(0.09);
+  EXPECT_TRUE(events("vibrate").empty());
+  advance(0.01);
+  ASSERT_EQ(events("vibrate").size(), 1u);
+  network().hold(out);
+  advance(1);
+  network().resume(out);
+  advance(1);
+  EXPECT_EQ(events("vibrate").size(), 2u);
+  network().end(out);
+  advance(1);
+  auto in = ring(kShenzhen);
+  network().answer(in);
+  advance(1);
+  EXPECT_EQ(events("vibrate").size(), 2u);
+  EXPECT_EQ(details("vibrate")[0],
+            "4095 Intensity=0.5 VibePattern=on,100,off,50,on,100");
+}
+
+// The outgoing call's own label (tag 10010) shows the area and a contact's
+// number, and goes when the call becomes active; the text view of an
+// incoming call goes when the keypad comes up.
+TEST_P(EightXE2ETest, OwnViewsComeAndGo) {
+  addContact(liLei(1));
+  startHosts({{"AreaStyleOutgoingCall", 1},
+              {"AreaStyleIncomingCall", 1},
+              {"EnableInfo", true},
+              {"InfoOutgoingCallNumber", true}});
+  auto out = network().dial(kShenzhen);
+  advance(0);
+  EXPECT_EQ(screen().extraLabels,
+            std::vector<std::string>{std::string(kArea) + " " + kShenzhen});
+  network().connect(out);
+  advance(0);
+  EXPECT_TRUE(screen().extraLabels.empty());
+  network().end(out);
+  advance(1);
+
+  ring("075588880000");
+  EXPECT_EQ(screen().infoLines, std::vector<std::string>{kArea});
+  screen_->run([] { hosts::InCallServiceApplication::shared()->showKeypad(); });
+  EXPECT_TRUE(screen().infoLines.empty());
+}
+
+}  // namespace
+}  // namespace zv::testing
