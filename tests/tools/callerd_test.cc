@@ -331,6 +331,42 @@ TEST_F(CallerdTest, AreaModeHangsUpStrangersFromBlockedAreasOnly) {
       2.0));
 }
 
+TEST_F(CallerdTest, ContactsCallShowsAreaAndOrganisationOnce) {
+  Dict settings = kBlocking;
+  settings["AreaStyleIncomingCall"] = 1;  // the area in the information view
+  settings["EnableInfo"] = true;
+  settings["InfoIncomingCallOrganization"] = true;
+  start(settings);
+  const auto contact = ring(kContact);
+  ASSERT_TRUE(waitUntil([&] { return notes().size() == 1; }, 2.0)) << output();
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  auto shown = notes();
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0].summary, "Lei Li");
+  EXPECT_NE(shown[0].body.find("三明"), std::string::npos) << shown[0].body;
+  EXPECT_NE(shown[0].body.find("Acme Trading"), std::string::npos)
+      << shown[0].body;
+  EXPECT_EQ(hangups(contact), 0u);
+}
+
+TEST_F(CallerdTest, UnansweredCallLeavesItsRingSeconds) {
+  start(Dict{{"CallHistoryRingDuration", true}});
+  const auto call = ring(kStranger);
+  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  std::this_thread::sleep_for(std::chrono::milliseconds(3400));
+  terminate(call);
+  ASSERT_TRUE(waitUntil([&] { return notes().size() == 2; }, 2.0)) << output();
+  const Note missed = notes()[1];
+  EXPECT_TRUE(missed.resident);
+  EXPECT_TRUE(missed.summary.ends_with(" (3sec)")) << missed.summary;
+  EXPECT_NE(missed.summary.find("宿迁"), std::string::npos) << missed.summary;
+  // The ring seconds are the device's, under the call's date.
+  auto durations = plist::readDictionary(prefs("zorvel.missed.plist"));
+  ASSERT_TRUE(durations);
+  ASSERT_EQ(durations->size(), 1u);
+  EXPECT_EQ(durations->begin()->second, Value(3));
+}
+
 TEST_F(CallerdTest, ReloadsTheBlacklistOnItsNotification) {
   start(Dict{{"EnableBlacklist", true}});
   const auto first = ring(kContact);

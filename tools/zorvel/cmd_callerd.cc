@@ -17,6 +17,8 @@
 #include <cstdio>
 #include <iostream>
 
+#include "callscreens/incoming_call_controller.h"
+#include "core/settings_catalogue.h"
 #include "hooks/modules.h"
 #include "hosts/incallservice/app.h"
 #include "platform/db/platform_schema.h"
@@ -24,7 +26,6 @@
 #include "platform/linux/modem_telephony.h"
 #include "platform/telephony/call_objects.h"
 #include "platform/ui/bulletin.h"
-#include "platform/ui/label.h"
 #include "tools/zorvel/caller_desk.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/desktop_notifications.h"
@@ -37,15 +38,6 @@ struct CallerdOptions {
   std::string bus = "system";
   bool echo = false;
 };
-
-// The texts of the labels under `view`, depth first, in subview order.
-void collectTexts(const std::shared_ptr<ui::UIView>& view,
-                  std::vector<std::string>& out) {
-  if (!view || view->isHidden()) return;
-  if (auto label = std::dynamic_pointer_cast<ui::UILabel>(view))
-    if (!label->text().empty()) out.push_back(label->text());
-  for (const auto& sub : view->subviews()) collectTexts(sub, out);
-}
 
 class Desk final : public CallerDesk::Port {
  public:
@@ -60,20 +52,22 @@ class Desk final : public CallerDesk::Port {
   std::optional<ScreenText> screenFor(platform::CallId id) const override {
     auto root = std::dynamic_pointer_cast<hosts::InCallRootViewController>(
         app_->screen());
-    if (!root || !root->isViewLoaded()) return std::nullopt;
+    if (!root) return std::nullopt;
     auto info = platform::callInfo(root->call);
-    if (!info || info->id != id) return std::nullopt;
+    auto shown = app_->screenText();
+    if (!info || info->id != id || !shown) return std::nullopt;
     ScreenText text;
-    text.title = root->nameLabel->text();
-    std::vector<std::string> all;
-    collectTexts(root->view(), all);
-    for (auto& t : all)
-      if (t != text.title) text.lines.push_back(std::move(t));
+    text.title = shown->name;
+    for (const auto* lines :
+         {&shown->labelLines, &shown->infoLines, &shown->extraLabels})
+      text.lines.insert(text.lines.end(), lines->begin(), lines->end());
     return text;
   }
 
-  // The bulletin the platform posts for a missed call, its title read
-  // through the runtime as the banner would read it.
+  // The bulletin the springboard posts for a missed call. A Linux phone
+  // has no springboard to put the area and ring seconds into its title, so
+  // the in-call service's controller does what the springboard's hook on
+  // the bulletin's title does, under the same settings.
   std::string missedTitle(const platform::CallInfo& call) override {
     ui::BulletinContent content;
     content.title = hosts::callerLabels(call).name;
@@ -81,8 +75,21 @@ class Desk final : public CallerDesk::Port {
     if (call.destinationID)
       content.context["contactInfo"] = *call.destinationID;
     content.date = Date{call.date - platform_schema::kReferenceDateOffset};
-    return rt::send(ui::makeBulletin(std::move(content)),
-                    ui::msg::BBBulletin::title);
+    rt::Id bulletin = ui::makeBulletin(content);
+    std::string title = rt::send(bulletin, ui::msg::BBBulletin::title);
+    auto settings = ZVIncomingCallSettings::sharedInstance();
+    auto controller = ZVIncomingCallController::sharedInstance();
+    if (platform::Process::current().zvenabled && settings && controller &&
+        settings->EnableArea() && settings->AreaNameNotification()) {
+      try {
+        title = controller->areaBulletin(bulletin, title).value_or(title);
+      } catch (const std::exception& e) {
+        // The plain title rather than none; the hooks' guard logs its
+        // failures the same way.
+        log(std::string("ZVException: ") + e.what());
+      }
+    }
+    return title;
   }
 
   void show(const DesktopNotification& n, uint64_t key) override {
