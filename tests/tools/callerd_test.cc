@@ -180,16 +180,20 @@ class CallerdTest : public ::testing::Test {
          g_variant_new_parsed("(%s, 'CallDeleted', 'o', [<%o>])", kVoice,
                               path.c_str()));
   }
-  // The Hangup requests one call got.
-  size_t hangups(const std::string& path) {
+  // How often `method` of the mock object at `path` was called.
+  size_t calledTimes(const std::string& path, const char* method) {
     GVariant* r =
-        mockCall(path, "GetMethodCalls", g_variant_new("(s)", "Hangup"));
+        mockCall(path, "GetMethodCalls", g_variant_new("(s)", method));
     if (!r) return 0;
     GVariant* calls = g_variant_get_child_value(r, 0);
     const size_t n = g_variant_n_children(calls);
     g_variant_unref(calls);
     g_variant_unref(r);
     return n;
+  }
+  // The Hangup requests one call got.
+  size_t hangups(const std::string& path) {
+    return calledTimes(path, "Hangup");
   }
   // The Hangup requests of all calls, from the mock's log.
   size_t hangups() {
@@ -329,6 +333,17 @@ TEST_F(CallerdTest, AreaModeHangsUpStrangersFromBlockedAreasOnly) {
                std::vector<int64_t>{2};
       },
       2.0));
+}
+
+TEST_F(CallerdTest, HangingUpAllAsksTheModem) {
+  Dict settings = kBlocking;
+  settings["BlacklistBlockAction"] = 2;
+  start(settings);
+  const auto stranger = ring(kStranger);
+  EXPECT_TRUE(
+      waitUntil([&] { return calledTimes(kModem, "HangupAll") == 1; }, 1.0))
+      << output();
+  EXPECT_EQ(hangups(stranger), 0u);
 }
 
 TEST_F(CallerdTest, ContactsCallShowsAreaAndOrganisationOnce) {
