@@ -13,8 +13,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/no_modem_telephony.h"
 #include "platform/linux/address_book_watch.h"
+#include "platform/linux/no_modem_telephony.h"
 #include "platform/linux/notify_bus.h"
 #include "platform/plist.h"
 
@@ -43,7 +43,9 @@ struct LinuxPlatform::Impl {
   ObserverToken next_token = 1;
   std::string pasteboard;
   std::unique_ptr<NotifyBus> bus;
-  NoModemTelephony telephony;
+  std::unique_ptr<Telephony> telephony = std::make_unique<NoModemTelephony>();
+  std::function<void(uint32_t)> sound;
+  std::function<void(std::string_view, std::string_view)> banner;
   uint32_t next_sound_id = 4096;
   std::unique_ptr<AddressBookWatch> addressBookWatch;
 
@@ -331,7 +333,21 @@ void LinuxPlatform::log(std::string_view line) {
   closelog();
 }
 
+void LinuxPlatform::setTelephony(std::unique_ptr<Telephony> telephony) {
+  impl_->telephony = std::move(telephony);
+}
+
+void LinuxPlatform::onSystemSound(std::function<void(uint32_t)> handler) {
+  impl_->sound = std::move(handler);
+}
+
+void LinuxPlatform::onBanner(
+    std::function<void(std::string_view, std::string_view)> handler) {
+  impl_->banner = std::move(handler);
+}
+
 void LinuxPlatform::playSystemSound(uint32_t soundId) {
+  if (impl_->sound) return impl_->sound(soundId);
   std::fprintf(stderr, "[sound %u]\n", soundId);
 }
 
@@ -352,6 +368,7 @@ void LinuxPlatform::disposeSystemSound(uint32_t soundId) {}
 
 void LinuxPlatform::showBanner(std::string_view sectionID,
                                std::string_view title) {
+  if (impl_->banner) return impl_->banner(sectionID, title);
   std::fprintf(stderr, "[bulletin %.*s] %.*s\n",
                static_cast<int>(sectionID.size()), sectionID.data(),
                static_cast<int>(title.size()), title.data());
@@ -362,7 +379,7 @@ void LinuxPlatform::showCarrierName(std::string_view name) {
                name.data());
 }
 
-Telephony& LinuxPlatform::telephony() { return impl_->telephony; }
+Telephony& LinuxPlatform::telephony() { return *impl_->telephony; }
 
 std::string LinuxPlatform::pasteboard() const { return impl_->pasteboard; }
 

@@ -13,8 +13,14 @@
 // program's default (setDefaultRoot, the bundled sample device for zorvel).
 // The host's bundle identifier is $ZORVEL_BUNDLE_ID, else "com.zorvel.cli";
 // deviceFacts() changes it and the other facts.
+//
+// The telephony is that of a computer without a modem until a program sets
+// another (setTelephony: ModemManager's, linux/modem_telephony.h). Sounds
+// and banners are lines on stderr unless a program takes them
+// (onSystemSound, onBanner: a desktop service shows them its own way).
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -34,6 +40,12 @@ class LinuxPlatform : public Platform {
   // Root used when neither --root nor $ZORVEL_ROOT is given.
   void setDefaultRoot(std::string root);
   DeviceFacts& deviceFacts() { return facts_; }
+  // Set before any process asks for telephony (call objects, hang-ups).
+  void setTelephony(std::unique_ptr<Telephony> telephony);
+  void onSystemSound(std::function<void(uint32_t soundId)> handler);
+  void onBanner(
+      std::function<void(std::string_view sectionID, std::string_view title)>
+          handler);
 
   // Runs the main loop until quit(), or for `seconds` of real time; the
   // current process counts as launched from then on.

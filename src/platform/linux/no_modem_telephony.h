@@ -1,7 +1,8 @@
 // The telephony of a computer without a modem: there are never any calls,
 // hanging up finds nothing to hang up, there is no operator, and cellular
-// data is off and cannot be switched on. It stands where a modem-backed
-// telephony (ModemManager over D-Bus) will stand.
+// data is off and cannot be switched on. The Linux platform's telephony
+// until a program that serves a phone sets ModemManager's
+// (modem_telephony.h).
 #pragma once
 
 #include "platform/telephony/telephony.h"

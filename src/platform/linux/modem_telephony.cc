@@ -1,0 +1,524 @@
+#include "platform/linux/modem_telephony.h"
+
+#include <libmm-glib.h>
+
+#include <deque>
+#include <set>
+
+#include "platform/db/call_records.h"
+#include "platform/db/contact_lookup.h"
+#include "platform/db/platform_schema.h"
+#include "platform/linux/modem_call_state.h"
+
+namespace zv::platform {
+namespace {
+
+namespace ps = platform_schema;
+
+constexpr char kService[] = "org.freedesktop.ModemManager1";
+constexpr char kCallInterface[] = "org.freedesktop.ModemManager1.Call";
+// Ended calls kept for call(id): enough for any screen still looking at
+// one, without growing with every call the phone ever had.
+constexpr size_t kEndedKept = 64;
+
+double nowSeconds() { return static_cast<double>(g_get_real_time()) / 1e6; }
+
+}  // namespace
+
+struct ModemTelephony::Impl {
+  ModemTelephony* owner;
+  GDBusConnection* connection;
+  std::function<std::string()> root, systemVersion;
+  MMManager* manager = nullptr;
+  GCancellable* cancellable = g_cancellable_new();
+
+  struct Modem {
+    MMObject* object = nullptr;
+    MMModemVoice* voice = nullptr;
+    gulong added = 0, deleted = 0;
+  };
+  std::map<std::string, Modem> modems;  // by object path
+
+  struct Call {
+    std::string modem;  // object path of its modem
+    MMCall* proxy = nullptr;
+    gulong notify = 0;
+    bool announced = false;
+    bool waiting = false;  // rang in while another call rang
+    uint64_t arrival = 0;  // order in which the calls were seen
+    CallInfo info;
+  };
+  std::map<std::string, Call> live;      // by call object path
+  std::map<CallId, std::string> pathOf;  // live calls only
+  std::set<std::string> coming;          // call proxies being made
+  std::deque<CallInfo> ended;
+  std::map<CallObserverToken, std::function<void(const CallInfo&)>> observers;
+  CallObserverToken nextToken = 1;
+  CallId nextId = 1;
+  uint64_t revision = 0;
+  uint64_t arrivals = 0;
+
+  ~Impl() {
+    g_cancellable_cancel(cancellable);
+    for (auto& [path, call] : live) release(call);
+    for (auto& [path, modem] : modems) release(modem);
+    if (manager) {
+      g_signal_handlers_disconnect_by_data(manager, this);
+      g_object_unref(manager);
+    }
+    g_object_unref(cancellable);
+    g_object_unref(connection);
+  }
+
+  void problem(const std::string& line) {
+    if (owner->problem_) owner->problem_(line);
+  }
+
+  // --- Modems -------------------------------------------------------------
+  void scan() {
+    GList* objects =
+        g_dbus_object_manager_get_objects(G_DBUS_OBJECT_MANAGER(manager));
+    for (GList* l = objects; l; l = l->next) follow(MM_OBJECT(l->data));
+    g_list_free_full(objects, g_object_unref);
+  }
+
+  void follow(MMObject* object) {
+    const std::string path = mm_object_get_path(object);
+    if (modems.count(path)) return;
+    MMModemVoice* voice = mm_object_get_modem_voice(object);
+    if (!voice) return;  // a data-only modem, or voice not up yet
+    Modem& modem = modems[path];
+    modem.object = MM_OBJECT(g_object_ref(object));
+    modem.voice = voice;
+    modem.added = g_signal_connect(
+        voice, "call-added",
+        G_CALLBACK(+[](MMModemVoice* v, const char* call, Impl* self) {
+          self->make(self->modemOf(v), call);
+        }),
+        this);
+    modem.deleted =
+        g_signal_connect(voice, "call-deleted",
+                         G_CALLBACK(+[](MMModemVoice*, const char* call,
+                                        Impl* self) { self->gone(call); }),
+                         this);
+    struct Listing {
+      Impl* self;
+      std::string modem;
+    };
+    mm_modem_voice_list_calls(
+        voice, cancellable,
+        +[](GObject* source, GAsyncResult* result, gpointer data) {
+          std::unique_ptr<Listing> listing(static_cast<Listing*>(data));
+          GError* error = nullptr;
+          GList* calls = mm_modem_voice_list_calls_finish(
+              MM_MODEM_VOICE(source), result, &error);
+          if (error) {
+            if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+              listing->self->problem(std::string("cannot list the calls: ") +
+                                     error->message);
+            g_error_free(error);
+            return;
+          }
+          // (A modem that went meanwhile took its calls along.)
+          if (listing->self->modems.count(listing->modem))
+            for (GList* l = calls; l; l = l->next)
+              listing->self->track(listing->modem, MM_CALL(l->data));
+          g_list_free_full(calls, g_object_unref);
+        },
+        new Listing{this, path});
+  }
+
+  void forget(const std::string& modemPath) {
+    auto it = modems.find(modemPath);
+    if (it == modems.end()) return;
+    std::vector<std::string> calls;
+    for (const auto& [path, call] : live)
+      if (call.modem == modemPath) calls.push_back(path);
+    for (const auto& path : calls) gone(path);
+    release(it->second);
+    modems.erase(it);
+  }
+
+  void release(Modem& modem) {
+    g_signal_handler_disconnect(modem.voice, modem.added);
+    g_signal_handler_disconnect(modem.voice, modem.deleted);
+    g_object_unref(modem.voice);
+    g_object_unref(modem.object);
+  }
+
+  std::string modemOf(MMModemVoice* voice) const {
+    for (const auto& [path, modem] : modems)
+      if (modem.voice == voice) return path;
+    return {};
+  }
+
+  // --- Calls --------------------------------------------------------------
+  // A call the modem announced: its proxy is made (reading its properties)
+  // before it is looked at.
+  void make(const std::string& modem, const char* path) {
+    if (!path || live.count(path) || coming.count(path)) return;
+    coming.insert(path);
+    struct Making {
+      Impl* self;
+      std::string path, modem;
+    };
+    g_async_initable_new_async(
+        MM_TYPE_CALL, G_PRIORITY_DEFAULT, cancellable,
+        +[](GObject* source, GAsyncResult* result, gpointer data) {
+          std::unique_ptr<Making> making(static_cast<Making*>(data));
+          GError* error = nullptr;
+          GObject* object = g_async_initable_new_finish(
+              G_ASYNC_INITABLE(source), result, &error);
+          if (error) {
+            const bool cancelled =
+                g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
+            g_error_free(error);
+            if (cancelled) return;
+          }
+          Impl* self = making->self;
+          // Gone before it could be read (deleted meanwhile, or the object
+          // was never there): nothing to show.
+          const bool wanted = self->coming.erase(making->path) > 0;
+          if (!object) return;
+          if (wanted) self->track(making->modem, MM_CALL(object));
+          g_object_unref(object);
+        },
+        new Making{this, path, modem}, "g-flags", G_DBUS_PROXY_FLAGS_NONE,
+        "g-name", kService, "g-connection", connection, "g-object-path", path,
+        "g-interface-name", kCallInterface, nullptr);
+  }
+
+  void track(const std::string& modem, MMCall* proxy) {
+    const std::string path = mm_call_get_path(proxy);
+    if (live.count(path)) return;
+    Call& call = live[path];
+    call.modem = modem;
+    call.arrival = ++arrivals;
+    call.proxy = MM_CALL(g_object_ref(proxy));
+    call.notify =
+        g_signal_connect(proxy, "notify::state",
+                         G_CALLBACK(+[](MMCall* c, GParamSpec*, Impl* self) {
+                           self->update(mm_call_get_path(c));
+                         }),
+                         this);
+    update(path);
+  }
+
+  void update(const std::string& path) {
+    auto it = live.find(path);
+    if (it == live.end()) return;
+    Call& call = it->second;
+    const int32_t status =
+        callStatusOfModemState(static_cast<int>(mm_call_get_state(call.proxy)));
+    if (!call.announced) {
+      if (status == 0) return;
+      if (status == kCallEnded) {
+        // Rang while another call rang and ended before its turn: a missed
+        // call all the same. One seen only once it had ended (at start-up)
+        // is history already.
+        if (call.waiting) writeHistory(describe(call));
+        drop(it);
+        return;
+      }
+      if (status == kCallRinging && anotherRinging(path)) {
+        call.waiting = true;
+        if (call.info.date == 0) call.info.date = nowSeconds();
+        return;
+      }
+      announce(call, status);
+      return;
+    }
+    if (status == 0 || status == call.info.status) return;
+    const bool wasRinging = call.info.status == kCallRinging;
+    if (status == kCallEnded) {
+      finish(it);
+    } else {
+      if (status == kCallActive && call.info.connectedAt == 0)
+        call.info.connectedAt = nowSeconds();
+      change(call.info, status);
+    }
+    if (wasRinging) nextWaiting();
+  }
+
+  // The platform's call screens take one ringing call at a time: a call
+  // that rings in while another rings waits (in arrival order) and is
+  // announced when that one stops ringing.
+  bool anotherRinging(const std::string& path) const {
+    for (const auto& [p, c] : live)
+      if (p != path && c.announced && c.info.status == kCallRinging)
+        return true;
+    return false;
+  }
+
+  void nextWaiting() {
+    const Call* next = nullptr;
+    std::string nextPath;
+    for (const auto& [p, c] : live)
+      if (c.waiting && !c.announced && (!next || c.arrival < next->arrival)) {
+        next = &c;
+        nextPath = p;
+      }
+    if (next && !anotherRinging(nextPath)) update(nextPath);
+  }
+
+  // The call as far as the modem has told: number, direction, caller.
+  CallInfo describe(Call& call) {
+    CallInfo info = call.info;
+    if (info.date == 0) info.date = nowSeconds();
+    info.isOutgoing =
+        mm_call_get_direction(call.proxy) == MM_CALL_DIRECTION_OUTGOING;
+    const char* number = mm_call_get_number(call.proxy);
+    if (number && *number && g_utf8_validate(number, -1, nullptr)) {
+      info.destinationID = std::string(number);
+      if (auto match = ps::findContactByNumber(root() + ps::kAddressBookPath,
+                                               *info.destinationID)) {
+        info.abUID = static_cast<int32_t>(match->recordId);
+        info.contactLabel = match->label;
+      }
+    }
+    return info;
+  }
+
+  void announce(Call& call, int32_t status) {
+    call.info = describe(call);
+    call.info.id = nextId++;
+    if (status == kCallActive) call.info.connectedAt = call.info.date;
+    call.announced = true;
+    call.waiting = false;
+    pathOf[call.info.id] = mm_call_get_path(call.proxy);
+    change(call.info, status);
+  }
+
+  // The call ended (terminated, or its object left the bus): history row
+  // first, then ending and ended to the observers.
+  void finish(std::map<std::string, Call>::iterator it) {
+    CallInfo info = it->second.info;
+    drop(it);
+    writeHistory(info);
+    change(info, kCallEnding);
+    change(info, kCallEnded);
+    ended.push_back(info);
+    if (ended.size() > kEndedKept) ended.pop_front();
+  }
+
+  void drop(std::map<std::string, Call>::iterator it) {
+    if (it->second.announced) pathOf.erase(it->second.info.id);
+    release(it->second);
+    live.erase(it);
+  }
+
+  void release(Call& call) {
+    g_signal_handler_disconnect(call.proxy, call.notify);
+    g_object_unref(call.proxy);
+  }
+
+  void gone(const std::string& path) {
+    coming.erase(path);
+    auto it = live.find(path);
+    if (it == live.end()) return;
+    const bool ringing =
+        it->second.announced && it->second.info.status == kCallRinging;
+    if (it->second.announced) {
+      finish(it);
+    } else {
+      if (it->second.waiting) writeHistory(describe(it->second));
+      drop(it);
+    }
+    if (ringing) nextWaiting();
+  }
+
+  void change(CallInfo& info, int32_t status) {
+    info.status = status;
+    info.revision = ++revision;
+    // An observer may remove itself or others while being told.
+    auto current = observers;
+    for (auto& [token, callback] : current)
+      if (observers.count(token)) callback(info);
+  }
+
+  void writeHistory(const CallInfo& call) {
+    ps::FinishedCall row;
+    row.address = call.destinationID.value_or("");
+    row.date = call.date;
+    row.answered = call.connectedAt > 0;
+    row.duration = row.answered ? nowSeconds() - call.connectedAt : 0;
+    row.originated = call.isOutgoing;
+    // An incoming call that was never answered is a missed call nobody has
+    // looked at yet.
+    row.read = call.isOutgoing || row.answered;
+    row.recordId = call.abUID;
+    row.serial = call.id;
+    const ps::Database which = ps::callHistoryDatabase(systemVersion());
+    std::string error;
+    if (!ps::appendCallRecord(root() + ps::callHistoryPath(which), which, row,
+                              &error))
+      problem("call history not written: " + error);
+  }
+
+  void hangup(MMCall* proxy) {
+    mm_call_hangup(
+        proxy, cancellable,
+        +[](GObject* source, GAsyncResult* result, gpointer data) {
+          GError* error = nullptr;
+          if (!mm_call_hangup_finish(MM_CALL(source), result, &error)) {
+            if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+              static_cast<Impl*>(data)->problem(
+                  std::string("cannot hang up ") +
+                  mm_call_get_path(MM_CALL(source)) + ": " + error->message);
+            g_error_free(error);
+          }
+        },
+        this);
+  }
+
+  void presence() {
+    gchar* owner_name = g_dbus_object_manager_client_get_name_owner(
+        G_DBUS_OBJECT_MANAGER_CLIENT(manager));
+    const bool present = owner_name != nullptr;
+    g_free(owner_name);
+    if (owner->presence_) owner->presence_(present);
+  }
+};
+
+int32_t callStatusOfModemState(int state) {
+  switch (state) {
+    case MM_CALL_STATE_DIALING:
+    case MM_CALL_STATE_RINGING_OUT:
+      return kCallDialling;
+    case MM_CALL_STATE_RINGING_IN:
+    case MM_CALL_STATE_WAITING:
+      return kCallRinging;
+    case MM_CALL_STATE_ACTIVE:
+      return kCallActive;
+    case MM_CALL_STATE_HELD:
+      return kCallHeld;
+    case MM_CALL_STATE_TERMINATED:
+      return kCallEnded;
+    default:
+      return 0;
+  }
+}
+
+ModemTelephony::ModemTelephony(GDBusConnection* connection,
+                               std::function<std::string()> root,
+                               std::function<std::string()> systemVersion)
+    : impl_(std::make_unique<Impl>()) {
+  impl_->owner = this;
+  impl_->connection = G_DBUS_CONNECTION(g_object_ref(connection));
+  impl_->root = std::move(root);
+  impl_->systemVersion = std::move(systemVersion);
+}
+
+ModemTelephony::~ModemTelephony() = default;
+
+bool ModemTelephony::start(std::string* error) {
+  GError* e = nullptr;
+  // Not auto-started: a phone without ModemManager running is followed
+  // from when it appears.
+  impl_->manager = mm_manager_new_sync(
+      impl_->connection, G_DBUS_OBJECT_MANAGER_CLIENT_FLAGS_DO_NOT_AUTO_START,
+      impl_->cancellable, &e);
+  if (!impl_->manager) {
+    if (error) *error = e ? e->message : "no ModemManager client";
+    if (e) g_error_free(e);
+    return false;
+  }
+  Impl* impl = impl_.get();
+  g_signal_connect(
+      impl->manager, "object-added",
+      G_CALLBACK(+[](GDBusObjectManager*, GDBusObject* object, Impl* self) {
+        self->follow(MM_OBJECT(object));
+      }),
+      impl);
+  g_signal_connect(
+      impl->manager, "object-removed",
+      G_CALLBACK(+[](GDBusObjectManager*, GDBusObject* object, Impl* self) {
+        self->forget(g_dbus_object_get_object_path(object));
+      }),
+      impl);
+  // The voice interface comes when the modem is enabled, and goes with it.
+  g_signal_connect(
+      impl->manager, "interface-added",
+      G_CALLBACK(+[](GDBusObjectManager*, GDBusObject* object, GDBusInterface*,
+                     Impl* self) { self->follow(MM_OBJECT(object)); }),
+      impl);
+  g_signal_connect(impl->manager, "interface-removed",
+                   G_CALLBACK(+[](GDBusObjectManager*, GDBusObject* object,
+                                  GDBusInterface*, Impl* self) {
+                     const char* path = g_dbus_object_get_object_path(object);
+                     auto it = self->modems.find(path);
+                     if (it == self->modems.end()) return;
+                     MMModemVoice* voice =
+                         mm_object_peek_modem_voice(MM_OBJECT(object));
+                     if (!voice) self->forget(path);
+                   }),
+                   impl);
+  g_signal_connect(
+      impl->manager, "notify::name-owner",
+      G_CALLBACK(+[](GObject*, GParamSpec*, Impl* self) { self->presence(); }),
+      impl);
+  impl->presence();
+  impl->scan();
+  return true;
+}
+
+std::vector<CallInfo> ModemTelephony::calls() const {
+  std::vector<CallInfo> out;
+  for (const auto& [id, path] : impl_->pathOf)
+    out.push_back(impl_->live.at(path).info);
+  return out;
+}
+
+std::optional<CallInfo> ModemTelephony::call(CallId id) const {
+  if (auto it = impl_->pathOf.find(id); it != impl_->pathOf.end())
+    return impl_->live.at(it->second).info;
+  for (const auto& info : impl_->ended)
+    if (info.id == id) return info;
+  return std::nullopt;
+}
+
+void ModemTelephony::disconnect(CallId id) {
+  auto it = impl_->pathOf.find(id);
+  if (it == impl_->pathOf.end()) return;
+  impl_->hangup(impl_->live.at(it->second).proxy);
+}
+
+void ModemTelephony::disconnectAll() {
+  for (auto& [path, modem] : impl_->modems) {
+    mm_modem_voice_hangup_all(
+        modem.voice, impl_->cancellable,
+        +[](GObject* source, GAsyncResult* result, gpointer data) {
+          GError* error = nullptr;
+          if (!mm_modem_voice_hangup_all_finish(MM_MODEM_VOICE(source), result,
+                                                &error)) {
+            if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+              static_cast<Impl*>(data)->problem(
+                  std::string("cannot hang up the calls of ") +
+                  mm_modem_voice_get_path(MM_MODEM_VOICE(source)) + ": " +
+                  error->message);
+            g_error_free(error);
+          }
+        },
+        impl_.get());
+  }
+}
+
+std::string ModemTelephony::operatorName() const {
+  for (const auto& [path, modem] : impl_->modems)
+    if (MMModem3gpp* gpp = mm_object_peek_modem_3gpp(modem.object))
+      if (const char* name = mm_modem_3gpp_get_operator_name(gpp)) return name;
+  return "";
+}
+
+CallObserverToken ModemTelephony::observeCalls(
+    std::function<void(const CallInfo&)> callback) {
+  CallObserverToken token = impl_->nextToken++;
+  impl_->observers[token] = std::move(callback);
+  return token;
+}
+
+void ModemTelephony::removeCallObserver(CallObserverToken token) {
+  impl_->observers.erase(token);
+}
+
+}  // namespace zv::platform

@@ -1,0 +1,480 @@
+// zorvel callerd against real D-Bus: a private dbus-daemon, ModemManager's
+// modem, voice and call objects mocked with python3-dbusmock's generic
+// object API under their real interface names, and its notification-daemon
+// template standing for the desktop. callerd runs as a real process; the
+// test plays the network (calls come, ring, end) and reads what callerd
+// asked of ModemManager and of the desktop.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "devicegen/device_image.h"
+#include "platform/db/platform_schema.h"
+#include "platform/linux/notify_bus.h"
+#include "support/device_db.h"
+#include "support/device_files.h"
+#include "support/private_bus.h"
+#include "support/sim_fixture.h"
+
+namespace zv {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::waitUntil;
+
+constexpr char kMM[] = "org.freedesktop.ModemManager1";
+constexpr char kMMPath[] = "/org/freedesktop/ModemManager1";
+constexpr char kModem[] = "/org/freedesktop/ModemManager1/Modem/0";
+constexpr char kVoice[] = "org.freedesktop.ModemManager1.Modem.Voice";
+constexpr char kCall[] = "org.freedesktop.ModemManager1.Call";
+constexpr char kMock[] = "org.freedesktop.DBus.Mock";
+constexpr char kNotes[] = "org.freedesktop.Notifications";
+constexpr char kNotesPath[] = "/org/freedesktop/Notifications";
+constexpr char kPython[] = "/usr/bin/python3";
+
+// A stranger in 宿迁 (Jiangsu), a contact in 三明 (Fujian).
+constexpr char kStranger[] = "13407551234";
+constexpr char kContact[] = "13507551234";
+constexpr char kBlacklisted[] = "13800138000";
+
+struct Note {
+  std::string summary, body;
+  int urgency = -1;
+  bool resident = false;
+};
+
+class CallerdTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(fs::exists(zorvel_)) << "zorvel is built with the tests";
+    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+                       testing::chinaDatabase());
+    testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
+    testing::writePlist(prefs("zorvel.black.plist"),
+                        Dict{{kBlacklisted, Value(true)}});
+    DevicePeople people;
+    people.labels = {"_$!<Mobile>!$_"};
+    DeviceContact c;
+    c.recordId = 2;
+    c.first = "Lei";
+    c.last = "Li";
+    c.organization = "Acme Trading";
+    c.phones = {{kContact, kContact, 1}};
+    people.contacts = {c};
+    const std::string book = root_ + platform_schema::kAddressBookPath;
+    fs::create_directories(fs::path(book).parent_path());
+    writeAddressBook(book, people, 1);
+
+    ASSERT_TRUE(bus_.ok()) << "dbus-daemon did not start a private bus";
+    bus_.spawn({kPython, "-m", "dbusmock", "--session", "-m", "-l", mmLog_, kMM,
+                kMMPath, kMM},
+               root_ + ".mm.out");
+    bus_.spawn(
+        {kPython, "-m", "dbusmock", "--session", "-t", "notification_daemon"},
+        root_ + ".notes.out");
+    ASSERT_TRUE(waitUntil(
+        [&] { return bus_.hasOwner(kMM) && bus_.hasOwner(kNotes); }, 15))
+        << "python3-dbusmock did not come up: "
+        << testing::readFile(root_ + ".mm.out");
+    addModem();
+  }
+
+  void TearDown() override {
+    if (callerd_ > 0) bus_.end(callerd_);
+    for (const char* suffix : {".mm.out", ".notes.out", ".callerd.out"})
+      fs::remove(root_ + suffix);
+    fs::remove(mmLog_);
+    fs::remove_all(root_);
+  }
+
+  std::string prefs(const std::string& name) const {
+    return root_ + "/var/mobile/Library/Preferences/" + name;
+  }
+
+  // --- The mock ModemManager -------------------------------------------
+  GVariant* mockCall(const std::string& path, const char* method,
+                     GVariant* args) {
+    std::string error;
+    GVariant* r = bus_.call(kMM, path, kMock, method, args, &error);
+    EXPECT_TRUE(r) << method << " on " << path << ": " << error;
+    return r;
+  }
+  void mock(const std::string& path, const char* method, GVariant* args) {
+    if (GVariant* r = mockCall(path, method, args)) g_variant_unref(r);
+  }
+
+  void addModem() {
+    mock(kMMPath, "AddObject",
+         g_variant_new_parsed(
+             "(%s, 'org.freedesktop.ModemManager1.Modem', "
+             "{'State': <int32 8>, 'Manufacturer': <'zorvel'>}, "
+             "@a(ssss) [])",
+             kModem));
+    mock(kModem, "AddProperty",
+         g_variant_new_parsed("(%s, 'Calls', <@ao []>)", kVoice));
+    mock(kModem, "AddProperty",
+         g_variant_new_parsed("(%s, 'EmergencyOnly', <false>)", kVoice));
+    mock(kModem, "AddMethod",
+         g_variant_new("(sssss)", kVoice, "ListCalls", "", "ao",
+                       "ret = dbus.Array([], signature='o')"));
+    mock(kModem, "AddMethod",
+         g_variant_new("(sssss)", kVoice, "HangupAll", "", "", ""));
+    // Announce it as ModemManager does when a modem is found.
+    mock(kMMPath, "EmitSignal",
+         g_variant_new_parsed(
+             "('org.freedesktop.DBus.ObjectManager', 'InterfacesAdded', "
+             "'oa{sa{sv}}', [<%o>, <{"
+             "'org.freedesktop.ModemManager1.Modem': {'State': <int32 8>}, "
+             "'org.freedesktop.ModemManager1.Modem.Voice': "
+             "{'Calls': <@ao []>, 'EmergencyOnly': <false>}}>])",
+             kModem));
+  }
+
+  // A call rings in; `number` is the Number property's value (null: the
+  // property is absent). Returns the call's object path.
+  std::string ring(GVariant* number, bool announce = true) {
+    const std::string path =
+        std::string(kMMPath) + "/Call/" + std::to_string(++calls_);
+    GVariantBuilder props;
+    g_variant_builder_init(&props, G_VARIANT_TYPE("a{sv}"));
+    if (number) g_variant_builder_add(&props, "{sv}", "Number", number);
+    g_variant_builder_add(&props, "{sv}", "Direction", g_variant_new_int32(1));
+    g_variant_builder_add(&props, "{sv}", "State", g_variant_new_int32(3));
+    g_variant_builder_add(&props, "{sv}", "StateReason",
+                          g_variant_new_int32(2));
+    g_variant_builder_add(&props, "{sv}", "Multiparty",
+                          g_variant_new_boolean(FALSE));
+    GVariantBuilder methods;
+    g_variant_builder_init(&methods, G_VARIANT_TYPE("a(ssss)"));
+    // Hanging up ends the call as the modem would: terminated, by the user.
+    g_variant_builder_add(
+        &methods, "(ssss)", "Hangup", "", "",
+        "self.UpdateProperties('org.freedesktop.ModemManager1.Call', "
+        "{'State': dbus.Int32(7), 'StateReason': dbus.Int32(3)})");
+    g_variant_builder_add(&methods, "(ssss)", "Accept", "", "", "");
+    mock(kMMPath, "AddObject",
+         g_variant_new("(ssa{sv}a(ssss))", path.c_str(), kCall, &props,
+                       &methods));
+    if (announce) callAdded(path);
+    return path;
+  }
+  std::string ring(const std::string& number) {
+    return ring(g_variant_new_string(number.c_str()));
+  }
+  void callAdded(const std::string& path) {
+    mock(kModem, "EmitSignal",
+         g_variant_new_parsed("(%s, 'CallAdded', 'o', [<%o>])", kVoice,
+                              path.c_str()));
+  }
+  // The far end gives up, or the call otherwise ends.
+  void terminate(const std::string& path) {
+    mock(path, "UpdateProperties",
+         g_variant_new_parsed("(%s, {'State': <int32 7>})", kCall));
+  }
+  // ModemManager deletes an ended call.
+  void remove(const std::string& path) {
+    mock(kMMPath, "RemoveObject", g_variant_new("(s)", path.c_str()));
+    mock(kModem, "EmitSignal",
+         g_variant_new_parsed("(%s, 'CallDeleted', 'o', [<%o>])", kVoice,
+                              path.c_str()));
+  }
+  // How often `method` of the mock object at `path` was called.
+  size_t calledTimes(const std::string& path, const char* method) {
+    GVariant* r =
+        mockCall(path, "GetMethodCalls", g_variant_new("(s)", method));
+    if (!r) return 0;
+    GVariant* calls = g_variant_get_child_value(r, 0);
+    const size_t n = g_variant_n_children(calls);
+    g_variant_unref(calls);
+    g_variant_unref(r);
+    return n;
+  }
+  // The Hangup requests one call got.
+  size_t hangups(const std::string& path) {
+    return calledTimes(path, "Hangup");
+  }
+  // The Hangup requests of all calls, from the mock's log.
+  size_t hangups() {
+    std::istringstream log(testing::readFile(mmLog_));
+    size_t n = 0;
+    for (std::string line; std::getline(log, line);)
+      if (line.ends_with(" Hangup")) ++n;
+    return n;
+  }
+
+  // --- The desktop ------------------------------------------------------
+  std::vector<Note> notes() {
+    std::vector<Note> out;
+    std::string error;
+    GVariant* r = bus_.call(kNotes, kNotesPath, kMock, "GetMethodCalls",
+                            g_variant_new("(s)", "Notify"), &error);
+    EXPECT_TRUE(r) << error;
+    if (!r) return out;
+    GVariant* calls = g_variant_get_child_value(r, 0);
+    for (gsize i = 0; i < g_variant_n_children(calls); ++i) {
+      GVariant* call = g_variant_get_child_value(calls, i);
+      GVariant* args = g_variant_get_child_value(call, 1);
+      auto arg = [&](int k) {
+        GVariant* boxed = g_variant_get_child_value(args, k);
+        GVariant* v = g_variant_get_variant(boxed);
+        g_variant_unref(boxed);
+        return v;
+      };
+      Note n;
+      GVariant* s = arg(3);
+      n.summary = g_variant_get_string(s, nullptr);
+      g_variant_unref(s);
+      GVariant* b = arg(4);
+      n.body = g_variant_get_string(b, nullptr);
+      g_variant_unref(b);
+      GVariant* hints = arg(6);
+      guchar urgency = 0;
+      if (g_variant_lookup(hints, "urgency", "y", &urgency))
+        n.urgency = urgency;
+      gboolean resident = FALSE;
+      if (g_variant_lookup(hints, "resident", "b", &resident))
+        n.resident = resident;
+      g_variant_unref(hints);
+      out.push_back(n);
+      g_variant_unref(args);
+      g_variant_unref(call);
+    }
+    g_variant_unref(calls);
+    g_variant_unref(r);
+    return out;
+  }
+
+  // --- callerd ----------------------------------------------------------
+  void start(const Dict& settings) {
+    testing::writePlist(prefs("zorvel.plist"), settings);
+    callerd_ = bus_.spawn(
+        {zorvel_, "callerd", "--root", root_, "--bus", "session", "--echo"},
+        root_ + ".callerd.out");
+    ASSERT_TRUE(waitUntil([&] { return said("in-call service started"); }, 10))
+        << output();
+  }
+  std::string output() { return testing::readFile(root_ + ".callerd.out"); }
+  bool said(const std::string& text) {
+    return output().find(text) != std::string::npos;
+  }
+  size_t count(const std::string& text) {
+    const std::string out = output();
+    size_t n = 0;
+    for (size_t at = out.find(text); at != std::string::npos;
+         at = out.find(text, at + 1))
+      ++n;
+    return n;
+  }
+  long rssKiB() {
+    std::ifstream status("/proc/" + std::to_string(callerd_) + "/status");
+    for (std::string line; std::getline(status, line);)
+      if (line.rfind("VmRSS:", 0) == 0) return std::stol(line.substr(6));
+    return -1;
+  }
+
+  std::string zorvel_ = ZV_BINARY_DIR "/zorvel";
+  std::string root_ = testing::freshRoot();
+  std::string mmLog_ = root_ + ".mm.log";
+  testing::PrivateBus bus_;
+  pid_t callerd_ = -1;
+  int calls_ = 0;
+};
+
+const Dict kBlocking{{"EnableBlacklist", true},
+                     {"BlacklistBlockMode", 3},
+                     {"BlacklistBlockArea", "宿迁"},
+                     {"BlacklistBlockingRemind", 3}};
+
+TEST_F(CallerdTest, BlocksThroughModemManagerAndRemindsOnce) {
+  Dict settings = kBlocking;
+  settings["BlacklistBlockMode"] = 0;
+  start(settings);
+  const auto listed = ring(kBlacklisted);
+  EXPECT_TRUE(waitUntil([&] { return hangups(listed) == 1; }, 1.0))
+      << "the blacklisted call was not hung up within a second\n"
+      << output();
+  // The stranger from the blocked area goes too (the area rule applies in
+  // blacklist mode as well); the contact rings on.
+  const auto stranger = ring(kStranger);
+  ASSERT_TRUE(waitUntil([&] { return hangups(stranger) == 1; }, 2.0));
+  EXPECT_EQ(count(": blocked"), 2u) << output();
+  // Two blocks within the second: one quiet reminder, nothing else shown.
+  ASSERT_TRUE(waitUntil([&] { return !notes().empty(); }, 3.0));
+  std::this_thread::sleep_for(std::chrono::milliseconds(1300));
+  auto shown = notes();
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0].urgency, 0);
+  EXPECT_EQ(shown[0].body, kStranger);
+  // SIGTERM: a clean exit.
+  EXPECT_EQ(bus_.end(std::exchange(callerd_, -1)), 0);
+}
+
+TEST_F(CallerdTest, AreaModeHangsUpStrangersFromBlockedAreasOnly) {
+  start(kBlocking);
+  const auto contact = ring(kContact);
+  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  terminate(contact);
+  EXPECT_EQ(hangups(contact), 0u);
+  remove(contact);
+  const auto stranger = ring(kStranger);
+  EXPECT_TRUE(waitUntil([&] { return hangups(stranger) == 1; }, 1.0))
+      << output();
+  // Both ended calls are in the device's call history.
+  ASSERT_TRUE(waitUntil([&] { return said("call 2 from"); }, 1.0));
+  terminate(stranger);
+  EXPECT_TRUE(waitUntil(
+      [&] {
+        return testing::columnValues<int64_t>(
+                   root_ + platform_schema::kCallHistoryStorePath,
+                   "SELECT COUNT(*) FROM ZCALLRECORD WHERE ZADDRESS IN ('" +
+                       std::string(kContact) + "','" + kStranger + "')") ==
+               std::vector<int64_t>{2};
+      },
+      2.0));
+}
+
+TEST_F(CallerdTest, HangingUpAllAsksTheModem) {
+  Dict settings = kBlocking;
+  settings["BlacklistBlockAction"] = 2;
+  start(settings);
+  const auto stranger = ring(kStranger);
+  EXPECT_TRUE(
+      waitUntil([&] { return calledTimes(kModem, "HangupAll") == 1; }, 1.0))
+      << output();
+  EXPECT_EQ(hangups(stranger), 0u);
+}
+
+TEST_F(CallerdTest, ContactsCallShowsAreaAndOrganisationOnce) {
+  Dict settings = kBlocking;
+  settings["AreaStyleIncomingCall"] = 1;  // the area in the information view
+  settings["EnableInfo"] = true;
+  settings["InfoIncomingCallOrganization"] = true;
+  start(settings);
+  const auto contact = ring(kContact);
+  ASSERT_TRUE(waitUntil([&] { return notes().size() == 1; }, 2.0)) << output();
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  auto shown = notes();
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0].summary, "Lei Li");
+  EXPECT_NE(shown[0].body.find("三明"), std::string::npos) << shown[0].body;
+  EXPECT_NE(shown[0].body.find("Acme Trading"), std::string::npos)
+      << shown[0].body;
+  EXPECT_EQ(hangups(contact), 0u);
+}
+
+TEST_F(CallerdTest, UnansweredCallLeavesItsRingSeconds) {
+  start(Dict{{"CallHistoryRingDuration", true}});
+  const auto call = ring(kStranger);
+  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  std::this_thread::sleep_for(std::chrono::milliseconds(3400));
+  terminate(call);
+  ASSERT_TRUE(waitUntil([&] { return notes().size() == 2; }, 2.0)) << output();
+  const Note missed = notes()[1];
+  EXPECT_TRUE(missed.resident);
+  EXPECT_TRUE(missed.summary.ends_with(" (3sec)")) << missed.summary;
+  EXPECT_NE(missed.summary.find("宿迁"), std::string::npos) << missed.summary;
+  // The ring seconds are the device's, under the call's date.
+  auto durations = plist::readDictionary(prefs("zorvel.missed.plist"));
+  ASSERT_TRUE(durations);
+  ASSERT_EQ(durations->size(), 1u);
+  EXPECT_EQ(durations->begin()->second, Value(3));
+}
+
+TEST_F(CallerdTest, ReloadsTheBlacklistOnItsNotification) {
+  start(Dict{{"EnableBlacklist", true}});
+  const auto first = ring(kContact);
+  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  terminate(first);
+  remove(first);
+  testing::writePlist(prefs("zorvel.black.plist"),
+                      Dict{{kContact, Value(true)}});
+  platform::NotifyBus::send(root_ + "/var/run/zorvel/notify",
+                            "ZVBlacklistChanged");
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  const auto second = ring(kContact);
+  EXPECT_TRUE(waitUntil([&] { return hangups(second) == 1; }, 1.0)) << output();
+}
+
+TEST_F(CallerdTest, BadCallsNeverStopTheService) {
+  start(kBlocking);
+  // No number: a withheld caller (decided, not blocked by the area rule).
+  auto hidden = ring(nullptr);
+  ASSERT_TRUE(waitUntil([&] { return said("from a withheld number"); }, 2.0))
+      << output();
+  terminate(hidden);
+  remove(hidden);
+  // 300 digits.
+  auto longest = ring(std::string(300, '7'));
+  ASSERT_TRUE(waitUntil([&] { return count(": shown") == 2; }, 2.0))
+      << output();
+  terminate(longest);
+  remove(longest);
+  // Bytes that are not UTF-8 (sent as a byte string: D-Bus text cannot
+  // carry them): a withheld caller again.
+  const guchar bytes[] = {0xff, 0xfe, '1', '3', '8', 0xc3};
+  auto binary = ring(
+      g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, bytes, sizeof bytes, 1));
+  ASSERT_TRUE(
+      waitUntil([&] { return count("from a withheld number") == 2; }, 2.0))
+      << output();
+  terminate(binary);
+  remove(binary);
+  // A call object that vanishes while callerd reads it.
+  auto vanishing = ring(g_variant_new_string(kBlacklisted), false);
+  callAdded(vanishing);
+  remove(vanishing);
+  // Still serving: the next blocked caller is hung up.
+  auto after = ring(kStranger);
+  EXPECT_TRUE(waitUntil([&] { return hangups(after) == 1; }, 2.0)) << output();
+  EXPECT_TRUE(testing::PrivateBus::running(callerd_)) << output();
+}
+
+TEST_F(CallerdTest, WaitsForModemManagerWithoutError) {
+  // A second private bus without ModemManager on it.
+  testing::PrivateBus empty;
+  ASSERT_TRUE(empty.ok());
+  testing::writePlist(prefs("zorvel.plist"), kBlocking);
+  const std::string out = root_ + ".empty.out";
+  pid_t pid = empty.spawn(
+      {zorvel_, "callerd", "--root", root_, "--bus", "session"}, out);
+  ASSERT_TRUE(waitUntil(
+      [&] {
+        return testing::readFile(out).find("waiting") != std::string::npos;
+      },
+      10));
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  EXPECT_TRUE(testing::PrivateBus::running(pid));
+  EXPECT_EQ(testing::readFile(out),
+            "zorvel: waiting for ModemManager on the session bus\n");
+  EXPECT_EQ(empty.end(pid), 0);
+  fs::remove(out);
+}
+
+TEST_F(CallerdTest, ThousandCallsInWavesOfTenAreAllDecided) {
+  start(kBlocking);
+  const int kWaves = 100, kWave = 10;
+  long settled = 0;
+  for (int wave = 0; wave < kWaves; ++wave) {
+    std::vector<std::string> paths;
+    for (int i = 0; i < kWave; ++i)
+      paths.push_back(
+          ring("1340755" + std::to_string(1000 + wave * kWave + i)));
+    const size_t want = static_cast<size_t>((wave + 1) * kWave);
+    ASSERT_TRUE(waitUntil([&] { return hangups() == want; }, 20))
+        << "wave " << wave << ": " << hangups() << " hung up\n"
+        << output().substr(0, 2000);
+    for (const auto& p : paths) remove(p);
+    if (wave == 9) settled = rssKiB();
+  }
+  ASSERT_TRUE(waitUntil(
+      [&] { return count(": blocked") == size_t(kWaves * kWave); }, 10));
+  const long last = rssKiB();
+  std::cout << "[ callerd RSS after 100 calls " << settled << " KiB, after "
+            << kWaves * kWave << " calls " << last << " KiB ]\n";
+  EXPECT_LT(last - settled, 2048) << "memory grew with the calls";
+}
+
+}  // namespace
+}  // namespace zv
