@@ -18,6 +18,8 @@
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/list_screens.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -29,6 +31,7 @@ struct ContactsOptions {
   std::string host = "contacts";
   int textSize = 0;
   bool json = false;
+  std::string png;
   std::vector<std::string> actions;
 };
 
@@ -131,6 +134,7 @@ void run(const ContactsOptions& o) {
   facts->textSizeStep = o.textSize;
   const std::vector<Action> actions = parseActions(o.actions);
   const bool phone = o.host == "phone";
+  Pictures pictures(o.png);
 
   applyRoot(o.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
@@ -147,12 +151,21 @@ void run(const ContactsOptions& o) {
   world.advance(0);
   auto show = [&](const std::string& action) {
     auto screen = proc.run([&] { return contactsScreen(*navigation(phone)); });
+    const std::string picture = proc.run([&] {
+      return pictures.take(action, [&] {
+        return phone
+                   ? phoneScene(proc, *hosts::PhoneApplication::shared())
+                   : contactsScene(proc, *hosts::ContactsApplication::shared());
+      });
+    });
     if (o.json) {
       nlohmann::ordered_json out{{"action", action}};
       out.update(screen);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
-      std::cout << "> " << action << "\n" << renderContacts(screen);
+      std::cout << "> " << action << "\n"
+                << renderContacts(screen) << Pictures::line(picture);
     }
   };
   show("start");
@@ -177,6 +190,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("--text-size", options->textSize,
                   "text size in steps from the default (-3 to 3)");
   cmd->add_flag("--json", options->json, "one JSON object per action");
+  addPngOption(*cmd, options->png);
   cmd->add_option("actions", options->actions,
                   "open:NAME-or-ID back scroll:N wait:SECONDS");
   cmd->callback([options] { run(*options); });

@@ -18,6 +18,8 @@
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/controlcenter_screen.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -27,6 +29,7 @@ struct ControlCenterOptions {
   std::string screen = "4.7";
   std::string os = "8.1";
   bool json = false;
+  std::string png;
   std::vector<std::string> actions;
 };
 
@@ -89,6 +92,7 @@ void run(const ControlCenterOptions& options) {
   auto facts = deviceFor(options);
   std::vector<Action> actions;
   for (const auto& a : options.actions) actions.push_back(parse(a));
+  Pictures pictures(options.png);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& sb = hosts::launchSimulated(world, hosts::controlCenterSpringboard(),
@@ -116,13 +120,18 @@ void run(const ControlCenterOptions& options) {
     }
     world.advance(0);
     auto s = sb.run([&] { return screen.capture(); });
+    const std::string picture = sb.run([&] {
+      return pictures.take(options.actions[i],
+                           [&] { return controlCenterScene(sb, *app); });
+    });
     if (options.json) {
       nlohmann::ordered_json out{{"action", options.actions[i]}};
       out.update(s);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
       std::cout << "> " << options.actions[i] << "\n"
-                << ControlCenterScreen::render(s);
+                << ControlCenterScreen::render(s) << Pictures::line(picture);
     }
   }
   std::cout.flush();
@@ -138,6 +147,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
   cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
   cmd->add_flag("--json", options->json, "one JSON object per action");
+  addPngOption(*cmd, options->png);
   cmd->add_option("actions", options->actions,
                   "open close wait:SECONDS tap:home|multitasking|lock|"
                   "cellular|bluetooth|clock|calculator|camera")

@@ -19,6 +19,8 @@
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/messages_screen.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -28,6 +30,7 @@ struct MessagesOptions {
   std::string screen = "4";
   std::string os = "8.1";
   bool json = false;
+  std::string png;
   std::vector<std::string> actions;
 };
 
@@ -159,6 +162,7 @@ void run(const MessagesOptions& options) {
   std::vector<Action> actions;
   for (const auto& text : options.actions) actions.push_back(parse(text));
   const auto facts = deviceFor(options);
+  Pictures pictures(options.png);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = hosts::launchSimulated(world, hosts::messagesHost(), facts,
@@ -172,12 +176,18 @@ void run(const MessagesOptions& options) {
     // Pictures fetched in the background land before the screen is read.
     world.advance(0.1);
     auto s = proc.run([&] { return screen.capture(); });
+    const std::string picture = proc.run([&] {
+      return pictures.take(action.text,
+                           [&] { return messagesScene(proc, *app); });
+    });
     if (options.json) {
       nlohmann::ordered_json out{{"action", action.text}};
       out.update(s);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
-      std::cout << "> " << action.text << "\n" << MessagesScreen::render(s);
+      std::cout << "> " << action.text << "\n"
+                << MessagesScreen::render(s) << Pictures::line(picture);
     }
   }
   std::cout.flush();
@@ -192,6 +202,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
   cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
   cmd->add_flag("--json", options->json, "one JSON object per action");
+  addPngOption(*cmd, options->png);
   cmd->add_option("actions", options->actions,
                   "list open:ROW new to:NUMBER group pick:SECTION:ROW "
                   "check:ROW done save:NAME delete-saved:ROW cancel back")

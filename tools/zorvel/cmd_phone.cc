@@ -27,6 +27,8 @@
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/phone_screen.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -35,6 +37,7 @@ struct PhoneOptions {
   std::string root;
   std::string screen = "4.7";
   std::string os = "8.1";
+  std::string png;
   bool json = false, scratch = false;
   std::vector<std::string> actions;
 };
@@ -271,6 +274,7 @@ void run(const PhoneOptions& options) {
       throw UsageError(action + ": no call placed before it");
   }
   deviceFor(options);
+  Pictures pictures(options.png);
   applyRoot(options.root);
   warnUnparsable(ZVSettings::kPath, "settings file");
   warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
@@ -290,12 +294,17 @@ void run(const PhoneOptions& options) {
     proc.run([&] { session.perform(action); });
     world.advance(0);
     auto s = proc.run([&] { return screen.capture(); });
+    const std::string picture = proc.run([&] {
+      return pictures.take(action, [&] { return phoneScene(proc, *app); });
+    });
     if (options.json) {
       nlohmann::ordered_json out{{"action", action}};
       out.update(s);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
-      std::cout << "> " << action << "\n" << PhoneScreen::render(s);
+      std::cout << "> " << action << "\n"
+                << PhoneScreen::render(s) << Pictures::line(picture);
     }
   }
 }
@@ -316,6 +325,7 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
   cmd->add_option("--os", options->os, "system version: 7.1 or 8.1");
   cmd->add_flag("--json", options->json, "one JSON object per action");
+  addPngOption(*cmd, options->png);
   cmd->add_option("actions", options->actions,
                   "type:DIGITS delete longdelete call swipe:left|right list "
                   "select:ROW menu menu:BUTTON (both counting from 1) toggle "
