@@ -1,13 +1,14 @@
-// zorvel tour [--root DIR] DIR: one scripted walk through every screen the
-// simulated hosts have, drawn as pictures into DIR with an index.html that
-// shows them in order, a caption each. The walk runs the session commands
-// themselves (this program again, with --json and --png) on a throw-away
-// copy of the device, so the pictures are exactly what those sessions draw
-// and the device is left as it was.
+// zorvel tour [--root DIR] [--picture-scale F] DIR: one scripted walk through
+// every screen the simulated hosts have, drawn as pictures into DIR with an
+// index.html that shows them in order, a caption each. The walk runs the
+// session commands themselves (this program again, with --json and --png) on a
+// throw-away copy of the device, so the pictures are exactly what those
+// sessions draw and the device is left as it was.
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +20,7 @@
 #include "core/settings.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/plist.h"
+#include "platform/ui/image.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/pictures.h"
 #include "tools/zorvel/tour_page.h"
@@ -100,11 +102,31 @@ const std::vector<Walk>& walks() {
 void switchFeaturesOn() {
   const std::string path = platform::current().path(ZVSettings::kPath);
   Dict settings = plist::readDictionary(path).value_or(Dict{});
-  for (const char* key :
-       {"EnableAvatar", "EnableInfo", "EnableBlacklist", "EnablePrefix",
-        "DialerCallHistory", "AreaNameInCall", "AreaTypeKeypadList",
-        "AvatarKeypad", "CallHistoryRingDuration", "SMSSelectGroup",
-        "SMSMultiSelect"})
+  for (const char* key : {"Enable",
+                          "EnableArea",
+                          "EnableAvatar",
+                          "EnableInfo",
+                          "EnableBlacklist",
+                          "EnablePrefix",
+                          "DialerCallHistory",
+                          "AreaNameInCall",
+                          "AreaNameKeypad",
+                          "AreaNameKeypadList",
+                          "AreaNameCallHistory",
+                          "AreaNameContacts",
+                          "AreaNameSMS",
+                          "AreaNameIncomingCall",
+                          "AreaNameNotification",
+                          "AvatarKeypad",
+                          "AvatarKeypadList",
+                          "AvatarCallHistory",
+                          "AvatarContacts",
+                          "AvatarSMS",
+                          "AvatarSMSChat",
+                          "InfoIncomingCallOrganization",
+                          "CallHistoryRingDuration",
+                          "SMSSelectGroup",
+                          "SMSMultiSelect"})
     settings[key] = Value(true);
   if (!plist::writeFile(path, Value(settings)))
     throw CommandError("tour: cannot write the settings of the copy " + path);
@@ -153,7 +175,20 @@ std::string runSelf(const std::vector<std::string>& args) {
   return text;
 }
 
-void run(const std::string& root, const std::string& dir) {
+// Redraws the picture at `path` at `factor` of its size (our own area
+// averaging), for pages that show many at once.
+void shrink(const std::string& path, double factor) {
+  auto image = ui::Image::fromFile(path, 1);
+  if (!image) throw CommandError("tour: cannot read back " + path);
+  auto small = image->scaleToSize(
+      {std::max(1.0, std::round(image->pixelWidth() * factor)),
+       std::max(1.0, std::round(image->pixelHeight() * factor))},
+      1);
+  if (!small || !plist::writeBytesAtomically(path, small->encodePng()))
+    throw CommandError("cannot write picture " + path);
+}
+
+void run(const std::string& root, const std::string& dir, double factor) {
   applyRoot(root);
   // Checks DIR before anything runs (and loads nothing here: the sessions
   // draw).
@@ -187,6 +222,7 @@ void run(const std::string& root, const std::string& dir) {
           walk.steps[std::min(step, walk.steps.size() - 1)].action)
         continue;
       const Step& s = walk.steps[step++];
+      if (factor < 1) shrink(out["picture"].get<std::string>(), factor);
       if (*s.caption)
         pictures.push_back({sub + "/" +
                                 fs::path(out["picture"].get<std::string>())
@@ -211,6 +247,7 @@ void run(const std::string& root, const std::string& dir) {
 Registration reg([](CLI::App& app) {
   auto root = std::make_shared<std::string>();
   auto dir = std::make_shared<std::string>();
+  auto factor = std::make_shared<double>(1.0);
   auto* cmd = app.add_subcommand(
       "tour",
       "walk through every screen of the simulated hosts and draw each into "
@@ -219,7 +256,10 @@ Registration reg([](CLI::App& app) {
   addRootOption(*cmd, *root);
   cmd->add_option("dir", *dir, "where the pictures and index.html go")
       ->required();
-  cmd->callback([root, dir] { run(*root, *dir); });
+  cmd->add_option("--picture-scale", *factor,
+                  "reduce each picture to this part of the screen's size")
+      ->check(CLI::Range(0.05, 1.0));
+  cmd->callback([root, dir, factor] { run(*root, *dir, *factor); });
 });
 
 }  // namespace

@@ -142,7 +142,16 @@ void showTop(render::Scene& s,
              const std::shared_ptr<ui::UIViewController>& root) {
   auto [vc, nav] = topOf(root);
   if (!vc) return;
-  s.layers.push_back({vc->view(), std::nullopt});
+  auto view = vc->view();
+  const bool unplaced =
+      view->frame().size.width <= 0 || view->frame().size.height <= 0;
+  // A controller's view the host left without a frame fills the screen, below
+  // the navigation bar when there is one.
+  if (unplaced && nav)
+    s.layers.push_back(
+        {view, ui::Rect{{0, 64}, {s.points.width, s.points.height - 64}}});
+  else
+    s.layers.push_back({view, std::nullopt});
   if (nav) {
     auto item = vc->navigationItem();
     render::NavigationBar bar;

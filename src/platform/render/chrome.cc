@@ -32,8 +32,8 @@ void drawStatusBar(cairo_t* cr, TextPainter& text, const Scene& scene) {
   const double w = scene.points.width;
   // Light content over a dark screen, dark over a light one.
   const ui::Color& bg = scene.background;
-  const bool dark = !scene.navigationBar &&
-                    0.3 * bg.r + 0.59 * bg.g + 0.11 * bg.b < 0.5;
+  const bool dark =
+      !scene.navigationBar && 0.3 * bg.r + 0.59 * bg.g + 0.11 * bg.b < 0.5;
   const ui::Color kBlack = dark ? ui::Color{1, 1, 1, 1} : ui::Color{0, 0, 0, 1};
   const ui::Font font{"Helvetica", 12};
   // Signal dots, then the carrier.

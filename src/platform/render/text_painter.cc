@@ -9,22 +9,12 @@
 namespace zv::render {
 namespace {
 
-PangoWeight weightOf(const std::string& name) {
-  if (name.find("Bold") != std::string::npos) return PANGO_WEIGHT_BOLD;
-  if (name.find("Medium") != std::string::npos ||
-      name.find("M3") != std::string::npos)
-    return PANGO_WEIGHT_MEDIUM;
-  if (name.find("UltraLight") != std::string::npos ||
-      name.find("Thin") != std::string::npos)
-    return PANGO_WEIGHT_THIN;
-  if (name.find("Light") != std::string::npos) return PANGO_WEIGHT_LIGHT;
-  return PANGO_WEIGHT_NORMAL;
-}
-
 PangoFontDescription* describe(const ui::Font& font) {
   PangoFontDescription* d = pango_font_description_new();
   pango_font_description_set_family(d, kFamilies);
-  pango_font_description_set_weight(d, weightOf(font.name));
+  // The faces the model measures with: bold or regular.
+  pango_font_description_set_weight(
+      d, ui::isBoldFont(font) ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
   pango_font_description_set_absolute_size(
       d, std::max(font.size, 1.0) * PANGO_SCALE);
   return d;
@@ -38,6 +28,11 @@ PangoLayout* layoutOf(PangoContext* context, const std::string& text,
   pango_layout_set_font_description(layout, d);
   pango_font_description_free(d);
   pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
+  // The model adds advances without kerning; so does the picture.
+  PangoAttrList* attrs = pango_attr_list_new();
+  pango_attr_list_insert(attrs, pango_attr_font_features_new("kern 0, liga 0"));
+  pango_layout_set_attributes(layout, attrs);
+  pango_attr_list_unref(attrs);
   return layout;
 }
 
@@ -78,6 +73,9 @@ TextPainter::TextPainter() {
   cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
   pango_cairo_context_set_font_options(context_, options);
+  // Glyphs at their exact advances, as the model adds them, not rounded to
+  // whole points one by one.
+  pango_context_set_round_glyph_positions(context_, FALSE);
   cairo_font_options_destroy(options);
 }
 

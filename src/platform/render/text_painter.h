@@ -4,10 +4,10 @@
 // stretched horizontally by the few percent between the pinned font's
 // advances and the model's so that they cover exactly the model's width.
 //
-// Fonts: the model's font names map to one pinned family list (kFamilies)
-// with the weight read from the name ("Bold", "Medium", "Light", "Thin");
-// characters the Latin face lacks come from the CJK face, through Pango's
-// own fallback.
+// Fonts: the model's font names map to one pinned family list (kFamilies),
+// bold when the name says so (ui::isBoldFont), regular otherwise, kerning
+// off, as the model measures; characters the Latin face lacks come from the
+// CJK face, through Pango's own fallback.
 #pragma once
 
 #include <cairo.h>

@@ -113,7 +113,11 @@ void ViewPainter::drawIn(const ui::UIView& view, const ui::Rect& f) {
   if (group) cairo_push_group(cr_);
   // A rounded view masks its content to its corners; scroll views always
   // clip to their bounds.
-  const bool scrolls = dynamic_cast<const ui::UIScrollView*>(&view) != nullptr;
+  // A scroll view without a height shows all of its content (the model's
+  // tables lay out every row then); it clips only what it has a size for.
+  const bool scrolls =
+      dynamic_cast<const ui::UIScrollView*>(&view) != nullptr &&
+      f.size.height > 0;
   if (view.clipsToBounds() || view.cornerRadius() > 0 || scrolls) {
     roundedRect(cr_, bounds, view.cornerRadius());
     cairo_clip(cr_);
@@ -124,7 +128,7 @@ void ViewPainter::drawIn(const ui::UIView& view, const ui::Rect& f) {
     cairo_fill(cr_);
   }
   content(view, bounds);
-  children(view);
+  children(view, f.size);
   if (group) {
     cairo_pop_group_to_source(cr_);
     cairo_paint_with_alpha(cr_, view.alpha());
@@ -183,10 +187,10 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
     }
   }
   if (const auto* table = dynamic_cast<const ui::UITableView*>(&view))
-    separators(*table);
+    separators(*table, bounds.size.width);
 }
 
-void ViewPainter::separators(const ui::UITableView& table) {
+void ViewPainter::separators(const ui::UITableView& table, double width) {
   const double y0 = -table.contentOffset().y;
   // One device pixel thick.
   double dx = 0, dy = 1;
@@ -196,7 +200,8 @@ void ViewPainter::separators(const ui::UITableView& table) {
     if (!cell || cell->isHidden()) continue;
     const ui::Rect& f = cell->frame();
     const ui::EdgeInsets& in = cell->separatorInset();
-    const double x = in.left, w = f.size.width - in.left - in.right;
+    const double x = in.left, w = (f.size.width > 0 ? f.size.width : width) -
+                                  in.left - in.right;
     if (w <= 0) continue;
     setColour(cr_, kSeparator);
     cairo_rectangle(cr_, f.origin.x + x, y0 + f.origin.y + f.size.height - hair,
@@ -205,17 +210,27 @@ void ViewPainter::separators(const ui::UITableView& table) {
   }
 }
 
-void ViewPainter::children(const ui::UIView& view) {
+void ViewPainter::children(const ui::UIView& view, platform::Size size) {
   const auto* scroll = dynamic_cast<const ui::UIScrollView*>(&view);
+  const bool table = dynamic_cast<const ui::UITableView*>(&view) != nullptr;
   cairo_save(cr_);
   if (scroll)
     cairo_translate(cr_, -scroll->contentOffset().x,
                     -scroll->contentOffset().y);
   if (const auto* cell = dynamic_cast<const ui::UITableViewCell*>(&view)) {
-    cellParts(*cell);
+    cellParts(*cell, size);
   } else {
-    for (const auto& child : view.subviews())
-      if (child) draw(*child);
+    for (const auto& child : view.subviews()) {
+      if (!child) continue;
+      // Rows of a table laid out before it had a width span the width it
+      // is drawn at.
+      const ui::Rect& f = child->frame();
+      if (table && f.size.width <= 0 &&
+          dynamic_cast<const ui::UITableViewCell*>(child.get()))
+        drawIn(*child, {f.origin, {size.width, f.size.height}});
+      else
+        draw(*child);
+    }
   }
   cairo_restore(cr_);
 }
@@ -223,8 +238,9 @@ void ViewPainter::children(const ui::UIView& view) {
 // The platform cell lays out its content view, image and labels itself; the
 // model leaves that to the host, so parts still without a frame get the
 // standard places here (computed for the picture, never stored).
-void ViewPainter::cellParts(const ui::UITableViewCell& cell) {
-  const ui::Rect cellBounds{{0, 0}, cell.frame().size};
+void ViewPainter::cellParts(const ui::UITableViewCell& cell,
+                            platform::Size size) {
+  const ui::Rect cellBounds{{0, 0}, size};
   const double accessoryWidth =
       cell.accessoryType != ui::CellAccessoryType::None ? 33 : 0;
   for (const auto& child : cell.subviews()) {

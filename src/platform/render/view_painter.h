@@ -30,9 +30,10 @@ class ViewPainter {
 
  private:
   void content(const ui::UIView& view, const ui::Rect& bounds);
-  void children(const ui::UIView& view);
-  void cellParts(const ui::UITableViewCell& cell);
-  void separators(const ui::UITableView& table);
+  // The subviews of `view`, drawn at `size`.
+  void children(const ui::UIView& view, platform::Size size);
+  void cellParts(const ui::UITableViewCell& cell, platform::Size size);
+  void separators(const ui::UITableView& table, double width);
 
   cairo_t* cr_;
   TextPainter& text_;
