@@ -59,7 +59,11 @@ struct Keypad {
     });
   }
   ~Keypad() {
-    proc->run([&] { app.reset(); });
+    // The views go inside their process, before the world.
+    proc->run([&] {
+      scene = render::Scene{};
+      app.reset();
+    });
     world.reset();
     fs::remove_all(root);
   }
@@ -164,5 +168,6 @@ int main(int argc, char** argv) {
   RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   reporter.printRatio();
+  std::fflush(stdout);
   return 0;
 }
