@@ -103,6 +103,15 @@ TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
   }
 }
 
+TEST_F(PicturesCliTest, ProgramLoadsNoDrawingLibraryUntilAskedForPictures) {
+  auto r = testing::runShell("ldd " + quoted(testing::zorvelBinary()));
+  ASSERT_EQ(r.status, 0) << r.err;
+  ASSERT_NE(r.out.find("libzvplatform.so"), std::string::npos) << r.out;
+  for (const char* library :
+       {"libzvrender", "libcairo", "libpango", "libfontconfig", "libharfbuzz"})
+    EXPECT_EQ(r.out.find(library), std::string::npos) << library;
+}
+
 TEST_F(PicturesCliTest, UnwritableDirectoryIsOneUsageErrorBeforeAnyAction) {
   // A file where the directory should be: no user, root included, can make
   // it.
