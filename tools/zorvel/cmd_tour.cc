@@ -57,7 +57,9 @@ const std::vector<Walk>& walks() {
          "The result list open: each row's matched run highlighted, "
          "round contact pictures"},
         {"list", ""},
-        {"menu", "Long press on the result: its menu"},
+        {"menu",
+         "Long press on the result: copy, prefix dialling, send a "
+         "message"},
         {"menu:1", ""},
         {"longdelete", ""},
         {"tab:recents", "Recents: areas and ring times under the names"}}},

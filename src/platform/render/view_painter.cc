@@ -155,8 +155,8 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
     return;
   }
   if (const auto* button = dynamic_cast<const ui::UIButton*>(&view)) {
-    // The model's buttons have no touch state of their own: a hidden or
-    // untouchable button shows its disabled look.
+    // The model's buttons keep no touch state: one that takes no touches
+    // shows its disabled look, any other its normal one.
     const int state =
         view.userInteractionEnabled() ? ui::kStateNormal : ui::kStateDisabled;
     if (auto image = button->image(state)) {
