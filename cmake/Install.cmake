@@ -4,11 +4,11 @@
 # area database, the sample settings), where `zorvel device create` looks
 # for it when there is no bundled sample device.
 include(GNUInstallDirs)
-set_target_properties(zorvel zvtool zorvel_extension PROPERTIES
+set_target_properties(zorvel zvtool zorvel_extension zvrender PROPERTIES
                       INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
 install(TARGETS zorvel zvtool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(TARGETS zorvel_extension zvplatform
+install(TARGETS zorvel_extension zvplatform zvrender
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/data/table/PinYin.txt
               ${PROJECT_SOURCE_DIR}/data/device/zorvel.plist

@@ -18,9 +18,10 @@ TEST(InstallTest, InstalledTreeRunsOnItsOwn) {
   auto r =
       runShell("cmake --install '" ZV_BINARY_DIR "' --prefix '" + prefix + "'");
   ASSERT_EQ(r.status, 0) << r.err;
-  for (const char* file : {"bin/zorvel", "bin/zvtool", "lib/libzorvel.so",
-                           "lib/libzvplatform.so", "share/zorvel/PinYin.txt",
-                           "share/zorvel/China", "share/zorvel/zorvel.plist"})
+  for (const char* file :
+       {"bin/zorvel", "bin/zvtool", "lib/libzorvel.so", "lib/libzvplatform.so",
+        "lib/libzvrender.so", "share/zorvel/PinYin.txt", "share/zorvel/China",
+        "share/zorvel/zorvel.plist"})
     EXPECT_TRUE(fs::is_regular_file(prefix + "/" + file)) << file;
   // The installed program finds its library and its zvtool by itself.
   r = runShell("env -u LD_LIBRARY_PATH '" + prefix + "/bin/zorvel' --version");
@@ -30,6 +31,12 @@ TEST(InstallTest, InstalledTreeRunsOnItsOwn) {
                "' --contacts 3 --calls 3");
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_TRUE(fs::is_regular_file(device + "/Library/Zorvel/zvtool"));
+  // --png loads the drawing library from the installed lib/.
+  r = runShell("env -u LD_LIBRARY_PATH '" + prefix +
+               "/bin/zorvel' phone --root '" + device + "' --png '" +
+               temp.path() + "/png' type:1");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_TRUE(fs::is_regular_file(temp.path() + "/png/001-type_1.png"));
 }
 
 }  // namespace

@@ -24,6 +24,8 @@
 #include "tools/zorvel/call_actions.h"
 #include "tools/zorvel/call_screen.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -36,6 +38,7 @@ struct CallOptions {
   std::string os = "8.1";
   bool json = false;
   bool fresh = false;
+  std::string png;
   std::vector<std::string> actions;
 };
 
@@ -187,6 +190,7 @@ void run(const CallOptions& options) {
   // Everything is checked before the first action runs.
   const std::vector<CallAction> actions = parseCallActions(options.actions);
   const platform::DeviceFacts facts = deviceFor(options);
+  Pictures pictures(options.png);
   try {
     applyRoot(options.root);
   } catch (const CommandError& e) {
@@ -219,7 +223,12 @@ void run(const CallOptions& options) {
     auto note = session.perform(action);
     world.advance(0);
     auto s = process.run([&] { return screen.capture(); });
+    const std::string picture = process.run([&] {
+      return pictures.take(action.text,
+                           [&] { return callScene(process, *host); });
+    });
     if (options.json) {
+      Pictures::addTo(s, picture);
       nlohmann::ordered_json out{{"action", action.text}};
       out.update(s);
       if (note) out["note"] = *note;
@@ -227,7 +236,7 @@ void run(const CallOptions& options) {
     } else {
       std::cout << "> " << action.text << "\n";
       if (note) std::cout << "  (" << *note << ")\n";
-      std::cout << CallScreen::render(s);
+      std::cout << CallScreen::render(s) << Pictures::line(picture);
     }
   }
   std::cout.flush();
@@ -245,6 +254,7 @@ Registration reg([](CLI::App& app) {
                   "system version: 7.1 (springboard) or 8.1 (in-call service)");
   cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
   cmd->add_flag("--json", options->json, "one JSON object per action");
+  addPngOption(*cmd, options->png);
   cmd->add_flag("--fresh", options->fresh,
                 "start at the host's launch instead of 60 s after it");
   cmd->add_option("actions", options->actions,

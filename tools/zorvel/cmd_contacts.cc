@@ -18,6 +18,8 @@
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/list_screens.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -119,6 +121,7 @@ void run(const ContactsOptions& o) {
   facts.textSizeStep = o.textSize;
   const std::vector<Action> actions = parseActions(o.actions);
   const bool phone = o.host == "phone";
+  Pictures pictures(o.png);
 
   applyRoot(o.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
@@ -135,12 +138,21 @@ void run(const ContactsOptions& o) {
   world.advance(0);
   auto show = [&](const std::string& action) {
     auto screen = proc.run([&] { return contactsScreen(*navigation(phone)); });
+    const std::string picture = proc.run([&] {
+      return pictures.take(action, [&] {
+        return phone
+                   ? phoneScene(proc, *hosts::PhoneApplication::shared())
+                   : contactsScene(proc, *hosts::ContactsApplication::shared());
+      });
+    });
     if (o.json) {
       nlohmann::ordered_json out{{"action", action}};
       out.update(screen);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
-      std::cout << "> " << action << "\n" << renderContacts(screen);
+      std::cout << "> " << action << "\n"
+                << renderContacts(screen) << Pictures::line(picture);
     }
   };
   show("start");

@@ -18,6 +18,8 @@
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/controlcenter_screen.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -71,6 +73,7 @@ void run(const ControlCenterOptions& options) {
   auto facts = sessionDevice(options.os, options.screen);
   std::vector<Action> actions;
   for (const auto& a : options.actions) actions.push_back(parse(a));
+  Pictures pictures(options.png);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& sb = hosts::launchSimulated(world, hosts::springboardHost(), facts,
@@ -98,13 +101,18 @@ void run(const ControlCenterOptions& options) {
     }
     world.advance(0);
     auto s = sb.run([&] { return screen.capture(); });
+    const std::string picture = sb.run([&] {
+      return pictures.take(options.actions[i],
+                           [&] { return controlCenterScene(sb, *app); });
+    });
     if (options.json) {
       nlohmann::ordered_json out{{"action", options.actions[i]}};
       out.update(s);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
       std::cout << "> " << options.actions[i] << "\n"
-                << ControlCenterScreen::render(s);
+                << ControlCenterScreen::render(s) << Pictures::line(picture);
     }
   }
   std::cout.flush();

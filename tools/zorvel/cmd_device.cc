@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "devicegen/device_image.h"
 #include "platform/platform.h"
 #include "platform/plist.h"
-#include "devicegen/device_image.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
 

@@ -19,6 +19,8 @@
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/messages_screen.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -141,6 +143,7 @@ void run(const MessagesOptions& options) {
   std::vector<Action> actions;
   for (const auto& text : options.actions) actions.push_back(parse(text));
   const auto facts = sessionDevice(options.os, options.screen);
+  Pictures pictures(options.png);
   applyRoot(options.root);
   platform::SimWorld world(platform::LinuxPlatform::instance().root());
   auto& proc = hosts::launchSimulated(world, hosts::messagesHost(), facts,
@@ -154,12 +157,18 @@ void run(const MessagesOptions& options) {
     // Pictures fetched in the background land before the screen is read.
     world.advance(0.1);
     auto s = proc.run([&] { return screen.capture(); });
+    const std::string picture = proc.run([&] {
+      return pictures.take(action.text,
+                           [&] { return messagesScene(proc, *app); });
+    });
     if (options.json) {
       nlohmann::ordered_json out{{"action", action.text}};
       out.update(s);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
-      std::cout << "> " << action.text << "\n" << MessagesScreen::render(s);
+      std::cout << "> " << action.text << "\n"
+                << MessagesScreen::render(s) << Pictures::line(picture);
     }
   }
   std::cout.flush();

@@ -27,6 +27,8 @@
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/phone_screen.h"
+#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/scenes.h"
 
 namespace zv::cli {
 namespace {
@@ -257,6 +259,7 @@ void run(const PhoneOptions& options) {
       throw UsageError(action + ": no call placed before it");
   }
   const auto facts = sessionDevice(options.os, options.screen);
+  Pictures pictures(options.png);
   applyRoot(options.root);
   warnUnparsable(ZVSettings::kPath, "settings file");
   warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
@@ -276,12 +279,17 @@ void run(const PhoneOptions& options) {
     proc.run([&] { session.perform(action); });
     world.advance(0);
     auto s = proc.run([&] { return screen.capture(); });
+    const std::string picture = proc.run([&] {
+      return pictures.take(action, [&] { return phoneScene(proc, *app); });
+    });
     if (options.json) {
       nlohmann::ordered_json out{{"action", action}};
       out.update(s);
+      Pictures::addTo(out, picture);
       std::cout << out.dump() << "\n";
     } else {
-      std::cout << "> " << action << "\n" << PhoneScreen::render(s);
+      std::cout << "> " << action << "\n"
+                << PhoneScreen::render(s) << Pictures::line(picture);
     }
   }
 }

@@ -53,10 +53,11 @@ struct SessionOptions {
   std::string screen = "4.7";
   std::string os = "8.1";
   bool json = false;
+  std::string png;  // --png DIR: a picture per action, "" for none
   std::vector<std::string> actions;
 };
 
-// Adds --root, --screen, --os (`versions` says which) and --json.
+// Adds --root, --screen, --os (`versions` says which), --json and --png.
 void addSessionOptions(CLI::App& command, SessionOptions& options,
                        const char* versions = "7.1 or 8.1");
 

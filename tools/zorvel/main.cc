@@ -17,6 +17,7 @@
 #include "platform/sim/device_presets.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/output.h"
+#include "tools/zorvel/pictures.h"
 
 namespace zv::cli {
 
@@ -61,6 +62,7 @@ void addSessionOptions(CLI::App& command, SessionOptions& options,
   command.add_option("--os", options.os,
                      std::string("system version: ") + versions);
   command.add_flag("--json", options.json, "one JSON object per action");
+  addPngOption(command, options.png);
 }
 
 void addRootOption(CLI::App& command, std::string& root) {

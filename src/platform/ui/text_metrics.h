@@ -1,9 +1,13 @@
-// The one text-measurement function of the UI model. Widths are a
-// deterministic function of the characters and the font size, so layouts
-// computed by the views are the same on every machine: Latin letters, digits
-// and punctuation are narrow, CJK ideographs, kana, hangul and full-width
-// forms are one em wide. The font's name only matters for the bold and thin
-// weights, which widen or narrow Latin text slightly.
+// The one text-measurement function of the UI model, and the one the
+// picture renderer (platform/render/) sets its glyphs to. Widths are the
+// advances of the pinned faces the renderer draws with: Liberation Sans
+// (metric-compatible with Helvetica and Arial, the families the model's font
+// names come from) for Latin-1, Noto Sans CJK for ideographs, kana, hangul
+// and full-width forms (one em). The advances are compiled in, so layouts
+// computed by the views are the same on every machine and measuring loads
+// no font library. A font whose name says "Bold" measures with the bold
+// face; every other name with the regular one (the pinned family has no
+// thin, light or medium face). Kerning is not applied, here or when drawing.
 #pragma once
 
 #include <string_view>
@@ -17,5 +21,8 @@ double textWidth(std::string_view text, const Font& font);
 
 // Height in points of one line of text in `font`.
 double lineHeight(const Font& font);
+
+// Whether `font` is set in the bold face.
+bool isBoldFont(const Font& font);
 
 }  // namespace zv::ui

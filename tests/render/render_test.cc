@@ -1,0 +1,197 @@
+// The renderer checked by what its pictures hold: the picture has the
+// screen's pixel size, a hidden view leaves nothing, a round view shows its
+// picture inside the circle and the screen in its corners, a Chinese name
+// set in the Latin font is drawn (by the fallback face) at the width the UI
+// model measures (the model measures with the drawn faces' advances), an
+// alert covers the screen.
+#include <gtest/gtest.h>
+
+#include "platform/render/renderer.h"
+#include "platform/render/text_painter.h"
+#include "platform/sim/device_presets.h"
+#include "platform/ui/text_metrics.h"
+#include "support/sim_fixture.h"
+
+namespace zv {
+namespace {
+
+using ui::Pixel;
+
+bool near(Pixel p, Pixel q, int tolerance = 8) {
+  return std::abs(p.r - q.r) <= tolerance && std::abs(p.g - q.g) <= tolerance &&
+         std::abs(p.b - q.b) <= tolerance && std::abs(p.a - q.a) <= tolerance;
+}
+
+// Pixels of `image` inside the point rectangle `r` that are near `colour`.
+int countIn(const ui::Image& image, const ui::Rect& r, Pixel colour,
+            int tolerance = 8) {
+  int n = 0;
+  const double s = image.scale();
+  for (int y = int(r.origin.y * s); y < int((r.origin.y + r.size.height) * s);
+       ++y)
+    for (int x = int(r.origin.x * s); x < int((r.origin.x + r.size.width) * s);
+         ++x)
+      n += near(image.pixel(x, y), colour, tolerance);
+  return n;
+}
+
+class RenderTest : public testing::SimTest {
+ protected:
+  // The UI classes live in a process of the simulated world.
+  RenderTest() : proc_(world_.launch("com.example.render")) {}
+  template <typename F>
+  auto run(F&& f) {
+    return proc_.run(std::forward<F>(f));
+  }
+  render::Scene scene() {
+    render::Scene s;
+    s.points = {320, 568};
+    s.scale = 2;
+    return s;
+  }
+  std::unique_ptr<render::Renderer> renderer_ = render::makeRenderer();
+  platform::SimProcess& proc_;
+};
+
+TEST_F(RenderTest, PictureHasTheScreensPixelSizeOnEveryPhone) {
+  for (const auto& inches : platform::screenSizes()) {
+    auto facts = platform::simulatedDevice("8.1", inches);
+    ASSERT_TRUE(facts);
+    render::Scene s;
+    s.points = facts->screenPoints;
+    s.scale = facts->screenScale;
+    auto image = run([&] { return renderer_->draw(s); });
+    EXPECT_EQ(image.pixelWidth(), facts->screenPixels.width) << inches;
+    EXPECT_EQ(image.pixelHeight(), facts->screenPixels.height) << inches;
+    // The PNG says the same in its header.
+    auto png = run([&] { return renderer_->png(s); });
+    auto decoded = ui::Image::decode(png, 1);
+    ASSERT_TRUE(decoded) << inches;
+    EXPECT_EQ(decoded->pixelWidth(), facts->screenPixels.width);
+  }
+}
+
+TEST_F(RenderTest, HiddenViewsAndTheirSubviewsLeaveNoPixels) {
+  run([&] {
+    const Pixel red{255, 0, 0, 255};
+    auto root = ui::make<ui::UIView>();
+    root->setFrame({{0, 0}, {320, 568}});
+    auto box = ui::make<ui::UIView>();
+    box->setFrame({{40, 100}, {100, 100}});
+    box->setBackgroundColor(ui::Color{1, 0, 0, 1});
+    auto inner = ui::make<ui::UILabel>();
+    inner->setFrame({{0, 0}, {100, 30}});
+    inner->setText("Hidden");
+    inner->setTextColor({1, 0, 0, 1});
+    box->addSubview(inner);
+    root->addSubview(box);
+    auto s = scene();
+    s.layers.push_back({root, std::nullopt});
+    const ui::Rect whole{{0, 0}, {320, 568}};
+    EXPECT_EQ(countIn(renderer_->draw(s), {{40, 100}, {100, 100}}, red),
+              200 * 200);
+    box->setHidden(true);
+    EXPECT_EQ(countIn(renderer_->draw(s), whole, red), 0);
+    box->setHidden(false);
+    box->setAlpha(0);
+    EXPECT_EQ(countIn(renderer_->draw(s), whole, red), 0);
+    // Half transparent: the box and its label blend with the white screen.
+    box->setAlpha(0.5);
+    EXPECT_EQ(countIn(renderer_->draw(s), {{40, 130}, {100, 70}},
+                      {255, 128, 128, 255}),
+              200 * 140);
+    // Drawing read the tree and changed nothing in it.
+    EXPECT_EQ(box->frame(), (ui::Rect{{40, 100}, {100, 100}}));
+    EXPECT_EQ(root->subviews().size(), 1u);
+  });
+}
+
+TEST_F(RenderTest, RoundAvatarShowsThePictureInsideAndTheScreenInTheCorners) {
+  run([&] {
+    const Pixel green{0, 200, 0, 255}, white{255, 255, 255, 255};
+    auto avatar = ui::make<ui::UIImageView>();
+    avatar->setFrame({{100, 100}, {40, 40}});
+    avatar->setCornerRadius(20);
+    avatar->setImage(
+        std::make_shared<const ui::Image>(ui::Image::filled(80, 80, 2, green)));
+    auto s = scene();
+    s.layers.push_back({avatar, std::nullopt});
+    auto image = renderer_->draw(s);
+    // The middle is the picture; a square around it well inside the circle
+    // too.
+    EXPECT_EQ(countIn(image, {{110, 110}, {20, 20}}, green), 40 * 40);
+    // Each corner of the frame, outside the circle, is the white screen.
+    for (auto [x, y] :
+         {std::pair{100, 100}, {136, 100}, {100, 136}, {136, 136}})
+      EXPECT_EQ(countIn(image, {{double(x), double(y)}, {4, 4}}, white), 8 * 8)
+          << x << "," << y;
+    // Scaled by its transform to half about its centre: the picture covers
+    // only the middle.
+    avatar->setScale(0.5);
+    image = renderer_->draw(s);
+    EXPECT_EQ(countIn(image, {{100, 100}, {8, 40}}, green), 0);
+    EXPECT_EQ(countIn(image, {{116, 116}, {8, 8}}, green), 16 * 16);
+  });
+}
+
+TEST_F(RenderTest,
+       ChineseNameOnTheLatinFontDrawsFallbackGlyphsAtTheModelsWidth) {
+  run([&] {
+    render::TextPainter text;
+    const ui::Font font{"Helvetica", 20};
+    // The fallback face's ideographs are one em wide, as the model counts.
+    EXPECT_NEAR(text.naturalWidth("张伟", font), 40, 2);
+    EXPECT_DOUBLE_EQ(ui::textWidth("张伟", font), 40);
+    // The model measures with the pinned faces' own advances: Pango's
+    // width and the model's agree to the model's quarter-point rounding,
+    // regular and bold, Latin-1 included.
+    for (const char* s : {"Elizabeth Müller", "+86 138 0013 8000", "Mobile",
+                          "WWW iii MMM", "(0)-9/ß,é;Ä"})
+      for (const char* face : {"Helvetica", "Helvetica-Bold"}) {
+        const ui::Font f{face, 17};
+        // Up to a quarter point, give or take the table's thousandths of an
+        // em and Pango's 1/1024 units.
+        const double over = ui::textWidth(s, f) - text.naturalWidth(s, f);
+        EXPECT_GE(over, -0.03) << s << " " << face;
+        EXPECT_LT(over, 0.27) << s << " " << face;
+      }
+
+    auto label = ui::make<ui::UILabel>();
+    label->setFrame({{20, 100}, {200, 30}});
+    label->setFont(font);
+    label->setText("张伟 Wei");
+    label->setTextColor({0, 0, 1, 1});
+    auto s = scene();
+    s.layers.push_back({label, std::nullopt});
+    auto image = renderer_->draw(s);
+    const Pixel blue{0, 0, 255, 255};
+    // Ink of both ideographs, and nothing past the measured text.
+    EXPECT_GT(countIn(image, {{20, 100}, {20, 30}}, blue, 40), 20);
+    EXPECT_GT(countIn(image, {{40, 100}, {20, 30}}, blue, 40), 20);
+    const double end = 20 + ui::textWidth(label->text(), font);
+    EXPECT_EQ(countIn(image, {{end + 1, 100}, {220 - end, 30}}, blue, 120), 0);
+  });
+}
+
+TEST_F(RenderTest, AlertIsDrawnAboveEverythingOverADimmedScreen) {
+  run([&] {
+    auto root = ui::make<ui::UIView>();
+    root->setBackgroundColor(ui::Color{1, 0, 0, 1});
+    auto s = scene();
+    s.layers.push_back({root, std::nullopt});
+    auto alert = std::make_shared<platform::Alert>();
+    alert->title = "Save group";
+    alert->message = "Name the group";
+    alert->cancelButton = "Cancel";
+    alert->otherButtons = {"Save"};
+    s.alert = alert;
+    auto image = renderer_->draw(s);
+    // The dimmed red around, the light box in the middle.
+    EXPECT_TRUE(near(image.pixel(10, 600), {153, 0, 0, 255}, 3));
+    EXPECT_GT(countIn(image, {{30, 284}, {260, 4}}, {247, 247, 247, 255}),
+              260 * 8 * 3 / 4);
+  });
+}
+
+}  // namespace
+}  // namespace zv

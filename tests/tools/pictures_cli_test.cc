@@ -1,0 +1,196 @@
+// --png on the session commands and zorvel tour: one picture per action
+// named in the output, at the screen's pixel size; a directory that cannot
+// be written stops the session before anything runs; the tour's page, opened
+// in headless Chromium, shows every picture and caption.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
+
+#include "platform/ui/image.h"
+#include "support/sim_fixture.h"
+#include "tools/cli_runner.h"
+
+namespace zv {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+std::string unescape(std::string s) {
+  for (auto [entity, c] : {std::pair{"&quot;", "\""},
+                           {"&lt;", "<"},
+                           {"&gt;", ">"},
+                           {"&amp;", "&"}})
+    s = std::regex_replace(s, std::regex(entity), c);
+  return s;
+}
+
+class PicturesCliTest : public ::testing::Test {
+ protected:
+  PicturesCliTest() {
+    fs::copy(
+        ZV_BINARY_DIR "/sample-device", root_.path(),
+        fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+  }
+  std::string quoted(const std::string& s) { return "'" + s + "'"; }
+  std::vector<json> steps(const std::string& out) {
+    std::vector<json> s;
+    std::istringstream lines(out);
+    for (std::string line; std::getline(lines, line);)
+      s.push_back(json::parse(line));
+    return s;
+  }
+  testing::TempRoot root_, pictures_;
+};
+
+TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
+  struct Case {
+    std::string command, actions;
+    int pixelWidth;
+    std::vector<std::string> names;
+  };
+  const std::vector<Case> cases = {
+      {"phone --screen 5.5",
+       "type:2 list",
+       1242,
+       {"001-type_2.png", "002-list.png"}},
+      {"call --screen 4",
+       "incoming:13912345678",
+       640,
+       {"001-incoming_13912345678.png"}},
+      {"contacts --screen 3.5",
+       "open:1",
+       640,
+       {"001-start.png", "002-open_1.png"}},
+      {"messages --screen 4.7",
+       "list open:1",
+       750,
+       {"001-list.png", "002-open_1.png"}},
+      {"controlcenter --screen 4.7", "open", 750, {"001-open.png"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.command);
+    const std::string dir = pictures_.path() + "/" + c.command.substr(0, 4);
+    auto r =
+        testing::runZorvel(c.command + " --root " + quoted(root_.path()) +
+                           " --json --png " + quoted(dir) + " " + c.actions);
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> named;
+    for (const auto& s : steps(r.out)) {
+      ASSERT_TRUE(s.contains("picture")) << s.dump();
+      named.push_back(fs::path(s["picture"].get<std::string>()).filename());
+      EXPECT_EQ(fs::path(s["picture"].get<std::string>()).parent_path(), dir);
+    }
+    EXPECT_EQ(named, c.names);
+    for (const auto& name : c.names) {
+      auto image = ui::Image::fromFile(dir + "/" + name, 1);
+      ASSERT_TRUE(image) << name;
+      EXPECT_EQ(image->pixelWidth(), c.pixelWidth) << name;
+    }
+    // In text the picture is a line of its own; without --png there is none.
+    auto text =
+        testing::runZorvel(c.command + " --root " + quoted(root_.path()) +
+                           " --png " + quoted(dir) + " " + c.actions);
+    EXPECT_NE(text.out.find("  picture: " + dir + "/" + c.names.back()),
+              std::string::npos);
+    auto plain = testing::runZorvel(c.command + " --root " +
+                                    quoted(root_.path()) + " " + c.actions);
+    EXPECT_EQ(plain.out.find("picture"), std::string::npos);
+  }
+}
+
+TEST_F(PicturesCliTest, ProgramLoadsNoDrawingLibraryUntilAskedForPictures) {
+  auto r = testing::runShell("ldd " + quoted(testing::zorvelBinary()));
+  ASSERT_EQ(r.status, 0) << r.err;
+  ASSERT_NE(r.out.find("libzvplatform.so"), std::string::npos) << r.out;
+  for (const char* library :
+       {"libzvrender", "libcairo", "libpango", "libfontconfig", "libharfbuzz"})
+    EXPECT_EQ(r.out.find(library), std::string::npos) << library;
+}
+
+TEST_F(PicturesCliTest, UnwritableDirectoryIsOneUsageErrorBeforeAnyAction) {
+  // A file where the directory should be: no user, root included, can make
+  // it.
+  const std::string blocker = pictures_.path() + "/file";
+  std::ofstream(blocker) << "x";
+  for (const char* command :
+       {"phone", "call", "contacts", "messages", "controlcenter"}) {
+    SCOPED_TRACE(command);
+    const std::string action = std::string(command) == "phone" ? "type:2"
+                               : std::string(command) == "call"
+                                   ? "incoming:10010"
+                               : std::string(command) == "contacts" ? "open:1"
+                               : std::string(command) == "messages" ? "list"
+                                                                    : "open";
+    auto r = testing::runZorvel(std::string(command) + " --root " +
+                                quoted(root_.path()) + " --png " +
+                                quoted(blocker + "/pictures") + " " + action);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.errLines(), 1u) << r.err;
+    EXPECT_EQ(r.err.rfind("zorvel: --png: ", 0), 0u) << r.err;
+  }
+}
+
+TEST_F(PicturesCliTest, TourPageShowsEveryPictureAndCaptionInChromium) {
+  ASSERT_TRUE(fs::exists("/usr/bin/chromium"))
+      << "headless Chromium is installed by scripts/setup";
+  const std::string dir = pictures_.path() + "/tour";
+  auto r = testing::runZorvel("tour --root " + quoted(root_.path()) + " " +
+                              quoted(dir));
+  ASSERT_EQ(r.status, 0) << r.err;
+  std::ifstream in(dir + "/index.html");
+  std::stringstream page;
+  page << in.rdbuf();
+  std::vector<std::string> captions;
+  const std::string html = page.str();
+  const std::regex caption("<figcaption>([^<]*)</figcaption>");
+  for (std::sregex_iterator it(html.begin(), html.end(), caption), end;
+       it != end; ++it)
+    captions.push_back((*it)[1]);
+  ASSERT_GE(captions.size(), 12u);
+
+  // A page beside the tour loads it in a frame and writes, per figure, the
+  // picture's natural width and the caption's text.
+  std::ofstream(dir + "/probe.html") << R"(<!DOCTYPE html><html><body>
+<pre id="result">pending</pre><iframe id="tour" src="index.html"></iframe>
+<script>
+document.getElementById('tour').addEventListener('load', () => {
+  const d = document.getElementById('tour').contentDocument;
+  const rows = [];
+  for (const f of d.querySelectorAll('figure')) {
+    const img = f.querySelector('img'), cap = f.querySelector('figcaption');
+    rows.push((img && img.complete ? img.naturalWidth : -1) + '|' +
+              (cap ? cap.textContent : ''));
+  }
+  document.getElementById('result').textContent = rows.join('\n');
+});
+</script></body></html>)";
+  auto dom = testing::runShell(
+      "/usr/bin/chromium --headless --no-sandbox --disable-gpu "
+      "--allow-file-access-from-files --virtual-time-budget=10000 "
+      "--dump-dom " +
+      quoted("file://" + dir + "/probe.html"));
+  ASSERT_EQ(dom.status, 0) << dom.err;
+  const auto start = dom.out.find("<pre id=\"result\">");
+  ASSERT_NE(start, std::string::npos) << dom.out;
+  const auto stop = dom.out.find("</pre>", start);
+  std::istringstream rows(dom.out.substr(start + 17, stop - start - 17));
+  size_t n = 0;
+  for (std::string row; std::getline(rows, row); ++n) {
+    ASSERT_LT(n, captions.size()) << row;
+    const auto bar = row.find('|');
+    ASSERT_NE(bar, std::string::npos) << row;
+    EXPECT_GT(std::stoi(row.substr(0, bar)), 0) << row;
+    // Both sides as text, the markup's entities decoded.
+    EXPECT_EQ(unescape(row.substr(bar + 1)), unescape(captions[n]));
+  }
+  EXPECT_EQ(n, captions.size());
+}
+
+}  // namespace
+}  // namespace zv
