@@ -18,11 +18,6 @@ bool endsWith(const std::string& text, const std::string& end) {
          text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-// Seconds from the settings to whole milliseconds, truncated.
-int64_t milliseconds(float seconds) {
-  return static_cast<int64_t>(std::trunc(static_cast<double>(seconds) * 1000));
-}
-
 // The own label inside the LCD, made once.
 std::shared_ptr<ui::UILabel> makeOwnLabel() {
   auto label = ui::make<ui::UILabel>();
@@ -151,28 +146,13 @@ void ZVInCallController::connectedVibrate(const rt::Id& argument) {
   if (!_settings || !_settings->EnableConnectedVibrate()) return;
   rt::Id call = callOf(argument);
   if (!call) return;
-  if (host_->status(call) != 1) {
-    vibrateLatch_ = false;
-    return;
-  }
-  if (!host_->isOutgoing(call) || vibrateLatch_) return;
-  vibrateLatch_ = true;
-  auto& platform = platform::current();
-  platform.cancelPrevious(this, "vibrate");
-  platform.performAfterDelay(this, "vibrate", kVibrateDelay,
-                             [weak = weak_from_this()] {
-                               if (auto self = weak.lock()) self->vibrate();
-                             });
+  if (connectVibration_.shouldVibrate(host_->status(call),
+                                      host_->isOutgoing(call)))
+    ConnectVibration::schedule(*this);
 }
 
 void ZVInCallController::vibrate() {
-  if (!_settings) return;
-  const auto& s = *_settings;
-  UIDevice::vibrateWithIntensity(
-      s.ConnectedVibrateIntensity(),
-      milliseconds(s.ConnectedVibrateTotalDuration()),
-      milliseconds(s.ConnectedVibrateOnDuration()),
-      milliseconds(s.ConnectedVibrateOffDuration()));
+  if (_settings) ConnectVibration::vibrate(*_settings);
 }
 
 }  // namespace zv

@@ -16,6 +16,7 @@
 #include <memory>
 #include <string>
 
+#include "callscreens/connect_vibration.h"
 #include "callscreens/in_call_host.h"
 
 namespace zv {
@@ -27,7 +28,6 @@ class ZVInCallController
     : public std::enable_shared_from_this<ZVInCallController> {
  public:
   static constexpr int kOwnLabelTag = 10086;
-  static constexpr double kVibrateDelay = 0.1;
 
   static std::shared_ptr<ZVInCallController> sharedInstance();
   ZVInCallController();
@@ -54,7 +54,7 @@ class ZVInCallController
   const std::string& curArea() const { return _curArea; }
   int curCallStatus() const { return _curCallStatus; }
   int curRecordID() const { return _curRecordID; }
-  bool vibrateLatch() const { return vibrateLatch_; }
+  bool vibrateLatch() const { return connectVibration_.latched(); }
 
  private:
   rt::Id callOf(const rt::Id& argument) const;
@@ -66,7 +66,7 @@ class ZVInCallController
   int32_t _curCallStatus = 0;
   int32_t _curRecordID = -1;
   // True once the vibration is scheduled for the current active call.
-  bool vibrateLatch_ = false;
+  ConnectVibration connectVibration_;
   std::shared_ptr<InCallHost> host_;
 };
 

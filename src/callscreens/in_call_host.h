@@ -31,13 +31,14 @@ class InCallHost {
   // comes as a notification whose object is the call).
   virtual rt::Id notificationObject(const rt::Id& notification) = 0;
 
-  // --- The in-call screen ------------------------------------------------------
+  // --- The in-call screen ---------------------------------------------
   // The in-call controller's LCD view (its instance variable), nil when none.
   virtual rt::Id lcdView(const rt::Id& controller) = 0;
   // The LCD's current status label ("" when none).
   virtual std::string label(const rt::Id& lcd) = 0;
   // Sets the LCD's label as anyone would, through the replaced method.
-  virtual void setLabel(const rt::Id& lcd, const std::string& label, bool animate) = 0;
+  virtual void setLabel(const rt::Id& lcd, const std::string& label,
+                        bool animate) = 0;
   virtual bool shouldCenterText(const rt::Id& lcd) = 0;
   // The LCD as a view, into which the own label goes; null when it is not one.
   virtual std::shared_ptr<ui::UIView> view(const rt::Id& lcd) = 0;

@@ -39,6 +39,7 @@
 #include <string>
 #include <vector>
 
+#include "callscreens/connect_vibration.h"
 #include "callscreens/incoming_call_host.h"
 #include "platform/runtime/object.h"
 #include "platform/ui/image.h"
@@ -60,7 +61,6 @@ class ZVIncomingCallController
   static constexpr int kOutgoingLabelTag = 10010;
   // Points after every line of the information text view.
   static constexpr double kInfoLineSpacing = 6.0;
-  static constexpr double kVibrateDelay = 0.1;
   // Ring durations outside 1..kMaxRingSeconds are not recorded.
   static constexpr int64_t kMaxRingSeconds = 119;
   static constexpr const char* kBlacklistPath =
@@ -183,7 +183,7 @@ class ZVIncomingCallController
   bool isIncomingCall() const { return _isIncomingCall; }
   double ringtime() const { return _ringtime; }
   int32_t curInCallStatus() const { return _curInCallStatus; }
-  bool vibrateLatch() const { return vibrateLatch_; }
+  bool vibrateLatch() const { return connectVibration_.latched(); }
   const std::optional<std::vector<std::string>>& blacklist() const {
     return _blacklist;
   }
@@ -237,7 +237,7 @@ class ZVIncomingCallController
   int32_t _curInCallStatus = 0;
   bool _skipBlockAction = false;
   // True once the connect vibration is scheduled for the active call.
-  bool vibrateLatch_ = false;
+  ConnectVibration connectVibration_;
 };
 
 }  // namespace zv

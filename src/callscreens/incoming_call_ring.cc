@@ -12,14 +12,7 @@
 #include "search/call_history.h"
 
 namespace zv {
-namespace {
-
-// Seconds from the settings to whole milliseconds, truncated.
-int64_t milliseconds(float seconds) {
-  return static_cast<int64_t>(std::trunc(static_cast<double>(seconds) * 1000));
-}
-
-}  // namespace
+namespace {}  // namespace
 
 void ZVIncomingCallController::initCall() {
   _isIncomingCall = true;
@@ -87,28 +80,13 @@ bool ZVIncomingCallController::areDeclineButton() {
 void ZVIncomingCallController::connectedVibrate(const rt::Id& call) {
   if (!_settings || !_settings->EnableConnectedVibrate() || !call || !host_)
     return;
-  if (host_->status(call) != 1) {
-    vibrateLatch_ = false;
-    return;
-  }
-  if (!host_->isOutgoing(call) || vibrateLatch_) return;
-  vibrateLatch_ = true;
-  auto& platform = platform::current();
-  platform.cancelPrevious(this, "vibrate");
-  platform.performAfterDelay(this, "vibrate", kVibrateDelay,
-                             [weak = weak_from_this()] {
-                               if (auto self = weak.lock()) self->vibrate();
-                             });
+  if (connectVibration_.shouldVibrate(host_->status(call),
+                                      host_->isOutgoing(call)))
+    ConnectVibration::schedule(*this);
 }
 
 void ZVIncomingCallController::vibrate() {
-  if (!_settings) return;
-  const auto& s = *_settings;
-  UIDevice::vibrateWithIntensity(
-      s.ConnectedVibrateIntensity(),
-      milliseconds(s.ConnectedVibrateTotalDuration()),
-      milliseconds(s.ConnectedVibrateOnDuration()),
-      milliseconds(s.ConnectedVibrateOffDuration()));
+  if (_settings) ConnectVibration::vibrate(*_settings);
 }
 
 }  // namespace zv

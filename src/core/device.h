@@ -9,13 +9,13 @@
 namespace zv {
 
 struct UIDevice {
-  static float OSVersion();  // "8.1.2" gives 8.1, read once
-  static bool isPhone6p();   // hardware model begins with "iPhone7,1"
-  static bool isPhone6();    // "iPhone7,2"
-  static bool isPhone5s();   // "iPhone6"
-  static bool isPhone5();    // "iPhone5"
-  static bool isPhone4s();   // "iPhone4"
-  static bool isPhone4();    // "iPhone3"
+  static float OSVersion();       // "8.1.2" gives 8.1, read once
+  static bool isPhone6p();        // hardware model begins with "iPhone7,1"
+  static bool isPhone6();         // "iPhone7,2"
+  static bool isPhone5s();        // "iPhone6"
+  static bool isPhone5();         // "iPhone5"
+  static bool isPhone4s();        // "iPhone4"
+  static bool isPhone4();         // "iPhone3"
   static bool isPhone6pscreen();  // 414 x 736 points, either orientation
   static bool isPhone6screen();   // 375 x 667 points
   static bool isPhone5screen();   // 640 x 1136 pixels

@@ -48,8 +48,8 @@ bool guarded(GuardKind kind, const rt::Object* receiver,
     (kind == GuardKind::Alert ? zvexception : zvexceptionlog)(receiver,
                                                               selector, &e);
   } catch (...) {
-    (kind == GuardKind::Alert ? zvexception : zvexceptionlog)(receiver,
-                                                              selector, nullptr);
+    (kind == GuardKind::Alert ? zvexception : zvexceptionlog)(
+        receiver, selector, nullptr);
   }
   return false;
 }

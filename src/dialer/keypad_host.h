@@ -25,11 +25,13 @@ class KeypadHost {
 
   // The display (only with the matching capability).
   virtual std::string displayText(const rt::Id& dialer) = 0;
-  virtual void setDisplayText(const rt::Id& dialer, const std::string& text, bool needsFormat) = 0;
+  virtual void setDisplayText(const rt::Id& dialer, const std::string& text,
+                              bool needsFormat) = 0;
   // The add-contact button (null without the capability) and its label
   // (null when the button has none).
   virtual rt::Id addContactButton(const rt::Id& dialer) = 0;
-  virtual std::shared_ptr<ui::UILabel> addToContactsLabel(const rt::Id& button) = 0;
+  virtual std::shared_ptr<ui::UILabel> addToContactsLabel(
+      const rt::Id& button) = 0;
   // The dialer's "add to contacts" action, if it has one.
   virtual bool canAddToContacts(const rt::Id& dialer) = 0;
   virtual void addButtonClicked(const rt::Id& dialer, const rt::Id& button) = 0;
@@ -37,7 +39,8 @@ class KeypadHost {
   virtual std::shared_ptr<ui::UIView> view(const rt::Id& dialer) = 0;
 
   // The host's own key handlers, bypassing the hooks.
-  virtual void appendString(const rt::Id& dialer, const rt::Id& pad, const std::string& text) = 0;
+  virtual void appendString(const rt::Id& dialer, const rt::Id& pad,
+                            const std::string& text) = 0;
   virtual void replaceLastDigit(const rt::Id& dialer, const rt::Id& pad,
                                 const std::string& text) = 0;
   virtual void deleteLastDigit(const rt::Id& dialer, const rt::Id& pad) = 0;

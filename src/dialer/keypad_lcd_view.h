@@ -33,7 +33,9 @@ class ZVKeypadLCDView : public ui::UIView {
   explicit ZVKeypadLCDView(rt::Class* isa) : ui::UIView(isa) {}
   static std::shared_ptr<ZVKeypadLCDView> make(const ui::Rect& frame);
 
-  void setDelegate(std::weak_ptr<ZVKeypadLCDViewDelegate> d) { delegate_ = std::move(d); }
+  void setDelegate(std::weak_ptr<ZVKeypadLCDViewDelegate> d) {
+    delegate_ = std::move(d);
+  }
   void setNumber(std::string n) { number_ = std::move(n); }
   void setName(std::string n) { name_ = std::move(n); }
   void setAvatar(ui::ImagePtr a) { avatar_ = std::move(a); }
@@ -52,9 +54,15 @@ class ZVKeypadLCDView : public ui::UIView {
   void clearLCDView();
 
   // The labels of a line, left / centre / right.
-  const std::array<std::shared_ptr<ui::UILabel>, 3>& numberLabels() const { return number_labels_; }
-  const std::array<std::shared_ptr<ui::UILabel>, 3>& nameLabels() const { return name_labels_; }
-  const std::shared_ptr<ui::UIImageView>& avatarImageView() const { return avatarImageView_; }
+  const std::array<std::shared_ptr<ui::UILabel>, 3>& numberLabels() const {
+    return number_labels_;
+  }
+  const std::array<std::shared_ptr<ui::UILabel>, 3>& nameLabels() const {
+    return name_labels_;
+  }
+  const std::shared_ptr<ui::UIImageView>& avatarImageView() const {
+    return avatarImageView_;
+  }
 
   // The screen's largest and smallest number font sizes, and the size for a
   // number of `length` characters between the bounds a and b.
@@ -64,10 +72,12 @@ class ZVKeypadLCDView : public ui::UIView {
   void build();
   // Lays one line out: three runs when `split`, else the whole text in the
   // left label.
-  void layoutLine(std::array<std::shared_ptr<ui::UILabel>, 3>& labels, const std::string& text,
-                  ZVRange range, bool split, const ui::Font& font, double boxX, double boxWidth,
+  void layoutLine(std::array<std::shared_ptr<ui::UILabel>, 3>& labels,
+                  const std::string& text, ZVRange range, bool split,
+                  const ui::Font& font, double boxX, double boxWidth,
                   double top, double height, bool fitWhole);
-  void applyColor(const std::shared_ptr<ui::UILabel>& label, int code, int& applied);
+  void applyColor(const std::shared_ptr<ui::UILabel>& label, int code,
+                  int& applied);
 
   std::weak_ptr<ZVKeypadLCDViewDelegate> delegate_;
   std::string number_, name_;

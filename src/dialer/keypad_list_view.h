@@ -45,9 +45,13 @@ class ZVKeypadListView : public ui::UIView {
   explicit ZVKeypadListView(rt::Class* isa) : ui::UIView(isa) {}
   static std::shared_ptr<ZVKeypadListView> make(const ui::Rect& frame);
 
-  void setDelegate(std::weak_ptr<ZVKeypadListViewDelegate> d) { _delegate = std::move(d); }
+  void setDelegate(std::weak_ptr<ZVKeypadListViewDelegate> d) {
+    _delegate = std::move(d);
+  }
   void setSearcher(std::shared_ptr<ZVSearcher> s) { _search = std::move(s); }
-  void setPersons(ZVSearcher::PersonList persons) { _persons = std::move(persons); }
+  void setPersons(ZVSearcher::PersonList persons) {
+    _persons = std::move(persons);
+  }
   const ZVSearcher::PersonList& persons() const { return _persons; }
   void setInputNumber(std::string n) { _inputNumber = std::move(n); }
   void setUpInputNumber(bool up) { _upInputNumber = up; }
@@ -58,11 +62,14 @@ class ZVKeypadListView : public ui::UIView {
   // The result shown on a row.
   size_t getCellIndex(size_t row) const;
 
-  const std::shared_ptr<ui::UITableView>& tableView() const { return _tableView; }
+  const std::shared_ptr<ui::UITableView>& tableView() const {
+    return _tableView;
+  }
 
  private:
   void build();
-  std::shared_ptr<ui::UITableViewCell> cellForRow(ui::UITableView& table, size_t row);
+  std::shared_ptr<ui::UITableViewCell> cellForRow(ui::UITableView& table,
+                                                  size_t row);
   void setAvatar(ZVKeypadListCell& cell, int32_t recordId);
 
   std::weak_ptr<ZVKeypadListViewDelegate> _delegate;

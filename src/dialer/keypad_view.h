@@ -40,15 +40,23 @@ class ZVKeypadView : public ui::UIView, public ZVKeypadLCDViewDelegate {
   explicit ZVKeypadView(rt::Class* isa) : ui::UIView(isa) {}
   static std::shared_ptr<ZVKeypadView> make(const ui::Rect& frame);
 
-  void setDelegate(std::weak_ptr<ZVKeypadViewDelegate> d) { _delegate = std::move(d); }
+  void setDelegate(std::weak_ptr<ZVKeypadViewDelegate> d) {
+    _delegate = std::move(d);
+  }
   void setSearcher(std::shared_ptr<ZVSearcher> s) { _search = std::move(s); }
-  void setPersons(ZVSearcher::PersonList persons) { _persons = std::move(persons); }
+  void setPersons(ZVSearcher::PersonList persons) {
+    _persons = std::move(persons);
+  }
   const ZVSearcher::PersonList& persons() const { return _persons; }
   void setIndex(size_t i) { _index = i; }
   size_t index() const { return _index; }
   void setInputNumber(std::string n) { _inputNumber = std::move(n); }
-  void setAddToContactsText(std::optional<std::string> t) { _addToContactsText = std::move(t); }
-  const std::optional<std::string>& addToContactsText() const { return _addToContactsText; }
+  void setAddToContactsText(std::optional<std::string> t) {
+    _addToContactsText = std::move(t);
+  }
+  const std::optional<std::string>& addToContactsText() const {
+    return _addToContactsText;
+  }
 
   void updateLCDViews();
   void clearLCDViews();
@@ -70,12 +78,22 @@ class ZVKeypadView : public ui::UIView, public ZVKeypadLCDViewDelegate {
   static bool isAddToContactsPerson(const ZVPerson& person);
 
   // The pages in their current order (previous, current, next).
-  const std::array<std::shared_ptr<ZVKeypadLCDView>, 3>& lcdViews() const { return _lcdViews; }
-  const std::shared_ptr<ui::UIScrollView>& scrollView() const { return _lcdScrollView; }
+  const std::array<std::shared_ptr<ZVKeypadLCDView>, 3>& lcdViews() const {
+    return _lcdViews;
+  }
+  const std::shared_ptr<ui::UIScrollView>& scrollView() const {
+    return _lcdScrollView;
+  }
   const std::shared_ptr<ui::UIButton>& addButton() const { return _addButton; }
-  const std::shared_ptr<ui::UIButton>& deleteButton() const { return _deleteButton; }
-  const std::shared_ptr<ui::UIImageView>& leftArrow() const { return _leftImageView; }
-  const std::shared_ptr<ui::UIImageView>& rightArrow() const { return _rightImageView; }
+  const std::shared_ptr<ui::UIButton>& deleteButton() const {
+    return _deleteButton;
+  }
+  const std::shared_ptr<ui::UIImageView>& leftArrow() const {
+    return _leftImageView;
+  }
+  const std::shared_ptr<ui::UIImageView>& rightArrow() const {
+    return _rightImageView;
+  }
 
   // ZVKeypadLCDViewDelegate
   void keypadLCDViewPressed() override;

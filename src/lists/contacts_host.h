@@ -32,7 +32,8 @@ class ContactsHost {
 
   // --- The card (ABContactViewController) ----------------------------------
   // The record id of the shown contact; nothing when it shows none.
-  virtual std::optional<int32_t> contactRecordId(const rt::Id& viewController) = 0;
+  virtual std::optional<int32_t> contactRecordId(
+      const rt::Id& viewController) = 0;
 
   // --- A list cell ----------------------------------------------------------
   // Whether the cell responds to `person`.
@@ -40,7 +41,8 @@ class ContactsHost {
   // The person's `name`; nothing when it has none.
   virtual std::optional<std::string> personName(const rt::Id& cell) = 0;
   // The person's address-book `record`; null when it has none.
-  virtual std::shared_ptr<const ABPersonRecord> personRecord(const rt::Id& cell) = 0;
+  virtual std::shared_ptr<const ABPersonRecord> personRecord(
+      const rt::Id& cell) = 0;
   // The cell's contactNameView and its nameLabel (before 8.0); null when
   // absent.
   virtual std::shared_ptr<ui::UIView> contactNameView(const rt::Id& cell) = 0;

@@ -30,7 +30,8 @@ class RecentsHost {
   virtual rt::Id call(const rt::Id& cell) = 0;
   // The cell's sub-view under `key` of its allViews ("Name", "Label",
   // "CallTypeIcon", and "Count" before 8.0); null when absent.
-  virtual std::shared_ptr<ui::UIView> cellView(const rt::Id& cell, const std::string& key) = 0;
+  virtual std::shared_ptr<ui::UIView> cellView(const rt::Id& cell,
+                                               const std::string& key) = 0;
   // Number of calls the row groups (8.0 on); 0 when unknown.
   virtual int64_t count(const rt::Id& cell) = 0;
   virtual bool isEditing(const rt::Id& cell) = 0;
@@ -54,14 +55,17 @@ class RecentsHost {
   // The contact's address-book record: through the call's phoneBookManager
   // getABRecordRef (8.0 on), or the call's addressBookRecord (before). Null
   // when the caller is no contact.
-  virtual std::shared_ptr<const ABPersonRecord> phoneBookRecord(const rt::Id& call) = 0;
-  virtual std::shared_ptr<const ABPersonRecord> addressBookRecord(const rt::Id& call) = 0;
+  virtual std::shared_ptr<const ABPersonRecord> phoneBookRecord(
+      const rt::Id& call) = 0;
+  virtual std::shared_ptr<const ABPersonRecord> addressBookRecord(
+      const rt::Id& call) = 0;
 
   // --- The Recents view controller -----------------------------------------
   // The cell of `row` in the controller's `table`; null when not on screen.
   virtual rt::Id cellForRow(const rt::Id& viewController, int64_t row) = 0;
   // Asks the controller's recentsManager to reload its calls (before 8.0).
-  virtual void callHistorySignificantChangeNotification(const rt::Id& viewController) = 0;
+  virtual void callHistorySignificantChangeNotification(
+      const rt::Id& viewController) = 0;
 };
 
 }  // namespace zv

@@ -45,7 +45,8 @@ class ZVSMSHost {
   // The recipient's originalAddress ("" when none).
   virtual std::string recipientAddress(const rt::Id& conversation) = 0;
   // The recipient's abRecord; null when the number belongs to no contact.
-  virtual std::shared_ptr<const ABPersonRecord> recipientRecord(const rt::Id& conversation) = 0;
+  virtual std::shared_ptr<const ABPersonRecord> recipientRecord(
+      const rt::Id& conversation) = 0;
   virtual bool hasUnreadMessages(const rt::Id& conversation) = 0;
   // Below system 8.0 only.
   virtual bool hasUnreadiMessages(const rt::Id& conversation) = 0;
@@ -68,8 +69,10 @@ class ZVSMSHost {
   virtual bool isNewRecipient(const rt::Id& composer) = 0;
   // The composer's navigation item, and the controller it is presented from
   // (its navigation controller).
-  virtual std::shared_ptr<ui::UINavigationItem> navigationItem(const rt::Id& composer) = 0;
-  virtual std::shared_ptr<ui::UIViewController> presentingController(const rt::Id& composer) = 0;
+  virtual std::shared_ptr<ui::UINavigationItem> navigationItem(
+      const rt::Id& composer) = 0;
+  virtual std::shared_ptr<ui::UIViewController> presentingController(
+      const rt::Id& composer) = 0;
   // The toField of the composer's recipient controller:
   // composeRecipientSelectionController when `compose` (8.0 and later),
   // recipientSelectionController otherwise. Null when there is none.

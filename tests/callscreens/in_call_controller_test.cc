@@ -10,8 +10,8 @@
 
 #include "platform/sim/device_presets.h"
 #include "platform/ui/label.h"
-#include "support/sim_fixture.h"
 #include "support/device_files.h"
+#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

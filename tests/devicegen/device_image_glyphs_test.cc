@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "platform/ui/image.h"
 #include "devicegen/device_image.h"
+#include "platform/ui/image.h"
 #include "support/sim_fixture.h"
 
 namespace zv {

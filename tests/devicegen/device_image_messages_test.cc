@@ -3,11 +3,11 @@
 // two check-mark pictures.
 #include <gtest/gtest.h>
 
-#include "support/device_db.h"
+#include "devicegen/device_image.h"
 #include "platform/db/messages_schema.h"
 #include "platform/db/platform_schema.h"
 #include "platform/ui/image.h"
-#include "devicegen/device_image.h"
+#include "support/device_db.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {

@@ -9,13 +9,13 @@
 
 #include "area/area_loader.h"
 #include "callscreens/in_call_controller.h"
+#include "devicegen/device_image.h"
 #include "hosts/phone/app.h"
 #include "hostsdk/phone.h"
 #include "hostsdk/telephony.h"
 #include "platform/process.h"
 #include "platform/sim/sim_telephony.h"
 #include "platform/telephony/call_objects.h"
-#include "devicegen/device_image.h"
 #include "support/world.h"
 
 namespace zv {

@@ -5,12 +5,12 @@
 
 #include <filesystem>
 
+#include "devicegen/device_image.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone/app.h"
 #include "platform/plist.h"
 #include "platform/ui/sheets.h"
-#include "devicegen/device_image.h"
 #include "support/sim_fixture.h"
 
 namespace zv {

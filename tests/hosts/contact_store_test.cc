@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/device_db.h"
 #include "platform/db/platform_schema.h"
+#include "support/device_db.h"
 #include "support/sim_fixture.h"
 
 namespace zv::hosts {

@@ -20,7 +20,7 @@
 
 namespace zv::testing {
 
-inline constexpr char kBeijingMobile[] = "13001000000";   // 北京市 中国联通
+inline constexpr char kBeijingMobile[] = "13001000000";  // 北京市 中国联通
 inline constexpr char kShanghaiMobile[] = "13002100000";  // 上海市 中国联通
 inline constexpr char kUnknownNumber[] = "99999";
 inline constexpr double kSince1970 = 978307200.0;
@@ -29,7 +29,8 @@ inline constexpr double kSince1970 = 978307200.0;
 class FakePerson : public ABPersonRecord {
  public:
   FakePerson(int32_t id, bool picture, ui::Pixel colour = {255, 0, 0, 255})
-      : id_(id), png_(picture ? ui::Image::filled(80, 80, 1, colour).encodePng() : "") {}
+      : id_(id),
+        png_(picture ? ui::Image::filled(80, 80, 1, colour).encodePng() : "") {}
   int32_t recordId() const override { return id_; }
   bool hasImageData() const override { return !png_.empty(); }
   std::string copyImageData(int) const override { return png_; }
@@ -61,7 +62,8 @@ struct FakeRow {
 class FakeRecentsHost : public RecentsHost {
  public:
   // A row of the size of a 4.7-inch Recents row, with the host's views.
-  std::shared_ptr<ui::UITableViewCell> makeCell(double nameSize = 17, double labelSize = 14) {
+  std::shared_ptr<ui::UITableViewCell> makeCell(double nameSize = 17,
+                                                double labelSize = 14) {
     auto cell = ui::UITableViewCell::make(ui::CellStyle::Default, "recents");
     cell->setFrame({{0, 0}, {375, 56}});
     FakeRow row;
@@ -74,17 +76,18 @@ class FakeRecentsHost : public RecentsHost {
     row.count = ui::make<ui::UILabel>();
     row.count->setFont({"Helvetica", nameSize});
     row.icon = ui::make<ui::UIImageView>();
-    row.icon->setImage(
-        std::make_shared<const ui::Image>(ui::Image::filled(32, 32, 2, {0, 0, 0, 255})));
-    for (auto view :
-         std::vector<std::shared_ptr<ui::UIView>>{row.name, row.label, row.count, row.icon})
+    row.icon->setImage(std::make_shared<const ui::Image>(
+        ui::Image::filled(32, 32, 2, {0, 0, 0, 255})));
+    for (auto view : std::vector<std::shared_ptr<ui::UIView>>{
+             row.name, row.label, row.count, row.icon})
       cell->contentView()->addSubview(view);
     rows_[cell.get()] = row;
     return cell;
   }
   FakeRow& row(const rt::Id& cell) { return rows_.at(cell.get()); }
   // Shows `call` in the row with the texts the host sets.
-  void show(const rt::Id& cell, const rt::Id& call, std::string name, std::string label) {
+  void show(const rt::Id& cell, const rt::Id& call, std::string name,
+            std::string label) {
     FakeRow& r = row(cell);
     r.call = call;
     r.name->setText(std::move(name));
@@ -103,7 +106,8 @@ class FakeRecentsHost : public RecentsHost {
     auto it = rows_.find(cell.get());
     return it == rows_.end() ? nullptr : it->second.call;
   }
-  std::shared_ptr<ui::UIView> cellView(const rt::Id& cell, const std::string& key) override {
+  std::shared_ptr<ui::UIView> cellView(const rt::Id& cell,
+                                       const std::string& key) override {
     auto it = rows_.find(cell.get());
     if (it == rows_.end()) return nullptr;
     if (key == "Name") return it->second.name;
@@ -114,24 +118,38 @@ class FakeRecentsHost : public RecentsHost {
   }
   int64_t count(const rt::Id& cell) override { return row(cell).grouped; }
   bool isEditing(const rt::Id& cell) override { return row(cell).editing; }
-  bool isRecentsCell(const rt::Id& cell) override { return rows_.contains(cell.get()); }
-  Value callOccurrences(const rt::Id& call) override { return callData(call).occurrences; }
+  bool isRecentsCell(const rt::Id& cell) override {
+    return rows_.contains(cell.get());
+  }
+  Value callOccurrences(const rt::Id& call) override {
+    return callData(call).occurrences;
+  }
   Value date(const rt::Id& call) override { return callData(call).date; }
-  std::string callerId(const rt::Id& call) override { return callData(call).number; }
-  std::string destination(const rt::Id& call) override { return callData(call).number; }
-  Value addressBookRecordId(const rt::Id& call) override { return callData(call).recordId; }
+  std::string callerId(const rt::Id& call) override {
+    return callData(call).number;
+  }
+  std::string destination(const rt::Id& call) override {
+    return callData(call).number;
+  }
+  Value addressBookRecordId(const rt::Id& call) override {
+    return callData(call).recordId;
+  }
   int32_t uid(const rt::Id& call) override { return callData(call).uid; }
-  std::shared_ptr<const ABPersonRecord> phoneBookRecord(const rt::Id& call) override {
+  std::shared_ptr<const ABPersonRecord> phoneBookRecord(
+      const rt::Id& call) override {
     return callData(call).person;
   }
-  std::shared_ptr<const ABPersonRecord> addressBookRecord(const rt::Id& call) override {
+  std::shared_ptr<const ABPersonRecord> addressBookRecord(
+      const rt::Id& call) override {
     return callData(call).person;
   }
   rt::Id cellForRow(const rt::Id&, int64_t row) override {
     auto it = table_.find(row);
     return it == table_.end() ? nullptr : it->second;
   }
-  void callHistorySignificantChangeNotification(const rt::Id&) override { ++significantChanges; }
+  void callHistorySignificantChangeNotification(const rt::Id&) override {
+    ++significantChanges;
+  }
 
  private:
   static rt::Class* callClass() { return rt::registerClass("FakeRecentCall"); }
@@ -161,9 +179,12 @@ class FakeContactsHost : public ContactsHost {
     phones_[cell.get()] = {l, v};
     return cell;
   }
-  std::shared_ptr<ui::UILabel> label(const rt::Id& cell) { return phones_.at(cell.get()).first; }
+  std::shared_ptr<ui::UILabel> label(const rt::Id& cell) {
+    return phones_.at(cell.get()).first;
+  }
   // A list cell with a name view (as before 8.0).
-  std::shared_ptr<ui::UITableViewCell> makeListCell(FakeListCell data, double nameSize = 17) {
+  std::shared_ptr<ui::UITableViewCell> makeListCell(FakeListCell data,
+                                                    double nameSize = 17) {
     auto cell = ui::UITableViewCell::make(ui::CellStyle::Default, "member");
     cell->setFrame({{0, 0}, {320, 44}});
     data.nameView = ui::make<ui::UIView>();
@@ -197,8 +218,11 @@ class FakeContactsHost : public ContactsHost {
     auto it = lists_.find(cell.get());
     return it != lists_.end() && it->second.hasPerson;
   }
-  std::optional<std::string> personName(const rt::Id& cell) override { return listCell(cell).name; }
-  std::shared_ptr<const ABPersonRecord> personRecord(const rt::Id& cell) override {
+  std::optional<std::string> personName(const rt::Id& cell) override {
+    return listCell(cell).name;
+  }
+  std::shared_ptr<const ABPersonRecord> personRecord(
+      const rt::Id& cell) override {
     return listCell(cell).person;
   }
   std::shared_ptr<ui::UIView> contactNameView(const rt::Id& cell) override {
@@ -212,7 +236,8 @@ class FakeContactsHost : public ContactsHost {
   }
 
  private:
-  std::map<const rt::Object*, std::pair<std::shared_ptr<ui::UILabel>, std::shared_ptr<ui::UILabel>>>
+  std::map<const rt::Object*, std::pair<std::shared_ptr<ui::UILabel>,
+                                        std::shared_ptr<ui::UILabel>>>
       phones_;
   std::map<const rt::Object*, FakeListCell> lists_;
   std::map<const rt::Object*, std::optional<int32_t>> cards_;
@@ -221,8 +246,9 @@ class FakeContactsHost : public ContactsHost {
 class ListsTest : public DialerTest {
  protected:
   ListsTest() {
-    platform_schema::createDatabase(root_ + platform_schema::kCallHistoryStorePath,
-                                    platform_schema::Database::kCallHistoryStore);
+    platform_schema::createDatabase(
+        root_ + platform_schema::kCallHistoryStorePath,
+        platform_schema::Database::kCallHistoryStore);
     platform_schema::createDatabase(root_ + platform_schema::kCallHistoryDbPath,
                                     platform_schema::Database::kCallHistoryDb);
     testing::execSql(root_ + platform_schema::kCallHistoryStorePath,
@@ -242,7 +268,8 @@ class ListsTest : public DialerTest {
 
   // Ring seconds stored for call dates (keys as the store formats them).
   void writeRingDurations(const Dict& durations) {
-    writePlist("/var/mobile/Library/Preferences/zorvel.missed.plist", durations);
+    writePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
+               durations);
   }
 
   static constexpr ui::Pixel kPlaceholder{128, 128, 128, 255};

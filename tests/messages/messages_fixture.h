@@ -42,7 +42,8 @@ struct FakeMessageCell : rt::Object {
   int orientation = 0;
   bool wantsLayout = false;
   ui::ImagePtr contactImage;
-  std::shared_ptr<ui::UIImageView> contactImageView = ui::make<ui::UIImageView>();
+  std::shared_ptr<ui::UIImageView> contactImageView =
+      ui::make<ui::UIImageView>();
 };
 // The composer: a view controller with a recipient field.
 struct FakeComposer : ui::UIViewController {
@@ -67,7 +68,8 @@ class FakeSMSHost : public ZVSMSHost {
     c.summary->setFrame({{15, 20}, {290, 40}});
     c.unread = ui::make<ui::UIImageView>();
     c.unread->setFrame({{3, 30}, {10, 10}});
-    for (auto v : {c.from, c.date, c.summary}) c.cell->contentView()->addSubview(v);
+    for (auto v : {c.from, c.date, c.summary})
+      c.cell->contentView()->addSubview(v);
     c.cell->contentView()->addSubview(c.unread);
     auto key = c.cell.get();
     return cells_[key] = std::move(c);
@@ -77,34 +79,59 @@ class FakeSMSHost : public ZVSMSHost {
   std::shared_ptr<ui::UITableViewCell> listCell(const rt::Id& cell) override {
     return std::dynamic_pointer_cast<ui::UITableViewCell>(cell);
   }
-  std::shared_ptr<ui::UILabel> fromLabel(const rt::Id& c) override { return find(c).from; }
-  std::shared_ptr<ui::UILabel> dateLabel(const rt::Id& c) override { return find(c).date; }
-  std::shared_ptr<ui::UILabel> summaryLabel(const rt::Id& c) override { return find(c).summary; }
-  std::shared_ptr<ui::UIView> unreadIndicator(const rt::Id& c) override { return find(c).unread; }
+  std::shared_ptr<ui::UILabel> fromLabel(const rt::Id& c) override {
+    return find(c).from;
+  }
+  std::shared_ptr<ui::UILabel> dateLabel(const rt::Id& c) override {
+    return find(c).date;
+  }
+  std::shared_ptr<ui::UILabel> summaryLabel(const rt::Id& c) override {
+    return find(c).summary;
+  }
+  std::shared_ptr<ui::UIView> unreadIndicator(const rt::Id& c) override {
+    return find(c).unread;
+  }
   bool isEditing(const rt::Id& c) override { return find(c).editing; }
 
-  std::string recipientAddress(const rt::Id& v) override { return conv(v).address; }
-  std::shared_ptr<const ABPersonRecord> recipientRecord(const rt::Id& v) override {
+  std::string recipientAddress(const rt::Id& v) override {
+    return conv(v).address;
+  }
+  std::shared_ptr<const ABPersonRecord> recipientRecord(
+      const rt::Id& v) override {
     return conv(v).record;
   }
   bool hasUnreadMessages(const rt::Id& v) override { return conv(v).unread; }
   bool hasUnreadiMessages(const rt::Id& v) override { return conv(v).unreadi; }
 
-  bool isMessageCell(const rt::Id& c) override { return rt::as<FakeMessageCell>(c) != nullptr; }
-  ui::ImagePtr contactImage(const rt::Id& c) override { return msg(c).contactImage; }
+  bool isMessageCell(const rt::Id& c) override {
+    return rt::as<FakeMessageCell>(c) != nullptr;
+  }
+  ui::ImagePtr contactImage(const rt::Id& c) override {
+    return msg(c).contactImage;
+  }
   int orientation(const rt::Id& c) override { return msg(c).orientation; }
-  void setWantsContactImageLayout(const rt::Id& c, bool w) override { msg(c).wantsLayout = w; }
-  void setContactImage(const rt::Id& c, ui::ImagePtr i) override { msg(c).contactImage = i; }
+  void setWantsContactImageLayout(const rt::Id& c, bool w) override {
+    msg(c).wantsLayout = w;
+  }
+  void setContactImage(const rt::Id& c, ui::ImagePtr i) override {
+    msg(c).contactImage = i;
+  }
   std::shared_ptr<ui::UIView> contactImageView(const rt::Id& c) override {
     return msg(c).contactImageView;
   }
-  int32_t transcriptRecordId(const rt::Id& t) override { return composer(t).record; }
+  int32_t transcriptRecordId(const rt::Id& t) override {
+    return composer(t).record;
+  }
 
-  bool isNewRecipient(const rt::Id& t) override { return composer(t).newRecipient; }
-  std::shared_ptr<ui::UINavigationItem> navigationItem(const rt::Id& t) override {
+  bool isNewRecipient(const rt::Id& t) override {
+    return composer(t).newRecipient;
+  }
+  std::shared_ptr<ui::UINavigationItem> navigationItem(
+      const rt::Id& t) override {
     return composer(t).navigationItem();
   }
-  std::shared_ptr<ui::UIViewController> presentingController(const rt::Id& t) override {
+  std::shared_ptr<ui::UIViewController> presentingController(
+      const rt::Id& t) override {
     return std::dynamic_pointer_cast<ui::UIViewController>(t);
   }
   rt::Id toField(const rt::Id& t, bool compose) override {
@@ -112,9 +139,12 @@ class FakeSMSHost : public ZVSMSHost {
                                         : "recipientSelectionController");
     return t;  // the composer stands in for its field
   }
-  std::vector<SMSRecipient> recipients(const rt::Id& f) override { return composer(f).recipients; }
+  std::vector<SMSRecipient> recipients(const rt::Id& f) override {
+    return composer(f).recipients;
+  }
   void removeAllRecipients(const rt::Id& f, bool modern) override {
-    composer(f).calls.push_back(modern ? "_removeAllRecipients" : "removeRecipients");
+    composer(f).calls.push_back(modern ? "_removeAllRecipients"
+                                       : "removeRecipients");
     composer(f).recipients.clear();
   }
   void addAddress(const rt::Id& f, const std::string& a) override {
@@ -128,9 +158,15 @@ class FakeSMSHost : public ZVSMSHost {
     auto it = cells_.find(c.get());
     return it == cells_.end() ? none : it->second;
   }
-  static FakeConversation& conv(const rt::Id& v) { return dynamic_cast<FakeConversation&>(*v); }
-  static FakeMessageCell& msg(const rt::Id& c) { return dynamic_cast<FakeMessageCell&>(*c); }
-  static FakeComposer& composer(const rt::Id& t) { return dynamic_cast<FakeComposer&>(*t); }
+  static FakeConversation& conv(const rt::Id& v) {
+    return dynamic_cast<FakeConversation&>(*v);
+  }
+  static FakeMessageCell& msg(const rt::Id& c) {
+    return dynamic_cast<FakeMessageCell&>(*c);
+  }
+  static FakeComposer& composer(const rt::Id& t) {
+    return dynamic_cast<FakeComposer&>(*t);
+  }
   std::map<const rt::Object*, FakeListCell> cells_;
 };
 
@@ -138,15 +174,17 @@ class FakeSMSHost : public ZVSMSHost {
 inline platform::DeviceFacts fourInch(std::string_view version = "8.1") {
   return *platform::simulatedDevice(version, "4");
 }
-inline platform::DeviceFacts fourPointSevenInch() { return platform::DeviceFacts{}; }
+inline platform::DeviceFacts fourPointSevenInch() {
+  return platform::DeviceFacts{};
+}
 
 class MessagesTest : public DialerTest {
  protected:
   static constexpr const char* kRecipientsFile =
       "/var/mobile/Library/Preferences/zorvel.recipients.plist";
 
-  platform::SimProcess& launchMessages(const Dict& settings,
-                                       platform::DeviceFacts facts = fourInch()) {
+  platform::SimProcess& launchMessages(
+      const Dict& settings, platform::DeviceFacts facts = fourInch()) {
     writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
     auto& p = world_.launch("com.apple.MobileSMS", facts);
     process_ = &p;
@@ -157,7 +195,8 @@ class MessagesTest : public DialerTest {
     return p;
   }
 
-  std::shared_ptr<FakeConversation> conversation(std::string address, int32_t record = -1,
+  std::shared_ptr<FakeConversation> conversation(std::string address,
+                                                 int32_t record = -1,
                                                  bool image = false) {
     auto v = rt::create<FakeConversation>(rt::registerClass("CKConversation"));
     v->address = std::move(address);
@@ -176,31 +215,37 @@ class MessagesTest : public DialerTest {
     std::string first, last;
     std::vector<std::pair<std::string, std::string>> numbers;
   };
-  void writeAddressBook(const std::vector<Person>& people,
-                        const std::vector<std::pair<std::string, std::vector<int>>>& groups) {
+  void writeAddressBook(
+      const std::vector<Person>& people,
+      const std::vector<std::pair<std::string, std::vector<int>>>& groups) {
     const std::string file = root_ + platform_schema::kAddressBookPath;
-    ASSERT_TRUE(platform_schema::createDatabase(file, platform_schema::Database::kAddressBook));
+    ASSERT_TRUE(platform_schema::createDatabase(
+        file, platform_schema::Database::kAddressBook));
     std::string sql;
     int uid = 1;
     for (size_t i = 0; i < people.size(); ++i) {
       const auto& p = people[i];
-      sql += "INSERT INTO ABPerson (ROWID,First,Last) VALUES (" + std::to_string(i + 1) + ",'" +
-             p.first + "','" + p.last + "');";
+      sql += "INSERT INTO ABPerson (ROWID,First,Last) VALUES (" +
+             std::to_string(i + 1) + ",'" + p.first + "','" + p.last + "');";
       for (const auto& [number, label] : p.numbers) {
-        sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" + label + "');";
-        sql += "INSERT INTO ABMultiValue (UID,record_id,property,identifier,label,value) "
+        sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" +
+               label + "');";
+        sql += "INSERT INTO ABMultiValue "
+               "(UID,record_id,property,identifier,label,value) "
                "VALUES (" +
-               std::to_string(uid) + "," + std::to_string(i + 1) + ",3," + std::to_string(uid) +
-               ",(SELECT ROWID FROM ABMultiValueLabel WHERE value='" + label + "'),'" + number +
-               "');";
+               std::to_string(uid) + "," + std::to_string(i + 1) + ",3," +
+               std::to_string(uid) +
+               ",(SELECT ROWID FROM ABMultiValueLabel WHERE value='" + label +
+               "'),'" + number + "');";
         ++uid;
       }
     }
     for (size_t g = 0; g < groups.size(); ++g) {
-      sql += "INSERT INTO ABGroup (ROWID,Name) VALUES (" + std::to_string(g + 1) + ",'" +
-             groups[g].first + "');";
+      sql += "INSERT INTO ABGroup (ROWID,Name) VALUES (" +
+             std::to_string(g + 1) + ",'" + groups[g].first + "');";
       for (int member : groups[g].second)
-        sql += "INSERT INTO ABGroupMembers (group_id,member_type,member_id) VALUES (" +
+        sql += "INSERT INTO ABGroupMembers (group_id,member_type,member_id) "
+               "VALUES (" +
                std::to_string(g + 1) + ",0," + std::to_string(member) + ");";
     }
     execSql(file, "BEGIN;" + sql + "COMMIT;");
@@ -208,10 +253,13 @@ class MessagesTest : public DialerTest {
   void writeCheckImages() {
     writeDeviceFile("/Library/Zorvel/checked.png",
                     ui::Image::filled(44, 44, 2, {0, 0, 255, 255}).encodePng());
-    writeDeviceFile("/Library/Zorvel/notchecked.png",
-                    ui::Image::filled(44, 44, 2, {200, 200, 200, 255}).encodePng());
+    writeDeviceFile(
+        "/Library/Zorvel/notchecked.png",
+        ui::Image::filled(44, 44, 2, {200, 200, 200, 255}).encodePng());
   }
-  std::optional<Dict> recipientsFile() { return plist::readDictionary(root_ + kRecipientsFile); }
+  std::optional<Dict> recipientsFile() {
+    return plist::readDictionary(root_ + kRecipientsFile);
+  }
 
   std::shared_ptr<FakeSMSHost> host_;
   platform::SimProcess* process_ = nullptr;

@@ -9,8 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include "cli_runner.h"
-#include "platform/plist.h"
 #include "platform/db/platform_schema.h"
+#include "platform/plist.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {

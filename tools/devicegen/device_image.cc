@@ -1,12 +1,11 @@
 #include "devicegen/device_image.h"
 
-#include "devicegen/block_sound.h"
-
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "devicegen/block_sound.h"
 #include "devicegen/device_image_pictures.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"

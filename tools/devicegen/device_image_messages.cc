@@ -10,11 +10,11 @@
 #include <stdexcept>
 #include <vector>
 
+#include "devicegen/device_image.h"
 #include "platform/db/messages_schema.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "platform/ui/image.h"
-#include "devicegen/device_image.h"
 
 namespace zv {
 namespace {

@@ -35,8 +35,10 @@ class TranscriptMessageCell : public ui::UIView {
 
 class TranscriptCollectionController : public ui::UIViewController {
  public:
-  static constexpr const char* kClassName = "CKTranscriptCollectionViewController";
-  explicit TranscriptCollectionController(rt::Class* isa) : ui::UIViewController(isa) {}
+  static constexpr const char* kClassName =
+      "CKTranscriptCollectionViewController";
+  explicit TranscriptCollectionController(rt::Class* isa)
+      : ui::UIViewController(isa) {}
 
   std::shared_ptr<MessagesConversation> conversation;
   std::shared_ptr<ui::UIView> collectionView;

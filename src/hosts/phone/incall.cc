@@ -1,9 +1,8 @@
 #include "hosts/phone/incall.h"
 
-#include <stdexcept>
-
 #include <cmath>
 #include <cstdio>
+#include <stdexcept>
 
 #include "hostsdk/phone.h"
 #include "hostsdk/telephony.h"

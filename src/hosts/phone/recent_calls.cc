@@ -1,8 +1,8 @@
 #include "hosts/phone/recent_calls.h"
 
-#include "platform/platform.h"
 #include "platform/db/platform_schema.h"
 #include "platform/db/sqlite_db.h"
+#include "platform/platform.h"
 
 namespace zv::hosts {
 namespace {

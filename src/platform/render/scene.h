@@ -28,11 +28,12 @@ namespace zv::render {
 class Canvas {
  public:
   virtual ~Canvas() = default;
-  virtual void fill(const ui::Rect& rect, const ui::Color& colour, double cornerRadius = 0) = 0;
+  virtual void fill(const ui::Rect& rect, const ui::Color& colour,
+                    double cornerRadius = 0) = 0;
   // One line of text in `rect`, centred vertically, cut with an ellipsis at
   // the end when it is wider than the rectangle.
-  virtual void text(const ui::Rect& rect, const std::string& text, const ui::Font& font,
-                    const ui::Color& colour,
+  virtual void text(const ui::Rect& rect, const std::string& text,
+                    const ui::Font& font, const ui::Color& colour,
                     ui::TextAlignment alignment = ui::TextAlignment::Left) = 0;
   // The image stretched over `rect`.
   virtual void image(const ui::Rect& rect, const ui::Image& image) = 0;

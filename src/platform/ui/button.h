@@ -16,7 +16,11 @@ enum ControlState : int {
   kStateDisabled = 2,
   kStateSelected = 4
 };
-enum ControlEvent : int { kTouchDown = 1, kTouchUpInside = 64, kValueChanged = 4096 };
+enum ControlEvent : int {
+  kTouchDown = 1,
+  kTouchUpInside = 64,
+  kValueChanged = 4096
+};
 
 class UIButton : public UIView {
  public:

@@ -11,7 +11,14 @@
 namespace zv::ui {
 
 enum class TextAlignment { Left, Center, Right };
-enum class LineBreakMode { WordWrap, CharWrap, Clip, TruncateHead, TruncateTail, TruncateMiddle };
+enum class LineBreakMode {
+  WordWrap,
+  CharWrap,
+  Clip,
+  TruncateHead,
+  TruncateTail,
+  TruncateMiddle
+};
 
 class UILabel : public UIView {
  public:

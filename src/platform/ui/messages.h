@@ -17,7 +17,8 @@ struct UIView {
   static constexpr std::string_view kName = "UIView";
   static constexpr rt::Message<rt::Id(int)> viewWithTag{kName, "viewWithTag:"};
   static constexpr rt::Message<void(rt::Id)> addSubview{kName, "addSubview:"};
-  static constexpr rt::Message<void()> removeFromSuperview{kName, "removeFromSuperview"};
+  static constexpr rt::Message<void()> removeFromSuperview{
+      kName, "removeFromSuperview"};
   static constexpr rt::Message<rt::Id()> superview{kName, "superview"};
   static constexpr rt::Message<bool()> isHidden{kName, "isHidden"};
   static constexpr rt::Message<void(bool)> setHidden{kName, "setHidden:"};
@@ -43,7 +44,8 @@ struct UIImageView {
 
 struct UIButton {
   static constexpr std::string_view kName = "UIButton";
-  static constexpr rt::Message<void(ImagePtr, int)> setImageForState{kName, "setImage:forState:"};
+  static constexpr rt::Message<void(ImagePtr, int)> setImageForState{
+      kName, "setImage:forState:"};
   static constexpr rt::Message<void(int)> sendActionsForControlEvents{
       kName, "sendActionsForControlEvents:"};
 };
@@ -63,8 +65,9 @@ struct UITableView {
 struct UIActionSheet {
   static constexpr std::string_view kName = "UIActionSheet";
   static constexpr rt::Message<void(rt::Id)> showInView{kName, "showInView:"};
-  static constexpr rt::Message<void(int, bool)> dismissWithClickedButtonIndexAnimated{
-      kName, "dismissWithClickedButtonIndex:animated:"};
+  static constexpr rt::Message<void(int, bool)>
+      dismissWithClickedButtonIndexAnimated{
+          kName, "dismissWithClickedButtonIndex:animated:"};
 };
 
 struct UIAlertView {
@@ -76,11 +79,13 @@ struct UIViewController {
   static constexpr std::string_view kName = "UIViewController";
   // Initialisers: both answer the receiver.
   static constexpr rt::Message<rt::Id()> init{kName, "init"};
-  static constexpr rt::Message<rt::Id(std::optional<std::string>, rt::Id)> initWithNibNameBundle{
-      kName, "initWithNibName:bundle:"};
+  static constexpr rt::Message<rt::Id(std::optional<std::string>, rt::Id)>
+      initWithNibNameBundle{kName, "initWithNibName:bundle:"};
   static constexpr rt::Message<rt::Id()> view{kName, "view"};
-  static constexpr rt::Message<void(bool)> viewWillAppear{kName, "viewWillAppear:"};
-  static constexpr rt::Message<void(bool)> viewWillDisappear{kName, "viewWillDisappear:"};
+  static constexpr rt::Message<void(bool)> viewWillAppear{kName,
+                                                          "viewWillAppear:"};
+  static constexpr rt::Message<void(bool)> viewWillDisappear{
+      kName, "viewWillDisappear:"};
 };
 
 struct UINavigationController {
@@ -89,18 +94,21 @@ struct UINavigationController {
       kName, "pushViewController:animated:"};
   static constexpr rt::Message<rt::Id(bool)> popViewControllerAnimated{
       kName, "popViewControllerAnimated:"};
-  static constexpr rt::Message<rt::Id()> topViewController{kName, "topViewController"};
+  static constexpr rt::Message<rt::Id()> topViewController{kName,
+                                                           "topViewController"};
 };
 
 struct UITabBarController {
   static constexpr std::string_view kName = "UITabBarController";
   static constexpr rt::Message<int()> selectedIndex{kName, "selectedIndex"};
-  static constexpr rt::Message<void(int)> setSelectedIndex{kName, "setSelectedIndex:"};
+  static constexpr rt::Message<void(int)> setSelectedIndex{kName,
+                                                           "setSelectedIndex:"};
 };
 
 struct UIApplication {
   static constexpr std::string_view kName = "UIApplication";
-  static constexpr rt::Message<rt::Id()> sharedApplication{kName, "sharedApplication", true};
+  static constexpr rt::Message<rt::Id()> sharedApplication{
+      kName, "sharedApplication", true};
   static constexpr rt::Message<bool(std::string)> openURL{kName, "openURL:"};
 };
 

@@ -14,7 +14,12 @@
 namespace zv::ui {
 
 enum class CellStyle { Default, Value1, Value2, Subtitle };
-enum class CellAccessoryType { None, DisclosureIndicator, DetailDisclosureButton, Checkmark };
+enum class CellAccessoryType {
+  None,
+  DisclosureIndicator,
+  DetailDisclosureButton,
+  Checkmark
+};
 enum class CellSelectionStyle { None, Blue, Gray, Default };
 
 class UITableViewCell : public UIView {
@@ -22,13 +27,16 @@ class UITableViewCell : public UIView {
   static constexpr const char* kClassName = "UITableViewCell";
   explicit UITableViewCell(rt::Class* isa) : UIView(isa) {}
   // A cell with its standard labels and image view.
-  static std::shared_ptr<UITableViewCell> make(CellStyle style, std::string reuseIdentifier);
+  static std::shared_ptr<UITableViewCell> make(CellStyle style,
+                                               std::string reuseIdentifier);
 
   CellStyle style() const { return style_; }
   const std::string& reuseIdentifier() const { return reuse_id_; }
   const std::shared_ptr<UIView>& contentView() const { return content_; }
   const std::shared_ptr<UILabel>& textLabel() const { return text_label_; }
-  const std::shared_ptr<UILabel>& detailTextLabel() const { return detail_label_; }
+  const std::shared_ptr<UILabel>& detailTextLabel() const {
+    return detail_label_;
+  }
   const std::shared_ptr<UIImageView>& imageView() const { return image_view_; }
   const std::shared_ptr<UIView>& accessoryView() const { return accessory_; }
   void setAccessoryView(std::shared_ptr<UIView> v);
@@ -60,17 +68,20 @@ class UITableView : public UIScrollView {
 
   // Data source and delegate (one section).
   std::function<size_t()> numberOfRows;
-  std::function<std::shared_ptr<UITableViewCell>(UITableView&, size_t row)> cellForRow;
+  std::function<std::shared_ptr<UITableViewCell>(UITableView&, size_t row)>
+      cellForRow;
   std::function<double(size_t row)> heightForRow;
   std::function<void(UITableView&, size_t row)> didSelectRow;
 
-  std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(const std::string& identifier);
+  std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(
+      const std::string& identifier);
   // Asks the data source again and lays out the visible rows.
   void reloadData();
   void scrollToTop() { setContentOffset({0, 0}); }
   size_t rowCount() const { return row_count_; }
   // The cells on screen, by row, after the last reloadData.
-  const std::map<size_t, std::shared_ptr<UITableViewCell>>& visibleCells() const {
+  const std::map<size_t, std::shared_ptr<UITableViewCell>>& visibleCells()
+      const {
     return visible_;
   }
   std::shared_ptr<UITableViewCell> cellForRowAtIndex(size_t row) const;

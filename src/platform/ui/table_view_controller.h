@@ -25,7 +25,16 @@ struct IndexPath {
 
 enum class TableViewStyle { Plain, Grouped };
 enum class CellEditingStyle { None, Delete, Insert };
-enum class RowAnimation { Fade, Right, Left, Top, Bottom, None, Middle, Automatic = 100 };
+enum class RowAnimation {
+  Fade,
+  Right,
+  Left,
+  Top,
+  Bottom,
+  None,
+  Middle,
+  Automatic = 100
+};
 
 class UITableViewController : public UIViewController {
  public:
@@ -39,13 +48,17 @@ class UITableViewController : public UIViewController {
 
   // Data source and delegate, overridden by subclasses.
   virtual size_t numberOfSectionsInTableView(UITableView&) { return 1; }
-  virtual size_t numberOfRowsInSection(UITableView&, size_t section) { return 0; }
-  virtual std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView&, IndexPath) {
+  virtual size_t numberOfRowsInSection(UITableView&, size_t section) {
+    return 0;
+  }
+  virtual std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView&,
+                                                                 IndexPath) {
     return nullptr;
   }
   virtual void didSelectRowAtIndexPath(UITableView&, IndexPath) {}
   virtual bool canEditRowAtIndexPath(UITableView&, IndexPath) { return false; }
-  virtual CellEditingStyle editingStyleForRowAtIndexPath(UITableView&, IndexPath) {
+  virtual CellEditingStyle editingStyleForRowAtIndexPath(UITableView&,
+                                                         IndexPath) {
     return CellEditingStyle::Delete;
   }
   virtual void commitEditingStyle(UITableView&, CellEditingStyle, IndexPath) {}
@@ -54,7 +67,8 @@ class UITableViewController : public UIViewController {
   virtual void setEditing(bool editing, bool animated) { editing_ = editing; }
 
   // Table operations the subclasses call.
-  void deleteRowsAtIndexPaths(const std::vector<IndexPath>& paths, RowAnimation animation);
+  void deleteRowsAtIndexPaths(const std::vector<IndexPath>& paths,
+                              RowAnimation animation);
   void deselectRowAtIndexPath(IndexPath path, bool animated);
   struct Deletion {
     std::vector<IndexPath> paths;

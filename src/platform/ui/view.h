@@ -74,7 +74,9 @@ class UIView : public rt::Object {
   void insertSubview(const std::shared_ptr<UIView>& view, size_t index);
   void removeFromSuperview();
   void bringSubviewToFront(const std::shared_ptr<UIView>& view);
-  const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
+  const std::vector<std::shared_ptr<UIView>>& subviews() const {
+    return subviews_;
+  }
   std::shared_ptr<UIView> superview() const { return superview_.lock(); }
   // The view itself or the first descendant (depth first, in subview order)
   // whose tag is `tag`.

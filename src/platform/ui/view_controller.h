@@ -38,11 +38,14 @@ class UIViewController : public rt::Object {
   }
 
   // Modal presentation: `vc` covers this controller until dismissed.
-  void presentViewController(const std::shared_ptr<UIViewController>& vc, bool animated);
+  void presentViewController(const std::shared_ptr<UIViewController>& vc,
+                             bool animated);
   // Dismisses what this controller presented; without one, asks the
   // controller that presented this one (or its navigation controller).
   void dismissViewControllerAnimated(bool animated);
-  std::shared_ptr<UIViewController> presentedViewController() const { return presented_; }
+  std::shared_ptr<UIViewController> presentedViewController() const {
+    return presented_;
+  }
   std::shared_ptr<UIViewController> presentingViewController() const;
 
  protected:
@@ -59,7 +62,8 @@ class UIViewController : public rt::Object {
 
 // Sends viewWillAppear: / viewWillDisappear: through the runtime.
 void sendWillAppear(const std::shared_ptr<UIViewController>& vc, bool animated);
-void sendWillDisappear(const std::shared_ptr<UIViewController>& vc, bool animated);
+void sendWillDisappear(const std::shared_ptr<UIViewController>& vc,
+                       bool animated);
 
 class UINavigationController : public UIViewController {
  public:
@@ -70,10 +74,14 @@ class UINavigationController : public UIViewController {
   static constexpr const char* kClassName = "UINavigationController";
   explicit UINavigationController(rt::Class* isa) : UIViewController(isa) {}
 
-  void pushViewController(const std::shared_ptr<UIViewController>& vc, bool animated);
+  void pushViewController(const std::shared_ptr<UIViewController>& vc,
+                          bool animated);
   std::shared_ptr<UIViewController> popViewControllerAnimated(bool animated);
   std::shared_ptr<UIViewController> topViewController() const;
-  const std::vector<std::shared_ptr<UIViewController>>& viewControllers() const { return stack_; }
+  const std::vector<std::shared_ptr<UIViewController>>& viewControllers()
+      const {
+    return stack_;
+  }
 
  private:
   std::vector<std::shared_ptr<UIViewController>> stack_;
@@ -85,7 +93,10 @@ class UITabBarController : public UIViewController {
   explicit UITabBarController(rt::Class* isa) : UIViewController(isa) {}
 
   void setViewControllers(std::vector<std::shared_ptr<UIViewController>> vcs);
-  const std::vector<std::shared_ptr<UIViewController>>& viewControllers() const { return tabs_; }
+  const std::vector<std::shared_ptr<UIViewController>>& viewControllers()
+      const {
+    return tabs_;
+  }
   int selectedIndex() const { return selected_; }
   // Selects a tab: the old one hears viewWillDisappear:, the new one
   // viewWillAppear:. An index out of range is ignored.
