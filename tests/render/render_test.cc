@@ -10,6 +10,7 @@
 #include "platform/render/text_painter.h"
 #include "platform/sim/device_presets.h"
 #include "platform/ui/text_metrics.h"
+#include "platform/ui/text_view.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -190,6 +191,49 @@ TEST_F(RenderTest, AlertIsDrawnAboveEverythingOverADimmedScreen) {
     EXPECT_TRUE(near(image.pixel(10, 600), {153, 0, 0, 255}, 3));
     EXPECT_GT(countIn(image, {{30, 284}, {260, 4}}, {247, 247, 247, 255}),
               260 * 8 * 3 / 4);
+  });
+}
+
+// Spacing the text view's delegate answers after every line.
+struct WideSpacing : ui::LayoutManagerDelegate {
+  double lineSpacingAfterGlyphAtIndex(size_t, const ui::Rect&) override {
+    return 20;
+  }
+};
+
+TEST_F(RenderTest, TextViewLinesAreDrawnWhereTheModelLaidThemOut) {
+  run([&] {
+    const Pixel blue{0, 0, 255, 255};
+    auto root = ui::make<ui::UIView>();
+    root->setFrame({{0, 0}, {320, 568}});
+    auto tv = ui::make<ui::UITextView>();
+    tv->setFrame({{20, 100}, {280, 10}});
+    tv->setContentInset({8, 10, 8, 10});
+    tv->setFont({"Helvetica", 14});
+    tv->setTextColor({0, 0, 1, 1});
+    tv->setText("Acme Trading\nSales");
+    auto spacing = std::make_shared<WideSpacing>();
+    tv->setLayoutManagerDelegate(spacing);
+    tv->sizeToFit();
+    root->addSubview(tv);
+    auto s = scene();
+    s.layers.push_back({root, std::nullopt});
+    auto image = renderer_->draw(s);
+    const auto lines = tv->placedLines();
+    ASSERT_EQ(lines.size(), 2u);
+    // Each line's ink lies in its own rectangle; the 20 points of spacing
+    // between them and the insets around stay empty.
+    for (const auto& line : lines) {
+      const ui::Rect r{{20 + line.frame.origin.x, 100 + line.frame.origin.y},
+                       line.frame.size};
+      EXPECT_GT(countIn(image, r, blue, 60), 20) << line.text;
+    }
+    const double gapTop =
+        100 + lines[0].frame.origin.y + lines[0].frame.size.height + 2;
+    EXPECT_EQ(countIn(image, {{20, gapTop}, {280, 16}}, blue, 60), 0);
+    EXPECT_EQ(countIn(image, {{20, 100}, {280, 7}}, blue, 60), 0);
+    EXPECT_EQ(
+        countIn(image, {{20, 100}, {9, tv->frame().size.height}}, blue, 60), 0);
   });
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/ui/button.h"
 #include "platform/ui/table_view.h"
+#include "platform/ui/text_view.h"
 
 namespace zv::render {
 namespace {
@@ -148,6 +149,14 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
     text_.draw(cr_, bounds, label->text(),
                TextStyle{font, label->textColor(), label->textAlignment(),
                          label->lineBreakMode()});
+    return;
+  }
+  if (const auto* tv = dynamic_cast<const ui::UITextView*>(&view)) {
+    // Lines where the model laid them out, so what it measured is drawn.
+    const TextStyle style{tv->font(), tv->textColor(), tv->textAlignment(),
+                          ui::LineBreakMode::Clip};
+    for (const auto& line : tv->placedLines())
+      text_.draw(cr_, line.frame, line.text, style);
     return;
   }
   if (const auto* iv = dynamic_cast<const ui::UIImageView*>(&view)) {

@@ -70,15 +70,18 @@ std::vector<std::string> UITextView::lines() const {
   return out;
 }
 
-double UITextView::textHeight() const {
-  auto laid = lines();
+double UITextView::layOut(std::vector<PlacedLine>* placed) const {
   auto delegate = delegate_.lock();
   const double line = lineHeight(font_);
+  const double width = frame().size.width - inset_.left - inset_.right;
   double height = 0;
   size_t glyph = 0;
-  for (const auto& l : laid) {
+  for (auto& l : lines()) {
     glyph += characterCount(l);
-    Rect proposed{{0, height}, {frame().size.width, line}};
+    const Rect proposed{{0, height}, {frame().size.width, line}};
+    if (placed)
+      placed->push_back(
+          {std::move(l), {{inset_.left, inset_.top + height}, {width, line}}});
     height += line;
     if (delegate)
       height += delegate->lineSpacingAfterGlyphAtIndex(glyph ? glyph - 1 : 0,
@@ -86,6 +89,14 @@ double UITextView::textHeight() const {
   }
   return height;
 }
+
+std::vector<UITextView::PlacedLine> UITextView::placedLines() const {
+  std::vector<PlacedLine> placed;
+  layOut(&placed);
+  return placed;
+}
+
+double UITextView::textHeight() const { return layOut(nullptr); }
 
 void UITextView::sizeToFit() {
   setSize(frame().size.width, textHeight() + inset_.top + inset_.bottom);

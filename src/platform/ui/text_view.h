@@ -50,11 +50,22 @@ class UITextView : public UIView {
 
   // The text as laid out, one entry per line.
   std::vector<std::string> lines() const;
+  // Each laid-out line with its rectangle in the view (insets and the
+  // delegate's spacing above it applied): what is drawn where.
+  struct PlacedLine {
+    std::string text;
+    Rect frame;
+  };
+  std::vector<PlacedLine> placedLines() const;
   // Height of the laid-out text, line spacing included, without insets.
   double textHeight() const;
   void sizeToFit() override;
 
  private:
+  // Lays the text out from the top of the view: the height of all lines
+  // with their spacing; each line's place into `placed` when given.
+  double layOut(std::vector<PlacedLine>* placed) const;
+
   std::string text_;
   Font font_{"Helvetica", 12};
   Color color_{0, 0, 0, 1};
