@@ -213,6 +213,12 @@ class ZVIncomingCallController
                                     bool name, bool type);
   std::shared_ptr<ui::UITextView> makeInfoView(const ui::Font& font,
                                                const ui::Rect& frame);
+  // Shows `text` in the information view `view` inside `parent`, made
+  // there with `font` when null: aligned as asked, at `origin`, `width`
+  // wide and as tall as its text within the cap.
+  void showInfoView(ui::UIView& parent, std::shared_ptr<ui::UITextView> view,
+                    const ui::Font& font, ui::Point origin, double width,
+                    ui::TextAlignment alignment, const std::string& text);
   void removeInfoViews(const std::shared_ptr<ui::UIView>& participantsView);
 
   std::shared_ptr<IncomingCallHost> host_;

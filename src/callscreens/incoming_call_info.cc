@@ -238,6 +238,20 @@ std::optional<std::string> ZVIncomingCallController::infoText(
   return text;
 }
 
+void ZVIncomingCallController::showInfoView(
+    ui::UIView& parent, std::shared_ptr<ui::UITextView> view,
+    const ui::Font& font, ui::Point origin, double width,
+    ui::TextAlignment alignment, const std::string& text) {
+  if (!view) {
+    view = makeInfoView(font, {origin, {width, kInfoMaxHeight}});
+    parent.addSubview(view);
+  }
+  view->setTextAlignment(alignment);
+  view->setText(text);
+  const double height = fittedHeight(*view);
+  view->setFrame({origin, {width, height}});
+}
+
 std::shared_ptr<ui::UITextView> ZVIncomingCallController::makeInfoView(
     const ui::Font& font, const ui::Rect& frame) {
   auto view = ui::make<ui::UITextView>();
@@ -280,16 +294,10 @@ void ZVIncomingCallController::infoIncomingCall(
   if (!text) return;
   const bool centre = host_->shouldCenterText(screen);
   const double y = !companyName && !label ? 59 : centre ? 85 : 69;
-  if (!view) {
-    view = makeInfoView(ZVFont::thinSystemFontOfSize(17),
-                        {{kIncomingInfoX, y}, {kIncomingInfoWidth, 200}});
-    lcd->addSubview(view);
-  }
-  view->setTextAlignment(centre ? ui::TextAlignment::Center
-                                : ui::TextAlignment::Left);
-  view->setText(*text);
-  const double height = fittedHeight(*view);
-  view->setFrame({{kIncomingInfoX, y}, {kIncomingInfoWidth, height}});
+  showInfoView(*lcd, std::move(view), ZVFont::thinSystemFontOfSize(17),
+               {kIncomingInfoX, y}, kIncomingInfoWidth,
+               centre ? ui::TextAlignment::Center : ui::TextAlignment::Left,
+               *text);
 }
 
 void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
@@ -325,16 +333,11 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
     double width = view->frame().size.width - 40;
     if (!_haveInCallLabel) y -= 26;
     if (larger) x += 7, y += 14, width -= 14;
-    if (!textView) {
-      textView = makeInfoView(ZVFont::mediumSystemFontOfSize(17),
-                              {{x, y}, {width, 200}});
-      view->addSubview(textView);
-    }
-    textView->setTextAlignment(_haveInCallImage ? ui::TextAlignment::Left
-                                                : ui::TextAlignment::Center);
-    textView->setText(*text);
-    const double height = fittedHeight(*textView);
-    textView->setFrame({{x, y}, {width, height}});
+    showInfoView(
+        *view, std::move(textView), ZVFont::mediumSystemFontOfSize(17), {x, y},
+        width,
+        _haveInCallImage ? ui::TextAlignment::Left : ui::TextAlignment::Center,
+        *text);
     return;
   }
 

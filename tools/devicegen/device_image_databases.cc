@@ -12,6 +12,7 @@
 #include "devicegen/device_image.h"
 #include "devicegen/device_image_pictures.h"
 #include "devicegen/device_image_random.h"
+#include "devicegen/sqlite_writer.h"
 #include "platform/db/platform_schema.h"
 
 namespace zv {
@@ -19,67 +20,16 @@ namespace {
 
 namespace ps = platform_schema;
 
-// A fresh database file in one transaction; every failure throws with the
-// file name and SQLite's message.
-class Writer {
+// A fresh database file with the platform's schema.
+class Writer : public SqliteWriter {
  public:
   Writer(const std::string& file, ps::Database schema)
-      : file_(file), db_(nullptr, &sqlite3_close) {
-    std::filesystem::remove(file);
-    std::filesystem::remove(file + "-journal");
-    sqlite3* db = nullptr;
-    int rc = sqlite3_open(file.c_str(), &db);
-    db_.reset(db);
-    if (rc != SQLITE_OK) fail();
-    // A half-written image is thrown away, so no journal is needed.
-    exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN");
+      : SqliteWriter(file, Open::kFresh) {
     std::string error;
-    if (!ps::createSchema(db_.get(), schema, &error))
+    if (!ps::createSchema(handle(), schema, &error))
       throw std::runtime_error(file + ": " + error);
   }
-  ~Writer() {
-    for (sqlite3_stmt* s : statements_) sqlite3_finalize(s);
-  }
-  Writer(const Writer&) = delete;
-  Writer& operator=(const Writer&) = delete;
-
-  void exec(const char* sql) {
-    if (sqlite3_exec(db_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-      fail();
-  }
-
-  sqlite3_stmt* prepare(const char* sql) {
-    sqlite3_stmt* s = nullptr;
-    if (sqlite3_prepare_v2(db_.get(), sql, -1, &s, nullptr) != SQLITE_OK)
-      fail();
-    statements_.push_back(s);
-    return s;
-  }
-
-  // Steps a statement whose parameters are bound, then resets it.
-  void run(sqlite3_stmt* s) {
-    if (sqlite3_step(s) != SQLITE_DONE) fail();
-    sqlite3_reset(s);
-    sqlite3_clear_bindings(s);
-  }
-
-  void commit() { exec("COMMIT"); }
-
-  [[noreturn]] void fail() {
-    throw std::runtime_error(file_ + ": " + sqlite3_errmsg(db_.get()));
-  }
-
- private:
-  std::string file_;
-  std::unique_ptr<sqlite3, decltype(&sqlite3_close)> db_;
-  std::vector<sqlite3_stmt*> statements_;
 };
-
-// Binds text as it is, the empty string included.
-void bindExactText(sqlite3_stmt* s, int i, const std::string& text) {
-  sqlite3_bind_text(s, i, text.data(), static_cast<int>(text.size()),
-                    SQLITE_TRANSIENT);
-}
 
 // Binds text, or NULL for an empty string (the platform leaves unset
 // fields NULL).

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "devicegen/device_image.h"
+#include "devicegen/sqlite_writer.h"
 #include "platform/db/messages_schema.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
@@ -21,59 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 namespace ms = messages_schema;
-
-class Db {
- public:
-  Db(const std::string& file, bool fresh) : db_(nullptr, &sqlite3_close) {
-    if (fresh) {
-      fs::remove(file);
-      fs::remove(file + "-journal");
-    }
-    sqlite3* db = nullptr;
-    int rc = sqlite3_open_v2(
-        file.c_str(), &db,
-        SQLITE_OPEN_READWRITE | (fresh ? SQLITE_OPEN_CREATE : 0), nullptr);
-    db_.reset(db);
-    file_ = file;
-    if (rc != SQLITE_OK) fail();
-    exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN");
-  }
-  ~Db() {
-    for (sqlite3_stmt* s : statements_) sqlite3_finalize(s);
-  }
-  void exec(const char* sql) {
-    if (sqlite3_exec(db_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-      fail();
-  }
-  sqlite3_stmt* prepare(const char* sql) {
-    sqlite3_stmt* s = nullptr;
-    if (sqlite3_prepare_v2(db_.get(), sql, -1, &s, nullptr) != SQLITE_OK)
-      fail();
-    statements_.push_back(s);
-    return s;
-  }
-  void run(sqlite3_stmt* s) {
-    if (sqlite3_step(s) != SQLITE_DONE) fail();
-    sqlite3_reset(s);
-    sqlite3_clear_bindings(s);
-  }
-  int64_t lastId() const { return sqlite3_last_insert_rowid(db_.get()); }
-  void commit() { exec("COMMIT"); }
-
- private:
-  [[noreturn]] void fail() {
-    throw std::runtime_error(file_ + ": " +
-                             (db_ ? sqlite3_errmsg(db_.get()) : "cannot open"));
-  }
-  std::string file_;
-  std::unique_ptr<sqlite3, decltype(&sqlite3_close)> db_;
-  std::vector<sqlite3_stmt*> statements_;
-};
-
-void bindText(sqlite3_stmt* s, int index, const std::string& text) {
-  sqlite3_bind_text(s, index, text.c_str(), static_cast<int>(text.size()),
-                    SQLITE_TRANSIENT);
-}
 
 bool isChinese(const DeviceContact& c) {
   return !c.last.empty() && static_cast<unsigned char>(c.last[0]) >= 0x80;
@@ -128,7 +76,7 @@ std::vector<Conversation> pickConversations(const DevicePeople& people) {
 
 void writeMessagesDb(const std::string& file, const DevicePeople& people) {
   fs::create_directories(fs::path(file).parent_path());
-  Db db(file, true);
+  SqliteWriter db(file, SqliteWriter::Open::kFresh);
   db.exec(ms::kSchemaSql);
   sqlite3_stmt* handle = db.prepare(
       "INSERT INTO handle (id, country, service, uncanonicalized_id) "
@@ -164,16 +112,16 @@ void writeMessagesDb(const std::string& file, const DevicePeople& people) {
     const Conversation& c = conversations[i];
     const std::string service =
         c.iMessage ? ms::kServiceIMessage : ms::kServiceSMS;
-    bindText(handle, 1, c.address);
-    bindText(handle, 2, c.address[0] == '+' ? "us" : "cn");
-    bindText(handle, 3, service);
-    bindText(handle, 4, c.address);
+    bindExactText(handle, 1, c.address);
+    bindExactText(handle, 2, c.address[0] == '+' ? "us" : "cn");
+    bindExactText(handle, 3, service);
+    bindExactText(handle, 4, c.address);
     db.run(handle);
     const int64_t handleId = db.lastId();
     const std::string chatGuid = service + ";-;" + c.address;
-    bindText(chat, 1, chatGuid);
-    bindText(chat, 2, c.address);
-    bindText(chat, 3, service);
+    bindExactText(chat, 1, chatGuid);
+    bindExactText(chat, 2, c.address);
+    bindExactText(chat, 3, service);
     db.run(chat);
     const int64_t chatId = db.lastId();
     sqlite3_bind_int64(chatHandle, 1, chatId);
@@ -189,10 +137,10 @@ void writeMessagesDb(const std::string& file, const DevicePeople& people) {
       const bool read = fromMe || !(c.unread && newest);
       const int64_t date = static_cast<int64_t>(
           last - 360.0 * static_cast<double>(lines.size() - 1 - m));
-      bindText(message, 1, "D0C5A11E-" + std::to_string(++messageNo));
-      bindText(message, 2, lines[m].second);
+      bindExactText(message, 1, "D0C5A11E-" + std::to_string(++messageNo));
+      bindExactText(message, 2, lines[m].second);
       sqlite3_bind_int64(message, 3, handleId);
-      bindText(message, 4, service);
+      bindExactText(message, 4, service);
       sqlite3_bind_int64(message, 5, date);
       sqlite3_bind_int64(message, 6, read && !fromMe ? date + 60 : 0);
       sqlite3_bind_int64(message, 7, fromMe ? date + 2 : 0);
@@ -228,14 +176,14 @@ void writeGroups(const std::string& addressBook, const DevicePeople& people) {
       {"Colleagues", western},
       {"Friends", mixed},
       {"Book Club", {}}};
-  Db db(addressBook, false);
+  SqliteWriter db(addressBook, SqliteWriter::Open::kExisting);
   sqlite3_stmt* group =
       db.prepare("INSERT INTO ABGroup (Name, StoreID) VALUES (?, 0)");
   sqlite3_stmt* member = db.prepare(
       "INSERT INTO ABGroupMembers (group_id, member_type, member_id) "
       "VALUES (?, 0, ?)");
   for (const auto& [name, members] : groups) {
-    bindText(group, 1, name);
+    bindExactText(group, 1, name);
     db.run(group);
     const int64_t id = db.lastId();
     for (int64_t m : members) {
