@@ -18,11 +18,8 @@
 
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
+#include "platform/ui/image.h"
 #include "support/device_files.h"
-
-#define STB_IMAGE_STATIC
-#define STB_IMAGE_IMPLEMENTATION
-#include <stb/stb_image.h>
 
 namespace zv {
 namespace {
@@ -200,19 +197,16 @@ TEST_F(DeviceImageTest, PicturesDecodeAndTheFirstNonEmptyRowIsThePicture) {
     if (blobs[0].empty()) ++emptyFirst;
     const std::string& picture = blobs[0].empty() ? blobs.at(1) : blobs[0];
     (picture.compare(0, 4, "\x89PNG") == 0 ? png : jpeg)++;
-    int w = 0, h = 0, channels = 0;
-    unsigned char* pixels = stbi_load_from_memory(
-        reinterpret_cast<const unsigned char*>(picture.data()),
-        static_cast<int>(picture.size()), &w, &h, &channels, 3);
-    ASSERT_NE(pixels, nullptr) << "record " << record[0];
-    EXPECT_EQ(w, 120);
-    EXPECT_EQ(h, 120);
+    ui::ImagePtr image = ui::Image::decode(picture, 1);
+    ASSERT_NE(image, nullptr) << "record " << record[0];
+    EXPECT_EQ(image->pixelWidth(), 120);
+    EXPECT_EQ(image->pixelHeight(), 120);
     // The initial is drawn in white over the gradient.
+    const auto& px = image->rgba();
     bool white = false;
-    for (int i = 0; i < w * h * 3; i += 3)
-      white |= pixels[i] > 240 && pixels[i + 1] > 240 && pixels[i + 2] > 240;
+    for (size_t i = 0; i < px.size(); i += 4)
+      white |= px[i] > 240 && px[i + 1] > 240 && px[i + 2] > 240;
     EXPECT_TRUE(white) << "record " << record[0];
-    stbi_image_free(pixels);
   }
   EXPECT_GT(emptyFirst, 0);
   EXPECT_GT(png, 0);
@@ -222,13 +216,9 @@ TEST_F(DeviceImageTest, PicturesDecodeAndTheFirstNonEmptyRowIsThePicture) {
           .empty());
 
   std::string avatar = readFile(root + "/Library/Zorvel/avatar.png");
-  int w = 0, h = 0, channels = 0;
-  unsigned char* pixels = stbi_load_from_memory(
-      reinterpret_cast<const unsigned char*>(avatar.data()),
-      static_cast<int>(avatar.size()), &w, &h, &channels, 0);
-  ASSERT_NE(pixels, nullptr);
-  EXPECT_EQ(w, h);
-  stbi_image_free(pixels);
+  ui::ImagePtr own = ui::Image::decode(avatar, 1);
+  ASSERT_NE(own, nullptr);
+  EXPECT_EQ(own->pixelWidth(), own->pixelHeight());
 }
 
 TEST_F(DeviceImageTest, CallHistoryQueriesOfBothSystemVersions) {

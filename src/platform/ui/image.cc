@@ -1,15 +1,12 @@
 #include "platform/ui/image.h"
 
-#include <stb/stb_image.h>
-#include <stb/stb_image_write.h>
-
 #include <cmath>
 #include <stdexcept>
 
 #include "platform/plist.h"
+#include "platform/ui/image_codec.h"
 #include "platform/ui/image_geometry.h"
 #include "platform/ui/image_resample.h"
-#include "platform/ui/jpeg_tables.h"
 
 namespace zv::ui {
 
@@ -34,21 +31,10 @@ Image Image::filled(int pixelWidth, int pixelHeight, double scale,
 }
 
 ImagePtr Image::decode(std::string_view bytes, double scale) {
-  if (bytes.empty() || !(scale > 0) || bytes.size() > INT32_MAX) return nullptr;
-  if (!jpegHuffmanTablesFit(bytes)) return nullptr;
-  const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
-  const int length = static_cast<int>(bytes.size());
-  int w = 0, h = 0, channels = 0;
-  // Look at the header first so that a forged size cannot make the decoder
-  // allocate gigabytes.
-  if (!stbi_info_from_memory(data, length, &w, &h, &channels) || w <= 0 ||
-      h <= 0 || w > kMaxPixels || h > kMaxPixels)
-    return nullptr;
-  stbi_uc* pixels = stbi_load_from_memory(data, length, &w, &h, &channels, 4);
-  if (!pixels) return nullptr;
-  std::vector<uint8_t> rgba(pixels, pixels + static_cast<size_t>(w) * h * 4);
-  stbi_image_free(pixels);
-  return std::make_shared<const Image>(w, h, scale, std::move(rgba));
+  DecodedPixels pixels;
+  if (!(scale > 0) || !decodePicture(bytes, kMaxPixels, pixels)) return nullptr;
+  return std::make_shared<const Image>(pixels.width, pixels.height, scale,
+                                       std::move(pixels.rgba));
 }
 
 ImagePtr Image::fromFile(const std::string& path, double scale) {
@@ -89,16 +75,7 @@ ImagePtr Image::drawnInRect(platform::Size size, int scale,
 }
 
 std::string Image::encodePng() const {
-  if (empty()) return "";
-  std::string out;
-  auto append = [](void* context, void* data, int size) {
-    static_cast<std::string*>(context)->append(static_cast<const char*>(data),
-                                               size);
-  };
-  if (!stbi_write_png_to_func(append, &out, width_, height_, 4, rgba_.data(),
-                              width_ * 4))
-    return "";
-  return out;
+  return empty() ? "" : ui::encodePng(rgba_.data(), width_, height_);
 }
 
 }  // namespace zv::ui

@@ -3,9 +3,9 @@
 // is 40 x 40 points, as on the platform. Images are immutable once made and
 // shared as ImagePtr, so a cached picture can be handed to any thread.
 //
-// decode() reads JPEG and PNG (through stb_image); scaleToSize() redraws an
-// image into a new one of a given size with aspect fill and centre crop,
-// resampled by area averaging when shrinking and bilinearly when growing,
+// decode() reads JPEG and PNG (platform/ui/image_codec.h); scaleToSize()
+// redraws an image into a new one of a given size with aspect fill and centre
+// crop, resampled by area averaging when shrinking and bilinearly when growing,
 // in premultiplied alpha so that transparent edges do not darken.
 #pragma once
 
