@@ -11,31 +11,23 @@ namespace {
 using C = ZVIncomingCallController;
 using Actions = std::vector<std::string>;
 
-TEST_F(BlockingTest, ActionHangsUpTheCallAllCallsOrNothing) {
+TEST_F(BlockingTest, ActionHangsUpTheCallEveryCallOrNothing) {
+  // 1 neither answers nor hangs up; an unknown action is no action.
+  const std::pair<int, Actions> cases[] = {
+      {0, {"disconnect 10010"}}, {1, {}}, {2, {"disconnectAll"}}, {7, {}}};
+  for (const auto& [action, expected] : cases) {
+    start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", action}});
+    EXPECT_TRUE(blocks("10010"));
+    if (action == 1) {
+      EXPECT_TRUE(controller_->blockAction(call("10011")));
+    }
+    EXPECT_EQ(takeActions(), expected) << action;
+  }
+  // A call without a handle has nothing to hang up.
   start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 0}});
-  EXPECT_TRUE(blocks("10010"));
   auto handleless = call("10011");
   std::dynamic_pointer_cast<FakeCall>(handleless)->handle = nullptr;
   EXPECT_TRUE(controller_->blockCall(handleless));
-  EXPECT_EQ(takeActions(), (Actions{"disconnect 10010"}));
-}
-
-TEST_F(BlockingTest, ActionTwoHangsUpEveryCall) {
-  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 2}});
-  EXPECT_TRUE(blocks("10010"));
-  EXPECT_EQ(takeActions(), (Actions{"disconnectAll"}));
-}
-
-TEST_F(BlockingTest, ActionOneNeitherAnswersNorHangsUp) {
-  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
-  EXPECT_TRUE(blocks("10010"));
-  EXPECT_TRUE(controller_->blockAction(call("10011")));
-  EXPECT_TRUE(takeActions().empty());
-}
-
-TEST_F(BlockingTest, UnknownActionIsNoAction) {
-  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 7}});
-  EXPECT_TRUE(blocks("10010"));
   EXPECT_TRUE(takeActions().empty());
 }
 
@@ -65,6 +57,14 @@ TEST_F(BlockingTest, ReminderComesOnceASecondAfterTheLastBlockedCall) {
 
 TEST_F(BlockingTest, ReminderBitsChooseVibrationAndSound) {
   writeDeviceFile(C::kBlockSoundPath, "caf");
+  // Remind off: nothing is even scheduled.
+  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
+  size_t before = world_.pending();
+  EXPECT_TRUE(blocks("10010"));
+  EXPECT_EQ(world_.pending(), before);
+  world_.advance(2);
+  EXPECT_TRUE(takeActions().empty());
+  // Vibration only: no sound is made.
   start({{"BlacklistBlockMode", 2},
          {"BlacklistBlockAction", 1},
          {"BlacklistBlockingRemind", 1}});
@@ -73,15 +73,6 @@ TEST_F(BlockingTest, ReminderBitsChooseVibrationAndSound) {
   EXPECT_EQ(takeActions(), (Actions{"sound 4095"}));
   EXPECT_EQ(controller_->soundID(), 0u);
   controller_.reset();
-  EXPECT_TRUE(takeActions().empty());
-}
-
-TEST_F(BlockingTest, NoReminderIsScheduledWhenRemindIsOff) {
-  start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
-  size_t before = world_.pending();
-  EXPECT_TRUE(blocks("10010"));
-  EXPECT_EQ(world_.pending(), before);
-  world_.advance(2);
   EXPECT_TRUE(takeActions().empty());
 }
 
@@ -147,13 +138,6 @@ TEST_F(BlockingTest, RingtoneDecisionStartsFromAnEmptyCache) {
   EXPECT_TRUE(controller_->blockInCall(nullptr));
   EXPECT_FALSE(controller_->blockRingtone(nullptr));
   EXPECT_TRUE(controller_->lastBlockedNumber().empty());
-}
-
-TEST_F(BlockingTest, RingtoneDecisionNeedsTheMasterSwitch) {
-  start({{"EnableBlacklist", false}, {"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, {"10010"});
-  host_->incoming = call("10010");
-  EXPECT_FALSE(controller_->blockRingtone(nullptr));
 }
 
 TEST_F(BlockingTest, InitHookRetriesEveryTenSecondsUntilTheClassExists) {

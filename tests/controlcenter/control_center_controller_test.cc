@@ -19,8 +19,14 @@ using Actions = std::vector<std::string>;
 
 class QuickLaunchTest : public testing::ControlCenterTest {
  protected:
-  // A 7.x quick-launch section with its three buttons.
-  rt::Id quickLaunchSection() {
+  // Starts 7.1 with the glyph files and `settings`; a quick-launch section
+  // with three fresh buttons.
+  rt::Id begin(const Dict& settings) {
+    writeGlyphs();
+    start(settings, "7.1");
+    clock_ = button();
+    calculator_ = button();
+    camera_ = button();
     rt::Id s = object();
     s->setIvar("_clockButton", rt::Id(clock_));
     s->setIvar("_calculatorButton", rt::Id(calculator_));
@@ -31,13 +37,9 @@ class QuickLaunchTest : public testing::ControlCenterTest {
 };
 
 TEST_F(QuickLaunchTest, OnlyTheValueOneReplacesAButton) {
-  writeGlyphs();
-  start({{"ControlCenterHome", 1}, {"ControlCenterMultitasking", 2}}, "7.1");
-  clock_ = button();
-  calculator_ = button();
-  camera_ = button();
+  rt::Id section =
+      begin({{"ControlCenterHome", 1}, {"ControlCenterMultitasking", 2}});
   run([&](ZVControlCenterController& c) {
-    rt::Id section = quickLaunchSection();
     c.updateCCQuickLaunch(section);
     // iPhone 6 hardware: the ring-only Home glyph.
     EXPECT_EQ(glyphTag(clock_->normal), tagOf("home5s_normal"));
@@ -59,16 +61,10 @@ TEST_F(QuickLaunchTest, OnlyTheValueOneReplacesAButton) {
 }
 
 TEST_F(QuickLaunchTest, EachButtonRunsItsOwnActionAsA7xPress) {
-  writeGlyphs();
-  start({{"ControlCenterHome", 1},
-         {"ControlCenterMultitasking", 1},
-         {"ControlCenterLockScreen", 1}},
-        "7.1");
-  clock_ = button();
-  calculator_ = button();
-  camera_ = button();
+  rt::Id section = begin({{"ControlCenterHome", 1},
+                          {"ControlCenterMultitasking", 1},
+                          {"ControlCenterLockScreen", 1}});
   run([&](ZVControlCenterController& c) {
-    rt::Id section = quickLaunchSection();
     c.updateCCQuickLaunch(section);
     EXPECT_EQ(glyphTag(calculator_->normal), tagOf("switcher_normal"));
     EXPECT_EQ(glyphTag(calculator_->selected), tagOf("switcher_selected"));
@@ -88,17 +84,10 @@ TEST_F(QuickLaunchTest, EachButtonRunsItsOwnActionAsA7xPress) {
     EXPECT_FALSE(c.actionCCQuickLaunch(section, plain));
     EXPECT_FALSE(c.actionCCQuickLaunch(section, nullptr));
     EXPECT_FALSE(c.actionCCQuickLaunch(nullptr, camera_));
-    EXPECT_TRUE(host_->actions.empty());
-  });
-}
-
-TEST_F(QuickLaunchTest, SectionWithoutTheButtonsIsLeftAlone) {
-  writeGlyphs();
-  start({{"ControlCenterHome", 1}, {"ControlCenterLockScreen", 1}}, "7.1");
-  run([&](ZVControlCenterController& c) {
-    rt::Id section = object();  // no instance variables at all
-    c.updateCCQuickLaunch(section);
-    EXPECT_FALSE(c.actionCCQuickLaunch(section, button()));
+    // A section without the buttons, or none, is left alone.
+    rt::Id bare = object();
+    c.updateCCQuickLaunch(bare);
+    EXPECT_FALSE(c.actionCCQuickLaunch(bare, button()));
     c.updateCCQuickLaunch(nullptr);
     EXPECT_TRUE(host_->actions.empty());
   });

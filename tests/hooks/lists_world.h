@@ -14,6 +14,7 @@
 #include "hosts/phone/app.h"
 #include "platform/db/platform_schema.h"
 #include "platform/sim/device_presets.h"
+#include "support/call_rows.h"
 #include "support/device_db.h"
 #include "support/world.h"
 
@@ -79,27 +80,15 @@ class ListsWorld : public World {
     sqlite3_close(db);
   }
 
-  // A call on 8.x (date since 2001) into `table` (ZCALLRECORD or the
-  // backup ZVZCALLRECORD).
   void modernCall(int pk, double date, const std::string& number,
                   double duration = 0, bool outgoing = false,
                   const char* table = "ZCALLRECORD") {
-    execSql(root_ + schema::kCallHistoryStorePath,
-            std::string("INSERT INTO ") + table +
-                " (Z_PK, ZDATE, ZADDRESS, ZDURATION, ZORIGINATED) VALUES (" +
-                std::to_string(pk) + ", " + std::to_string(date) + ", '" +
-                number + "', " + std::to_string(duration) + ", " +
-                (outgoing ? "1" : "0") + ")");
+    insertModernCall(root_, pk, date, number, duration, outgoing, table);
   }
-  // A call on 7.x (date since 1970).
   void legacyCall(int rowid, int64_t date, const std::string& number,
                   int duration = 0, int contact = -1) {
-    execSql(root_ + schema::kCallHistoryDbPath,
-            "INSERT INTO call (ROWID, date, address, duration, flags, id) "
-            "VALUES (" +
-                std::to_string(rowid) + ", " + std::to_string(date) + ", '" +
-                number + "', " + std::to_string(duration) + ", 4, " +
-                std::to_string(contact) + ")");
+    insertLegacyCall(root_, rowid, date, number, duration, 4,
+                     std::to_string(contact));
   }
   std::vector<double> modernDates(const char* table) {
     return columnValues<double>(

@@ -19,40 +19,24 @@
 #include "platform/db/platform_schema.h"
 #include "search/address_book.h"
 #include "support/device_db.h"
+#include "support/device_people.h"
 #include "support/world.h"
 
 namespace zv::testing {
 
 class MessagesE2ETest : public World {
  protected:
-  static constexpr char kLongName[] = "Maximilian-Alexander";
-  static constexpr char kLongLast[] =
-      "Featherstonehaugh-Worthington-Smythe-Montgomery";
-
   MessagesE2ETest() {
     installChinaDatabase();
-    DevicePeople people;
-    people.labels = {"_$!<Mobile>!$_"};
-    auto contact = [](int64_t id, std::string first, std::string last,
-                      std::string number) {
-      DeviceContact c;
-      c.recordId = id;
-      c.first = std::move(first);
-      c.last = std::move(last);
-      c.phones.push_back({number, number, 1});
-      return c;
-    };
-    people.contacts = {contact(1, "Wei", "Zhang", "13800138000"),
-                       contact(2, "Anna", "Smith", "13912345678"),
-                       contact(3, kLongName, kLongLast, "13501234567")};
+    auto people = writeDevicePeople(
+        root_, {deviceContact(1, "Wei", "Zhang", "13800138000"),
+                deviceContact(2, "Anna", "Smith", "13912345678"),
+                deviceContact(3, "Lin", "Chen", "13501234567")});
     people.contacts[0].picture = DevicePicture::kPng;
     people.contacts[0].initial = 'W';
-    const std::string book = root_ + platform_schema::kAddressBookPath;
-    std::filesystem::create_directories(
-        std::filesystem::path(book).parent_path());
-    writeAddressBook(book, people, 1);
     writeAddressBookImages(root_ + platform_schema::kAddressBookImagesPath,
                            people);
+    const std::string book = root_ + platform_schema::kAddressBookPath;
     execSql(book,
             "INSERT INTO ABGroup (ROWID, Name) VALUES (1, 'Family');"
             "INSERT INTO ABGroupMembers (group_id, member_type, member_id) "

@@ -1,7 +1,9 @@
 // Messages end to end through the installed hooks: areas and pictures in
 // the conversation list and a conversation, the composer's Group button,
-// and the recipient-group screens reached from it. (Saving, deleting and
-// damaged files of the saved lists are the group screens' own tests.)
+// and the recipient-group screens reached from it. (Where the labels and
+// pictures sit, which screens and settings get them, and saving, deleting
+// and damaged files of the saved lists are the controllers' and the group
+// screens' own tests, in tests/messages.)
 #include "area/area_loader.h"
 #include "messages_e2e_fixture.h"
 #include "search/avatar_loader.h"
@@ -15,19 +17,15 @@ TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
     ASSERT_EQ(app_->list->conversations.size(), 4u);
     EXPECT_EQ(row(0)->fromLabel->text(), "Wei Zhang");
     EXPECT_EQ(areaLabel(0)->text(), area("13800138000"));
-    EXPECT_EQ(areaLabel(3)->text(), area("13701234567"));
     EXPECT_FALSE(areaLabel(3)->text().empty());
+    EXPECT_EQ(areaLabel(3)->text(), area("13701234567"));
     auto from = row(3)->fromLabel->frame();
     EXPECT_EQ(areaLabel(3)->frame().origin.x,
               from.origin.x + from.size.width + 6);
     EXPECT_EQ(from.origin.x, 90);  // beside the picture and the unread dot
-    EXPECT_EQ(row(1)->fromLabel->frame().origin.x, 70);
-    EXPECT_EQ(row(0)->summaryLabel->frame().origin.x, 70);
-    EXPECT_EQ(row(0)->separatorInset().left, 70);
     // The stranger has the placeholder, tagged -1.
     EXPECT_EQ(row(3)->imageView()->tag(), -1);
     EXPECT_EQ(row(3)->imageView()->cornerRadius(), 25);
-    EXPECT_EQ(row(3)->imageView()->scale(), 0.8);
   });
   // Wei's picture arrived from the background fetch.
   run([&] {
@@ -36,35 +34,6 @@ TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
     ASSERT_NE(image->image(), nullptr);
     EXPECT_NE(image->image(),
               ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
-  });
-}
-
-TEST_F(MessagesE2ETest, ContactsShowNoAreaUnderOnlyStrangers) {
-  settings_["AreaOnlyStrangers"] = Value(true);
-  start();
-  run([&] {
-    EXPECT_EQ(areaLabel(0)->text(), "");
-    EXPECT_EQ(areaLabel(1)->text(), "");
-    EXPECT_EQ(areaLabel(3)->text(), area("13701234567"));
-  });
-}
-
-TEST_F(MessagesE2ETest, LongSenderNameLeavesTheAreaNoWidth) {
-  start();
-  run([&] {
-    auto label = areaLabel(2);
-    ASSERT_FALSE(label->text().empty());
-    EXPECT_EQ(label->frame().size.width, 0);
-    EXPECT_GE(label->frame().origin.x, row(2)->dateLabel->frame().origin.x);
-  });
-}
-
-TEST_F(MessagesE2ETest, BigScreensKeepTheHostsListLook) {
-  start("8.1", "4.7");
-  run([&] {
-    EXPECT_EQ(row(0)->imageView()->image(), nullptr);
-    EXPECT_EQ(row(0)->fromLabel->frame().origin.x, 15);
-    EXPECT_FALSE(areaLabel(0)->text().empty());  // areas still show
   });
 }
 
@@ -79,7 +48,6 @@ TEST_F(MessagesE2ETest, ConversationShowsPicturesBesideMessages) {
       ASSERT_NE(cell->contactImage, nullptr);
       EXPECT_TRUE(cell->wantsContactImageLayout);
       EXPECT_EQ(cell->contactImage->pixelWidth(), 56);
-      EXPECT_EQ(cell->contactImageView->cornerRadius(), 14);
     }
     // A stranger's messages get no picture.
     app_->back();
@@ -90,6 +58,8 @@ TEST_F(MessagesE2ETest, ConversationShowsPicturesBesideMessages) {
   });
 }
 
+// The host sets its buttons again as recipients change: the Group button
+// never replaces a left button it finds.
 TEST_F(MessagesE2ETest, GroupButtonOnlyOnNewMessagesAndNeverOverALeftButton) {
   start();
   run([&] {
@@ -102,11 +72,6 @@ TEST_F(MessagesE2ETest, GroupButtonOnlyOnNewMessagesAndNeverOverALeftButton) {
     composer->navigationItem()->leftBarButtonItem = other;
     composer->toField->add("10086");  // the host updates its buttons
     EXPECT_EQ(composer->navigationItem()->leftBarButtonItem, other);
-  });
-  settings_["SMSSelectGroup"] = Value(false);
-  start();
-  run([&] {
-    EXPECT_EQ(app_->newMessage()->navigationItem()->leftBarButtonItem, nullptr);
   });
 }
 

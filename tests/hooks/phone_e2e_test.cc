@@ -1,54 +1,31 @@
 // The dialler end to end: a simulated Phone app on a device with contacts,
 // the China area database and settings; ZorvelInitializer installs the
 // hooks; the test presses keys as a user would and looks at what the host
-// shows and dials.
+// shows and dials, where the keypad's views sit on each screen, and what
+// going to the background clears.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
-#include "area/area_compiler.h"
-#include "devicegen/device_image.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone/app.h"
 #include "platform/plist.h"
 #include "platform/ui/sheets.h"
 #include "support/device_files.h"
+#include "support/device_people.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
 
 using hosts::PhoneApplication;
-
-using testing::chinaDatabase;
-
-DeviceContact contact(int64_t id, std::string first, std::string last,
-                      std::string number) {
-  DeviceContact c;
-  c.recordId = id;
-  c.first = std::move(first);
-  c.last = std::move(last);
-  c.phones.push_back({number, number, 1});
-  return c;
-}
+using testing::deviceContact;
 
 class PhoneE2ETest : public testing::SimTest {
  protected:
   PhoneE2ETest() {
-    write("/Library/Zorvel/Area/China", chinaDatabase());
-    DevicePeople people;
-    people.labels = {"_$!<Mobile>!$_"};
-    // Beijing and Shanghai mobiles, a Guangzhou fixed line.
-    people.contacts = {contact(1, "John", "Smith", "13800138000"),
-                       contact(2, "Mary", "Jones", "13801700000"),
-                       contact(3, "Anna", "Lopez", "02087654321")};
-    auto book = root_ + "/var/mobile/Library/AddressBook/AddressBook.sqlitedb";
-    std::filesystem::create_directories(
-        std::filesystem::path(book).parent_path());
-    writeAddressBook(book, people, 1);
+    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+                       testing::chinaDatabase());
+    writeContacts({});
     settings_ = Dict{{"Enable", true},
                      {"DialerFormatPhoneNubmer", false},
                      {"PrefixNumber", "17951"},
@@ -56,24 +33,39 @@ class PhoneE2ETest : public testing::SimTest {
     keypadFlags_ = Dict{{"EnableSearch", true}};
   }
 
-  void write(const std::string& devicePath, const std::string& bytes) {
-    testing::writeFile(root_ + devicePath, bytes);
+  // Beijing and Shanghai mobiles, a Guangzhou fixed line, then `more`.
+  void writeContacts(std::vector<DeviceContact> more) {
+    std::vector<DeviceContact> all{
+        deviceContact(1, "John", "Smith", "13800138000"),
+        deviceContact(2, "Mary", "Jones", "13801700000"),
+        deviceContact(3, "Anna", "Lopez", "02087654321")};
+    all.insert(all.end(), more.begin(), more.end());
+    testing::writeDevicePeople(root_, all);
   }
   void writePlist(const std::string& devicePath, const Dict& dict) {
     testing::writePlist(root_ + devicePath, dict);
   }
 
-  // Starts the Phone app with the extension loaded.
-  void start(hosts::PhoneHostOptions options = {}) {
+  // Starts a Phone app with the extension loaded on a device of these
+  // facts, in a new process.
+  void start(hosts::PhoneHostOptions options = {},
+             platform::DeviceFacts facts = {}) {
+    // What the previous phone held goes away inside its own process.
+    if (proc_)
+      proc_->run([&] {
+        app_.reset();
+        controller_.reset();
+      });
     writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings_);
     writePlist("/var/mobile/Library/Preferences/zorvel.keypad.plist",
                keypadFlags_);
-    app_ = proc_.run([&] {
+    proc_ = &world_.launch("com.apple.mobilephone", facts);
+    app_ = proc_->run([&] {
       return std::static_pointer_cast<PhoneApplication>(
           hosts::launch(hosts::phoneHost(options), ZorvelInitializer));
     });
     world_.advance(0);
-    controller_ = proc_.run(
+    controller_ = proc_->run(
         [] { return platform::Process::current().slot<ZVKeypadController>(); });
   }
 
@@ -81,10 +73,10 @@ class PhoneE2ETest : public testing::SimTest {
   template <typename F>
   auto run(F&& f) {
     if constexpr (std::is_void_v<decltype(f())>) {
-      proc_.run(std::forward<F>(f));
+      proc_->run(std::forward<F>(f));
       world_.advance(0);
     } else {
-      auto result = proc_.run(std::forward<F>(f));
+      auto result = proc_->run(std::forward<F>(f));
       world_.advance(0);
       return result;
     }
@@ -96,6 +88,13 @@ class PhoneE2ETest : public testing::SimTest {
   }
   void press(const std::function<void(hosts::PhonePad&)>& f) {
     run([&] { f(*app_->dialer->dialerView()->pad); });
+  }
+  // Long-presses the pager and presses menu button `index`.
+  void menu(int index) {
+    run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::LongPress); });
+    run([&] {
+      ui::UIActionSheet::presented()->dismissWithClickedButtonIndex(index);
+    });
   }
   std::shared_ptr<ZVKeypadView> pager() { return controller_->keypadView(); }
   // The current page's name and number lines as shown.
@@ -113,7 +112,7 @@ class PhoneE2ETest : public testing::SimTest {
     return out;
   }
 
-  platform::SimProcess& proc_ = world_.launch("com.apple.mobilephone");
+  platform::SimProcess* proc_ = nullptr;
   Dict settings_, keypadFlags_;
   std::shared_ptr<PhoneApplication> app_;
   std::shared_ptr<ZVKeypadController> controller_;
@@ -276,7 +275,7 @@ TEST_F(PhoneE2ETest, TheSwitchIsStoredThreeSecondsAfterTheLastPress) {
 TEST_F(PhoneE2ETest, AnExceptionShowsOneAlertAndLeavesKeysToTheHost) {
   start();
   // The host's display starts failing when the controller clears it.
-  proc_.run([] {
+  proc_->run([] {
     rt::hookMessage<void(std::string, bool)>(
         rt::getClass("PHHandsetDialerLCDView"),
         "setText:needsFormat:", [](const rt::Id&, std::string, bool) {
@@ -320,6 +319,93 @@ TEST_F(PhoneE2ETest, ARebuiltKeypadLeavesKeysToTheHostUntilItReappears) {
   EXPECT_EQ(app_->dialer->displayNumber(), "");
   EXPECT_EQ(controller_->inputNumber(), "5");
   EXPECT_EQ(app_->dialer->dialerView()->viewWithTag(10086), pager());
+}
+
+TEST_F(PhoneE2ETest, ViewsSitWhereTheScreenAndSystemSay) {
+  struct Case {
+    const char* name;
+    platform::Size points, pixels;
+    const char* version;
+    double pagerTop, pagerHeight, listTop, listHeight, buttonTop;
+  };
+  const Case cases[] = {
+      {"3.5-inch", {320, 480}, {640, 960}, "8.1", 12, 70, 75, 290, 20},
+      {"4-inch", {320, 568}, {640, 1136}, "8.1", 21, 80, 89, 335, 20},
+      {"4.7-inch", {375, 667}, {750, 1334}, "8.1", 45, 80, 142, 356, 20},
+      {"5.5-inch", {414, 736}, {1242, 2208}, "8.1", 55, 100, 170, 380, 25},
+      {"other", {768, 1024}, {1536, 2048}, "8.1", 16, 80, 89, 80, 20},
+      {"3.5-inch on 7.0", {320, 480}, {640, 960}, "7.0", 20, 70, 87, 290, 20},
+      {"4-inch on 7.0", {320, 568}, {640, 1136}, "7.0", 20, 80, 98, 335, 20},
+  };
+  for (const Case& c : cases) {
+    platform::DeviceFacts facts;
+    facts.screenPoints = c.points;
+    facts.screenPixels = c.pixels;
+    facts.systemVersion = c.version;
+    start({}, facts);
+    ASSERT_TRUE(controller_) << c.name;
+    auto keypad = pager();
+    auto list = controller_->listView();
+    auto button = controller_->onoffButton();
+    ASSERT_TRUE(keypad && list && button) << c.name;
+    EXPECT_EQ(keypad->frame().origin.y, c.pagerTop) << c.name;
+    EXPECT_EQ(keypad->frame().size.height, c.pagerHeight) << c.name;
+    EXPECT_EQ(list->frame().origin.y, c.listTop) << c.name;
+    EXPECT_EQ(list->frame().size.height, c.listHeight) << c.name;
+    EXPECT_EQ(button->frame().origin.y, c.buttonTop) << c.name;
+    EXPECT_EQ(button->frame().size, (platform::Size{70, 35})) << c.name;
+    world_.terminate(*proc_);
+  }
+}
+
+TEST_F(PhoneE2ETest, GoingToTheBackgroundClearsOnlyWhenAutoClearIsOn) {
+  start();
+  type("65");
+  run([&] { app_->enterBackground(); });
+  EXPECT_EQ(controller_->inputNumber(), "65");
+  world_.terminate(*proc_);
+
+  settings_["DialerAutoClearNumber"] = true;
+  start();
+  type("1380");
+  run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::TouchEnded); });
+  ASSERT_FALSE(controller_->listView()->isHidden());
+  run([&] { app_->enterBackground(); });
+  EXPECT_EQ(controller_->inputNumber(), "");
+  EXPECT_TRUE(controller_->listView()->isHidden());
+  EXPECT_EQ(controller_->onoffButton()->alpha(), 1);
+  EXPECT_EQ(pager()->getCount(), 0u);
+}
+
+TEST_F(PhoneE2ETest, HoldingZeroReplacesTheLastTypedDigitWhileSearching) {
+  start();
+  // Holding 0 types 0, then replaces it with "+".
+  run([&] { app_->dialer->dialerView()->pad->holdZero(); });
+  EXPECT_EQ(controller_->inputNumber(), "+");
+  type("86138017");
+  EXPECT_EQ(controller_->inputNumber(), "+86138017");
+  // The host's display stays empty: the digits are the controller's.
+  EXPECT_EQ(app_->dialer->displayNumber(), "");
+}
+
+TEST_F(PhoneE2ETest, SendMessageOpensTheMessageURLAndReloadReadsContacts) {
+  settings_.erase("PrefixNumber");
+  start();
+  type("13801700000");
+  menu(1);  // Copy, Send Message (no prefix number set)
+  auto opened = world_.events("openURL");
+  ASSERT_FALSE(opened.empty());
+  EXPECT_EQ(opened.back().detail, "sms:13801700000");
+
+  // A contact added after start-up is found once Reload has run.
+  run([&] { controller_->keypadViewDeleteButtonLongPress(); });
+  writeContacts({deviceContact(4, "Wei", "Zhou", "13912345678")});
+  type("94");  // W Z
+  EXPECT_EQ(pager()->getNumber(), "94");
+  run([&] { controller_->keypadViewDeleteButtonLongPress(); });
+  menu(1);  // Paste, Reload
+  type("94");
+  EXPECT_EQ(pager()->getNumber(), "13912345678");
 }
 
 }  // namespace

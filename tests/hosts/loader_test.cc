@@ -18,6 +18,16 @@ namespace {
 const std::string kHost = ZV_BINARY_DIR "/host_loader";
 const std::string kExtension = ZV_BINARY_DIR "/libzorvel.so";
 
+// Runs `command` in a shell; its exit status and standard output.
+std::pair<int, std::string> shell(const std::string& command) {
+  FILE* pipe = ::popen(command.c_str(), "r");
+  if (!pipe) return {-1, "popen failed"};
+  std::string out;
+  char buf[256];
+  while (size_t n = std::fread(buf, 1, sizeof buf, pipe)) out.append(buf, n);
+  return {::pclose(pipe), out};
+}
+
 class LoaderTest : public ::testing::Test {
  protected:
   // Runs host_loader with the extension loaded `how` ("dlopen", "preload" or
@@ -32,12 +42,7 @@ class LoaderTest : public ::testing::Test {
                  kExtension + "'";
     command += " '" + kHost + "'";
     if (how == "dlopen") command += " '" + kExtension + "'";
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return "popen failed";
-    std::string out;
-    char buf[256];
-    while (size_t n = std::fread(buf, 1, sizeof buf, pipe)) out.append(buf, n);
-    int status = ::pclose(pipe);
+    auto [status, out] = shell(command);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
       return "exit " + std::to_string(status);
     return out;
@@ -70,13 +75,7 @@ TEST_F(LoaderTest, OtherHostsAndDisabledSettingsAreLeftAlone) {
 }
 
 TEST_F(LoaderTest, BadExtensionPathIsAnError) {
-  std::string command = "'" + kHost + "' '" + root_ + "/missing.so' 2>&1";
-  FILE* pipe = ::popen(command.c_str(), "r");
-  ASSERT_NE(pipe, nullptr);
-  std::string out;
-  char buf[256];
-  while (size_t n = std::fread(buf, 1, sizeof buf, pipe)) out.append(buf, n);
-  int status = ::pclose(pipe);
+  auto [status, out] = shell("'" + kHost + "' '" + root_ + "/missing.so' 2>&1");
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
   EXPECT_EQ(out.rfind("host_loader: ", 0), 0u) << out;
   EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 1) << out;

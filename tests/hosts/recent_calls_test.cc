@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/db/platform_schema.h"
+#include "support/call_rows.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"
 
@@ -21,34 +22,15 @@ class RecentCallsTest : public testing::SimTest {
     ASSERT_TRUE(schema::createDatabase(root_ + schema::kCallHistoryDbPath,
                                        schema::Database::kCallHistoryDb));
   }
-  void modernCall(int pk, double date, const char* number, double duration,
-                  bool originated) {
-    testing::execSql(
-        root_ + schema::kCallHistoryStorePath,
-        "INSERT INTO ZCALLRECORD (Z_PK, ZDATE, ZADDRESS, ZDURATION, "
-        "ZORIGINATED) VALUES (" +
-            std::to_string(pk) + ", " + std::to_string(date) + ", '" + number +
-            "', " + std::to_string(duration) + ", " +
-            std::to_string(originated) + ")");
-  }
-  void legacyCall(int rowid, int64_t date, const char* number, int duration,
-                  int flags, const char* id) {
-    testing::execSql(root_ + schema::kCallHistoryDbPath,
-                     "INSERT INTO call (ROWID, date, address, duration, "
-                     "flags, id) VALUES (" +
-                         std::to_string(rowid) + ", " + std::to_string(date) +
-                         ", '" + number + "', " + std::to_string(duration) +
-                         ", " + std::to_string(flags) + ", " + id + ")");
-  }
 };
 
 TEST_F(RecentCallsTest, ModernCallsGroupWhileNumberAndKindRepeat) {
-  modernCall(1, 100.5, "10086", 0, false);
-  modernCall(2, 200.5, "10086", 0, false);
-  modernCall(3, 300.5, "10086", 30, false);
-  modernCall(4, 400.5, "10010", 12, true);
-  modernCall(5, 500.5, "10086", 0, false);
-  modernCall(6, 600.5, "10086", 0, false);
+  testing::insertModernCall(root_, 1, 100.5, "10086", 0, false);
+  testing::insertModernCall(root_, 2, 200.5, "10086", 0, false);
+  testing::insertModernCall(root_, 3, 300.5, "10086", 30, false);
+  testing::insertModernCall(root_, 4, 400.5, "10010", 12, true);
+  testing::insertModernCall(root_, 5, 500.5, "10086", 0, false);
+  testing::insertModernCall(root_, 6, 600.5, "10086", 0, false);
   auto& proc = world_.launch("com.apple.mobilephone");
   auto calls = proc.run([] {
     return loadRecentCalls(
@@ -72,8 +54,8 @@ TEST_F(RecentCallsTest, ModernCallsGroupWhileNumberAndKindRepeat) {
 }
 
 TEST_F(RecentCallsTest, LegacyDatesCountFrom1970AndContactsComeWithTheCall) {
-  legacyCall(1, 1415307200, "10086", 0, 4, "12");
-  legacyCall(2, 1415307300, "10086", 0, 5, "NULL");
+  testing::insertLegacyCall(root_, 1, 1415307200, "10086", 0, 4, "12");
+  testing::insertLegacyCall(root_, 2, 1415307300, "10086", 0, 5, "NULL");
   auto& proc = world_.launch("com.apple.mobilephone");
   auto calls = proc.run([] { return loadRecentCalls(false, nullptr); });
   ASSERT_EQ(calls.size(), 2u);
