@@ -33,7 +33,9 @@ TEST(EncodeTest, FormsOfLatinChineseAndOtherCharacters) {
   };
   EncodedName e;  // reused from name to name, as the loader does
   auto expect = [](const std::string& got, const char* want) {
-    if (want) EXPECT_EQ(got, want);
+    if (want) {
+      EXPECT_EQ(got, want);
+    }
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -42,7 +44,9 @@ TEST(EncodeTest, FormsOfLatinChineseAndOtherCharacters) {
     expect(e.pinYin, c.p);
     expect(e.english, c.e);
     expect(e.first, c.f);
-    if (c.length >= 0) EXPECT_EQ(e.nameLength, c.length);
+    if (c.length >= 0) {
+      EXPECT_EQ(e.nameLength, c.length);
+    }
   }
 }
 
