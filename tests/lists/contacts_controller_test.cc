@@ -46,7 +46,6 @@ class ContactsTest : public testing::ListsTest {
 };
 
 // --- Areas on the card
-// -----------------------------------------------------------
 
 TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
   begin({});
@@ -93,7 +92,6 @@ TEST_F(ContactsTest, CardAreaSettings) {
 }
 
 // --- Opening a card
-// ---------------------------------------------------------------
 
 TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
   const platform::Size size{44, 44};
@@ -124,7 +122,6 @@ TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
 }
 
 // --- List avatars
-// -----------------------------------------------------------------
 
 TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   begin({{"EnableAvatar", true}});
