@@ -30,17 +30,8 @@ Value occurrences(std::vector<double> dates, bool modern = true) {
   return list;
 }
 
-class RecentsTest : public testing::ListsTest {
+class RecentsTest : public testing::RecentsControllerTest {
  protected:
-  // Starts the Phone process and the controller on the fake host.
-  void begin(Dict settings, const char* version = "8.1",
-             const char* screen = "4.7") {
-    proc_ = &start(settings, version, screen);
-    proc_->run([&] {
-      controller_ = ZVRecentsController::sharedInstance();
-      controller_->setHost(host_);
-    });
-  }
   // Runs every decoration the row hook runs, in its order.
   void decorate(const rt::Id& cell) {
     proc_->run([&] {
@@ -48,10 +39,6 @@ class RecentsTest : public testing::ListsTest {
       controller_->ringCell(cell);
       controller_->avatarCell(cell);
     });
-  }
-  template <typename F>
-  auto run(F&& f) {
-    return proc_->run(std::forward<F>(f));
   }
   std::shared_ptr<ui::UITableViewCell> cell(double nameSize = 17,
                                             double labelSize = 14) {
@@ -61,11 +48,6 @@ class RecentsTest : public testing::ListsTest {
     return run([&] { return host_->makeCall(std::move(data)); });
   }
   std::string labelText(const rt::Id& c) { return host_->row(c).label->text(); }
-
-  std::shared_ptr<testing::FakeRecentsHost> host_ =
-      std::make_shared<testing::FakeRecentsHost>();
-  platform::SimProcess* proc_ = nullptr;
-  std::shared_ptr<ZVRecentsController> controller_;
 };
 
 // --- Areas
@@ -318,19 +300,13 @@ TEST_F(RecentsTest, BeforeEightTheCountComesFromItsViewAndTheIconSitsHigher) {
   const double y7 = icon->frame().origin.y;
 
   // The same row on 8.x sits 4 points lower.
-  auto& phone8 = start({{"EnableAvatar", true}, {"EnableArea", false}});
-  auto host8 = std::make_shared<testing::FakeRecentsHost>();
-  phone8.run([&] {
-    auto c = ZVRecentsController::sharedInstance();
-    c->setHost(host8);
-    auto row8 = host8->makeCell();
-    host8->show(row8, host8->makeCall({.number = testing::kUnknownNumber}),
-                "Li Lei", "");
-    c->avatarCell(row8);
-    auto icon8 = row8->contentView()->viewWithTag(10086);
-    ASSERT_TRUE(icon8);
-    EXPECT_DOUBLE_EQ(icon8->frame().origin.y, y7 + 4);
-  });
+  begin({{"EnableAvatar", true}, {"EnableArea", false}});
+  auto row8 = cell();
+  host_->show(row8, call({.number = testing::kUnknownNumber}), "Li Lei", "");
+  run([&] { controller_->avatarCell(row8); });
+  auto icon8 = row8->contentView()->viewWithTag(10086);
+  ASSERT_TRUE(icon8);
+  EXPECT_DOUBLE_EQ(icon8->frame().origin.y, y7 + 4);
 }
 
 TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {

@@ -120,6 +120,12 @@ class SearchTest : public SimTest {
     return *phone_;
   }
 
+  // Ends the Phone process; the next phone() starts a fresh one.
+  void restartPhone() {
+    if (phone_) world_.terminate(*phone_);
+    phone_ = nullptr;
+  }
+
   platform::SimProcess* phone_ = nullptr;
 };
 

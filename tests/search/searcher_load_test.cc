@@ -124,8 +124,7 @@ TEST_F(SearcherLoadTest, ChangesMadeWhileNobodyWatchedAreNoticedAtStart) {
   writeContacts(
       {{1, "Ann", "Lee", nullptr, {"100"}}, {2, "Bo", "Wu", nullptr, {"200"}}});
   phone().run([&] { ZVSearcher::sharedInstance(); });
-  world_.terminate(phone());
-  phone_ = nullptr;
+  restartPhone();
   ageFile(ZVSearcher::kCachePath, 5);
   execSql(platform_schema::kAddressBookPath,
           platform_schema::Database::kAddressBook,
@@ -140,8 +139,7 @@ TEST_F(SearcherLoadTest, ChangesMadeWhileNobodyWatchedAreNoticedAtStart) {
     // The cache just written is trusted again.
     EXPECT_FALSE(s->isCacheStale());
   });
-  world_.terminate(phone());
-  phone_ = nullptr;
+  restartPhone();
 
   // The address book removed altogether: nothing of the cache is shown.
   std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
@@ -202,8 +200,7 @@ TEST_F(SearcherLoadTest, BadCacheAndDatabaseGiveEmptyLists) {
       ASSERT_EQ(s->persons().size(), 1u);
       EXPECT_EQ(s->persons()[0]->getNameFull(), "Ann");
     });
-    world_.terminate(phone());
-    phone_ = nullptr;
+    restartPhone();
   }
 
   // A corrupt database and no cache: nothing, and nothing crashes.

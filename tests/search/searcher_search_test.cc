@@ -72,8 +72,7 @@ TEST_F(SearcherSearchTest, ClassCapacitiesAndOverflow) {
       cache += line(i + 1, 1, "9", "9", "9", "13" + std::to_string(100000 + i),
                     "n" + std::to_string(i));
     writeCache(cache);
-    if (phone_) world_.terminate(*phone_);
-    phone_ = nullptr;
+    restartPhone();
     phone().run([&] {
       auto s = ZVSearcher::sharedInstance();
       const int kept = std::min(count, 7000);
@@ -156,8 +155,7 @@ TEST_F(SearcherSearchTest, RecentNumbersWithoutContact) {
   });
   // With the option off, numbers without contact never match.
   writeSettings({});
-  world_.terminate(phone());
-  phone_ = nullptr;
+  restartPhone();
   phone().run([&] {
     auto s = ZVSearcher::sharedInstance();
     EXPECT_EQ(s->search("100"), 0u);
