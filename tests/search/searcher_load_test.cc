@@ -214,6 +214,7 @@ TEST_F(SearcherLoadTest, BadCacheAndDatabaseGiveEmptyLists) {
     EXPECT_TRUE(s->callHistory().empty());
     EXPECT_FALSE(s->priorityDict().has_value());
     EXPECT_EQ(s->search("1"), 0u);
+    EXPECT_EQ(s->search("**"), 0u);
   });
   EXPECT_EQ(readCache(), "");
 }

@@ -162,14 +162,5 @@ TEST_F(SearcherSearchTest, RecentNumbersWithoutContact) {
   });
 }
 
-TEST_F(SearcherSearchTest, NoContactsNoSearch) {
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
-    EXPECT_TRUE(s->persons().empty());
-    EXPECT_EQ(s->search("23"), 0u);
-    EXPECT_EQ(s->search("**"), 0u);
-  });
-}
-
 }  // namespace
 }  // namespace zv::testing
