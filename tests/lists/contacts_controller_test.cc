@@ -38,40 +38,32 @@ class ContactsTest
 // --- Areas on the card
 
 TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
-  begin({});
-  auto mobile = phone("mobile", "130 0100 0000");
-  auto unknown = phone("home", testing::kUnknownNumber);
-  auto empty = phone("", testing::kBeijingMobile);
-  run([&] {
-    // Constraint passes come several times per cell.
-    for (int pass = 0; pass < 3; ++pass) {
-      controller_->areaCell(mobile);
-      controller_->areaCell(unknown);
-      controller_->areaCell(empty);
-    }
-  });
-  EXPECT_EQ(host_->label(mobile)->text(), "mobile  北京市");
-  EXPECT_EQ(host_->label(unknown)->text(), "home");
-  EXPECT_EQ(host_->label(empty)->text(), "");
-}
-
-TEST_F(ContactsTest, CardAreaSettings) {
-  begin({{"AreaReplaceTextContacts", true}, {"AreaTypeContacts", true}});
-  auto mobile = phone("mobile", testing::kShanghaiMobile);
-  auto empty = phone("", testing::kShanghaiMobile);
-  run([&] {
-    controller_->areaCell(mobile);
-    controller_->areaCell(empty);
-  });
-  EXPECT_EQ(host_->label(mobile)->text(), "上海市 中国联通");
-  EXPECT_EQ(host_->label(empty)->text(), "上海市 中国联通");
-
-  for (const Dict& off :
-       {Dict{{"EnableArea", false}}, Dict{{"AreaNameContacts", false}}}) {
-    begin(off);
-    auto cell = phone("mobile", testing::kShanghaiMobile);
-    run([&] { controller_->areaCell(cell); });
-    EXPECT_EQ(host_->label(cell)->text(), "mobile");
+  const Dict replace{{"AreaReplaceTextContacts", true},
+                     {"AreaTypeContacts", true}};
+  struct Case {
+    Dict settings;
+    std::string label, number, expected;
+  } cases[] = {
+      {{}, "mobile", "130 0100 0000", "mobile  北京市"},
+      {{}, "home", testing::kUnknownNumber, "home"},
+      {{}, "", testing::kBeijingMobile, ""},
+      {replace, "mobile", testing::kShanghaiMobile, "上海市 中国联通"},
+      {replace, "", testing::kShanghaiMobile, "上海市 中国联通"},
+      {{{"EnableArea", false}}, "mobile", testing::kShanghaiMobile, "mobile"},
+      {{{"AreaNameContacts", false}},
+       "mobile",
+       testing::kShanghaiMobile,
+       "mobile"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label + " " + c.number);
+    begin(c.settings);
+    auto cell = phone(c.label, c.number);
+    run([&] {
+      // Constraint passes come several times per cell.
+      for (int pass = 0; pass < 3; ++pass) controller_->areaCell(cell);
+    });
+    EXPECT_EQ(host_->label(cell)->text(), c.expected);
   }
 }
 

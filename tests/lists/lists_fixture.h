@@ -26,7 +26,6 @@ namespace zv::testing {
 inline constexpr char kBeijingMobile[] = "13001000000";  // 北京市 中国联通
 inline constexpr char kShanghaiMobile[] = "13002100000";  // 上海市 中国联通
 inline constexpr char kUnknownNumber[] = "99999";
-inline constexpr double kSince1970 = 978307200.0;
 
 // A contact's record; its picture is a one-colour PNG.
 class FakePerson : public ABPersonRecord {

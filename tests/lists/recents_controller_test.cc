@@ -143,77 +143,71 @@ TEST_F(RecentsTest, SettingsAndSystemVersionDecideWhoGetsWhichArea) {
 
 // --- Ring times
 
-TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCalls) {
+TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
+  // 8.x keys are dates since 2001 with six decimals; 7.x keys are whole
+  // seconds since 1970 (437000000 since 2001 is 1415307200 since 1970).
   writeRingDurations({{"437000000.250000", 12},
                       {"437000100.000000", 5},
                       {"437000200.500000", 7},
-                      {"437000300.000000", 0}});
-  begin({{"CallHistoryRingDuration", true}});
-  auto one = cell();
-  host_->show(one,
-              call({.occurrences = occurrences({437000000.25}),
-                    .number = kBeijingMobile,
-                    .recordId = 4}),
-              "Li Lei", "mobile");
-  auto three = cell();
-  host_->show(three,
-              call({.occurrences =
-                        occurrences({437000000.25, 437000100.0, 437000200.5}),
-                    .number = kShanghaiMobile}),
-              kShanghaiMobile, "");
-  auto none = cell();
-  // No record, and a record of 0 seconds: nothing shown.
-  host_->show(none,
-              call({.occurrences = occurrences({437000300.0, 437000400.0}),
-                    .number = testing::kUnknownNumber}),
-              "99999", "unknown");
-  decorate(one);
-  decorate(three);
-  decorate(none);
-  EXPECT_EQ(labelText(one), "mobile 北京市 (12sec)");
-  EXPECT_EQ(labelText(three), "上海市 (24sec)");
-  EXPECT_EQ(labelText(none), "unknown");
-
-  // The same row decorated again (a reused cell that kept its texts).
-  decorate(one);
-  EXPECT_EQ(labelText(one), "mobile 北京市 (12sec)");
-}
-
-TEST_F(RecentsTest, RingTimeFallsBackToTheCallDateAndIsLocalised) {
-  writeRingDurations({{"437000000.250000", 3}});
-  begin({{"CallHistoryRingDuration", true}, {"EnableArea", false}});
-  proc_->setLocalizedStrings({{"sec", "秒"}});
-  auto row = cell();
-  host_->show(
-      row,
-      call({.date = Date{437000000.25}, .number = testing::kUnknownNumber}),
-      "99999", "");
-  run([&] { controller_->ringCell(row); });
-  EXPECT_EQ(labelText(row), "(3秒)");
-}
-
-TEST_F(RecentsTest, BeforeEightRingTimesAreKeyedBySecondsSince1970) {
-  const double date = 437000000;            // since 2001
-  writeRingDurations({{"1415307200", 9}});  // the same moment since 1970
-  ASSERT_EQ(date + testing::kSince1970, 1415307200);
-  begin({{"CallHistoryRingDuration", true}, {"EnableArea", false}}, "7.1");
-  auto row = cell();
-  host_->show(row,
-              call({.occurrences = occurrences({date}, false),
-                    .number = testing::kUnknownNumber}),
-              "99999", "unknown");
-  // The 8.x key is not looked at on 7.x.
-  auto other = cell();
-  host_->show(other,
-              call({.occurrences = occurrences({date}, true),
-                    .number = testing::kUnknownNumber}),
-              "99999", "unknown");
-  run([&] {
-    controller_->ringCell(row);
-    controller_->ringCell(other);
-  });
-  EXPECT_EQ(labelText(row), "unknown (9sec)");
-  EXPECT_EQ(labelText(other), "unknown");
+                      {"437000300.000000", 0},
+                      {"1415307200", 9}});
+  struct Case {
+    const char* version;
+    bool chinese;
+    FakeCall call;
+    std::string label, expected;
+  } cases[] = {
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000000.25}),
+        .number = kBeijingMobile,
+        .recordId = 4},
+       "mobile",
+       "mobile 北京市 (12sec)"},
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000000.25, 437000100.0, 437000200.5}),
+        .number = kShanghaiMobile},
+       "",
+       "上海市 (24sec)"},
+      // No record, and a record of 0 seconds: nothing shown.
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000300.0, 437000400.0}),
+        .number = testing::kUnknownNumber},
+       "unknown",
+       "unknown"},
+      // Without occurrences the call's own date; the unit is localised.
+      {"8.1",
+       true,
+       {.date = Date{437000000.25}, .number = testing::kUnknownNumber},
+       "",
+       "(12秒)"},
+      {"7.1",
+       false,
+       {.occurrences = occurrences({437000000}, false),
+        .number = testing::kUnknownNumber},
+       "unknown",
+       "unknown (9sec)"},
+      // The 8.x occurrence key is not looked at on 7.x.
+      {"7.1",
+       false,
+       {.occurrences = occurrences({437000000}, true),
+        .number = testing::kUnknownNumber},
+       "unknown",
+       "unknown"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.expected);
+    begin({{"CallHistoryRingDuration", true}}, c.version);
+    if (c.chinese) proc_->setLocalizedStrings({{"sec", "秒"}});
+    auto row = cell();
+    host_->show(row, call(c.call), "x", c.label);
+    decorate(row);
+    // The same row decorated again (a reused cell that kept its texts).
+    decorate(row);
+    EXPECT_EQ(labelText(row), c.expected);
+  }
 }
 
 // --- Avatars and the call-type icon
