@@ -4,12 +4,12 @@
 
 #include <cmath>
 
-#include "devicegen/device_image.h"
 #include "dialer/keypad_list_view.h"
 #include "dialer/keypad_view.h"
 #include "dialer/zv_label.h"
 #include "dialer_fixture.h"
 #include "platform/ui/text_metrics.h"
+#include "support/picture_rows.h"
 
 namespace zv {
 namespace {
@@ -109,7 +109,7 @@ TEST_F(KeypadViewsTest, ButtonsFadeWhileDraggingAndComeBackASecondLater) {
   EXPECT_EQ(alphas(), shown);
 }
 
-TEST_F(KeypadViewsTest, IndexArithmeticAtTheEdges) {
+TEST_F(KeypadViewsTest, IndexArithmeticAtTheEdgesAndButtons) {
   proc_.run([] {
     auto pager = ZVKeypadView::make({{0, 0}, {320, 80}});
     EXPECT_EQ(pager->getNumber(), std::nullopt);
@@ -127,12 +127,8 @@ TEST_F(KeypadViewsTest, IndexArithmeticAtTheEdges) {
     EXPECT_EQ(nameOf(*pager->lcdViews()[1]), "P1");  // no counter
     EXPECT_TRUE(pager->leftArrow()->isHidden());
     EXPECT_FALSE(pager->scrollView()->isScrollEnabled());
-  });
-}
 
-TEST_F(KeypadViewsTest, ButtonsFollowTheTypedNumberAndTheEntry) {
-  proc_.run([] {
-    auto pager = ZVKeypadView::make({{0, 0}, {320, 80}});
+    // The buttons follow the typed number and the entry shown.
     auto typed = std::make_shared<ZVPerson>();
     typed->setPhoneNumber("12");
     pager->setPersons({typed});
@@ -223,6 +219,10 @@ TEST_F(KeypadViewsTest, LabelRunsAndTheirFallbacks) {
 }
 
 TEST_F(KeypadViewsTest, ListPutsTheTypedRowFirstAndLabelsRows) {
+  // A label wider than 100 points is cut to 100; a short one keeps its width.
+  proc_.setLocalizedStrings({{"unknown",
+                              "a phone label far longer than the row can "
+                              "hold beside a name"}});
   proc_.run([&] {
     auto list = ZVKeypadListView::make({{0, 142}, {375, 356}});
     auto persons = people(3);
@@ -242,57 +242,22 @@ TEST_F(KeypadViewsTest, ListPutsTheTypedRowFirstAndLabelsRows) {
         list->tableView()->cellForRowAtIndex(1));
     ASSERT_TRUE(row0 && row1);
     EXPECT_EQ(row0->typeLabel->text(), "Call");
-    EXPECT_EQ(row1->typeLabel->text(), "unknown");  // no phone label
+    EXPECT_EQ(row0->typeLabel->frame().size.width,
+              ui::textWidth("Call", row0->typeLabel->font()));
     EXPECT_EQ(row1->nameLabel->text, "P1");
     EXPECT_EQ(row1->numberLabel->labelCenter()->text(), "555");
     EXPECT_EQ(row1->imageView()->tag(), 1);  // avatar keyed by record id
-    EXPECT_LE(row1->typeLabel->frame().size.width, 100);
-  });
-}
-
-TEST_F(KeypadViewsTest, TypeLabelIsSizedToItsTextButAtMost100PointsWide) {
-  proc_.setLocalizedStrings({{"unknown",
-                              "a phone label far longer than the row can "
-                              "hold beside a name"}});
-  proc_.run([&] {
-    auto list = ZVKeypadListView::make({{0, 142}, {375, 356}});
-    auto persons = people(1);
-    persons[0]->setPhoneType(-1);
-    auto typed = std::make_shared<ZVPerson>();
-    typed->setPhoneNumber("555");
-    typed->setPriority(65);
-    persons.push_back(typed);
-    list->setPersons(persons);
-    list->setInputNumber("555");
-    list->reloadData();
-    auto longRow = std::dynamic_pointer_cast<ZVKeypadListCell>(
-        list->tableView()->cellForRowAtIndex(0));
-    auto shortRow = std::dynamic_pointer_cast<ZVKeypadListCell>(
-        list->tableView()->cellForRowAtIndex(1));
-    ASSERT_TRUE(longRow && shortRow);
-    const std::string& text = longRow->typeLabel->text();
-    ASSERT_GT(ui::textWidth(text, longRow->typeLabel->font()), 100);
-    EXPECT_EQ(longRow->typeLabel->frame().size.width, 100);
-    // A short text keeps its own width.
-    EXPECT_EQ(shortRow->typeLabel->text(), "Call");
-    EXPECT_EQ(shortRow->typeLabel->frame().size.width,
-              ui::textWidth("Call", shortRow->typeLabel->font()));
+    // No phone label: "unknown", localised.
+    const std::string& text = row1->typeLabel->text();
+    EXPECT_EQ(text,
+              "a phone label far longer than the row can hold beside a name");
+    ASSERT_GT(ui::textWidth(text, row1->typeLabel->font()), 100);
+    EXPECT_EQ(row1->typeLabel->frame().size.width, 100);
   });
 }
 
 TEST_F(KeypadViewsTest, ALateAvatarIsSetOnlyOnTheCellStillShowingItsContact) {
-  DevicePeople book;
-  for (int id : {1, 2}) {
-    DeviceContact c;
-    c.recordId = id;
-    c.picture = DevicePicture::kPng;
-    book.contacts.push_back(c);
-  }
-  auto file =
-      root_ + "/var/mobile/Library/AddressBook/AddressBookImages.sqlitedb";
-  std::filesystem::create_directories(
-      std::filesystem::path(file).parent_path());
-  ASSERT_EQ(writeAddressBookImages(file, book), 2);
+  for (int id : {1, 2}) testing::addColourPicture(root_, id, {255, 0, 0, 255});
   auto show = [&](int recordId, bool reuse) {
     std::shared_ptr<ui::UIImageView> image;
     ui::ImagePtr placeholder;

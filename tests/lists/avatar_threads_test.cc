@@ -92,6 +92,20 @@ class AvatarThreadsTest : public testing::ListsTest {
     return (cell * 7 + round * 5) % kPeople;
   }
 
+  // Once every load is done, each cell shows the person of the last round.
+  void expectLastPeople(
+      ThreadedPhone& phone,
+      const std::vector<std::shared_ptr<ui::UITableViewCell>>& cells) {
+    phone.join();
+    phone.drainMain();
+    for (int i = 0; i < kCells; ++i) {
+      const int id = personFor(i, kRounds - 1) + 1;
+      auto image = cells[i]->imageView();
+      EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
+      EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
+    }
+  }
+
   std::vector<std::shared_ptr<FakePerson>> people_;
 };
 
@@ -120,14 +134,7 @@ TEST_F(AvatarThreadsTest,
     // Some loads have finished by now, others are still running.
     phone.drainMain();
   }
-  phone.join();
-  phone.drainMain();
-  for (int i = 0; i < kCells; ++i) {
-    const int id = personFor(i, kRounds - 1) + 1;
-    auto image = cells[i]->imageView();
-    EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
-    EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
-  }
+  expectLastPeople(phone, cells);
 }
 
 TEST_F(AvatarThreadsTest,
@@ -159,14 +166,7 @@ TEST_F(AvatarThreadsTest,
     }
     phone.drainMain();
   }
-  phone.join();
-  phone.drainMain();
-  for (int i = 0; i < kCells; ++i) {
-    const int id = personFor(i, kRounds - 1) + 1;
-    auto image = cells[i]->imageView();
-    EXPECT_EQ(image->tag(), avatarViewTag(id)) << i;
-    EXPECT_TRUE(testing::allPixels(image->image(), colourOf(id))) << i;
-  }
+  expectLastPeople(phone, cells);
 }
 
 }  // namespace

@@ -17,19 +17,14 @@ using testing::FakePerson;
 const ui::Pixel kRed{255, 0, 0, 255};
 const ui::Pixel kBlue{0, 0, 255, 255};
 
-class ContactsTest : public testing::ListsTest {
+class ContactsTest
+    : public testing::ListControllerTest<ZVContactsController,
+                                         testing::FakeContactsHost> {
  protected:
-  void begin(Dict settings, const char* version = "8.1",
+  // Contacts on a 4-inch screen unless said otherwise: avatars show there.
+  void begin(const Dict& settings, const char* version = "8.1",
              const char* screen = "4") {
-    proc_ = &start(settings, version, screen);
-    proc_->run([&] {
-      controller_ = ZVContactsController::sharedInstance();
-      controller_->setHost(host_);
-    });
-  }
-  template <typename F>
-  auto run(F&& f) {
-    return proc_->run(std::forward<F>(f));
+    ListControllerTest::begin(settings, version, screen);
   }
   std::shared_ptr<ui::UITableViewCell> listCell(FakeListCell data,
                                                 double nameSize = 17) {
@@ -38,83 +33,58 @@ class ContactsTest : public testing::ListsTest {
   rt::Id phone(std::string label, std::string value) {
     return run([&] { return host_->makePhoneCell(label, value); });
   }
-
-  std::shared_ptr<testing::FakeContactsHost> host_ =
-      std::make_shared<testing::FakeContactsHost>();
-  platform::SimProcess* proc_ = nullptr;
-  std::shared_ptr<ZVContactsController> controller_;
 };
 
 // --- Areas on the card
-// -----------------------------------------------------------
 
 TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
-  begin({});
-  auto mobile = phone("mobile", "130 0100 0000");
-  auto unknown = phone("home", testing::kUnknownNumber);
-  auto empty = phone("", testing::kBeijingMobile);
-  run([&] {
-    // Constraint passes come several times per cell.
-    for (int pass = 0; pass < 3; ++pass) {
-      controller_->areaCell(mobile);
-      controller_->areaCell(unknown);
-      controller_->areaCell(empty);
-    }
-  });
-  EXPECT_EQ(host_->label(mobile)->text(), "mobile  北京市");
-  EXPECT_EQ(host_->label(unknown)->text(), "home");
-  EXPECT_EQ(host_->label(empty)->text(), "");
-}
-
-TEST_F(ContactsTest, CardAreaSettings) {
-  begin({{"AreaReplaceTextContacts", true}, {"AreaTypeContacts", true}});
-  auto mobile = phone("mobile", testing::kShanghaiMobile);
-  auto empty = phone("", testing::kShanghaiMobile);
-  run([&] {
-    controller_->areaCell(mobile);
-    controller_->areaCell(empty);
-  });
-  EXPECT_EQ(host_->label(mobile)->text(), "上海市 中国联通");
-  EXPECT_EQ(host_->label(empty)->text(), "上海市 中国联通");
-
-  for (const Dict& off :
-       {Dict{{"EnableArea", false}}, Dict{{"AreaNameContacts", false}}}) {
-    auto& proc = start(off);
-    auto cell = proc.run([&] {
-      return host_->makePhoneCell("mobile", testing::kShanghaiMobile);
+  const Dict replace{{"AreaReplaceTextContacts", true},
+                     {"AreaTypeContacts", true}};
+  struct Case {
+    Dict settings;
+    std::string label, number, expected;
+  } cases[] = {
+      {{}, "mobile", "130 0100 0000", "mobile  北京市"},
+      {{}, "home", testing::kUnknownNumber, "home"},
+      {{}, "", testing::kBeijingMobile, ""},
+      {replace, "mobile", testing::kShanghaiMobile, "上海市 中国联通"},
+      {replace, "", testing::kShanghaiMobile, "上海市 中国联通"},
+      {{{"EnableArea", false}}, "mobile", testing::kShanghaiMobile, "mobile"},
+      {{{"AreaNameContacts", false}},
+       "mobile",
+       testing::kShanghaiMobile,
+       "mobile"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label + " " + c.number);
+    begin(c.settings);
+    auto cell = phone(c.label, c.number);
+    run([&] {
+      // Constraint passes come several times per cell.
+      for (int pass = 0; pass < 3; ++pass) controller_->areaCell(cell);
     });
-    proc.run([&] {
-      auto c = ZVContactsController::sharedInstance();
-      c->setHost(host_);
-      c->areaCell(cell);
-    });
-    EXPECT_EQ(host_->label(cell)->text(), "mobile");
+    EXPECT_EQ(host_->label(cell)->text(), c.expected);
   }
 }
 
 // --- Opening a card
-// ---------------------------------------------------------------
 
 TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
   const platform::Size size{44, 44};
   auto picture =
       std::make_shared<const ui::Image>(ui::Image::filled(10, 10, 1, kRed));
   for (std::string screen : {"3.5", "4", "4.7", "5.5"}) {
-    auto& proc = start({{"EnableAvatar", true}}, "8.1", screen.c_str());
-    auto vc =
-        proc.run([] { return rt::create(rt::registerClass("FakeCard")); });
-    auto none =
-        proc.run([] { return rt::create(rt::registerClass("FakeCard")); });
-    host_->showContact(vc, 31);
-    host_->showContact(none, -1);
-    proc.run([&] {
+    begin({{"EnableAvatar", true}}, "8.1", screen.c_str());
+    run([&] {
+      auto vc = rt::create(rt::registerClass("FakeCard"));
+      auto none = rt::create(rt::registerClass("FakeCard"));
+      host_->showContact(vc, 31);
+      host_->showContact(none, -1);
       auto book = ZVAddressBook::sharedInstance();
       book->setCacheAvatar(31, picture, size);
       book->setCacheAvatar(-1, picture, size);
-      auto c = ZVContactsController::sharedInstance();
-      c->setHost(host_);
-      c->viewWillAppear(vc);
-      c->viewWillAppear(none);
+      controller_->viewWillAppear(vc);
+      controller_->viewWillAppear(none);
       const bool small = screen == "3.5" || screen == "4";
       EXPECT_EQ(book->getCahcedAvatar(31, size) == nullptr, small) << screen;
       // No contact, no drop: the placeholder's entry stays.
@@ -124,7 +94,6 @@ TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
 }
 
 // --- List avatars
-// -----------------------------------------------------------------
 
 TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   begin({{"EnableAvatar", true}});
@@ -222,13 +191,11 @@ TEST_F(ContactsTest, LargeScreensAndSwitchesLeaveTheListAlone) {
         std::pair{Dict{{"EnableAvatar", true}}, "5.5"},
         std::pair{Dict{{"EnableAvatar", true}, {"AvatarContacts", false}}, "4"},
         std::pair{Dict{}, "4"}}) {
-    auto& proc = start(settings, "7.1", screen);
-    proc.run([&] {
-      auto c = ZVContactsController::sharedInstance();
-      c->setHost(host_);
+    begin(settings, "7.1", screen);
+    run([&] {
       auto cell = host_->makeListCell(
           {.name = "Li Lei", .person = std::make_shared<FakePerson>(5, true)});
-      c->avatarCell(cell);
+      controller_->avatarCell(cell);
       EXPECT_EQ(cell->imageView()->image(), nullptr);
       EXPECT_EQ(cell->textLabel()->text(), "");
       EXPECT_EQ(cell->separatorInset().left, 15);

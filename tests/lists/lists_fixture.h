@@ -1,4 +1,5 @@
-// Fake Recents and Contacts hosts for the list controllers' tests: row cells
+// Fake Recents and Contacts hosts for the list controllers' tests, and a
+// fixture that starts a controller on one: row cells
 // are real table cells of the UI model with the host's labels, calls and
 // persons are plain objects whose answers the test sets. The device has the
 // China area database and the call-history databases of both generations.
@@ -10,7 +11,9 @@
 #include <vector>
 
 #include "dialer/dialer_fixture.h"
+#include "lists/contacts_controller.h"
 #include "lists/contacts_host.h"
+#include "lists/recents_controller.h"
 #include "lists/recents_host.h"
 #include "platform/db/platform_schema.h"
 #include "platform/sim/device_presets.h"
@@ -23,7 +26,6 @@ namespace zv::testing {
 inline constexpr char kBeijingMobile[] = "13001000000";  // 北京市 中国联通
 inline constexpr char kShanghaiMobile[] = "13002100000";  // 上海市 中国联通
 inline constexpr char kUnknownNumber[] = "99999";
-inline constexpr double kSince1970 = 978307200.0;
 
 // A contact's record; its picture is a one-colour PNG.
 class FakePerson : public ABPersonRecord {
@@ -274,5 +276,30 @@ class ListsTest : public DialerTest {
 
   static constexpr ui::Pixel kPlaceholder{128, 128, 128, 255};
 };
+
+// The Phone process with a list controller (ZVRecentsController,
+// ZVContactsController) on a fake host.
+template <typename Controller, typename Host>
+class ListControllerTest : public ListsTest {
+ protected:
+  void begin(const Dict& settings, const char* version = "8.1",
+             const char* screen = "4.7") {
+    proc_ = &start(settings, version, screen);
+    proc_->run([&] {
+      controller_ = Controller::sharedInstance();
+      controller_->setHost(host_);
+    });
+  }
+  template <typename F>
+  auto run(F&& f) {
+    return proc_->run(std::forward<F>(f));
+  }
+
+  std::shared_ptr<Host> host_ = std::make_shared<Host>();
+  platform::SimProcess* proc_ = nullptr;
+  std::shared_ptr<Controller> controller_;
+};
+using RecentsControllerTest =
+    ListControllerTest<ZVRecentsController, FakeRecentsHost>;
 
 }  // namespace zv::testing

@@ -30,17 +30,8 @@ Value occurrences(std::vector<double> dates, bool modern = true) {
   return list;
 }
 
-class RecentsTest : public testing::ListsTest {
+class RecentsTest : public testing::RecentsControllerTest {
  protected:
-  // Starts the Phone process and the controller on the fake host.
-  void begin(Dict settings, const char* version = "8.1",
-             const char* screen = "4.7") {
-    proc_ = &start(settings, version, screen);
-    proc_->run([&] {
-      controller_ = ZVRecentsController::sharedInstance();
-      controller_->setHost(host_);
-    });
-  }
   // Runs every decoration the row hook runs, in its order.
   void decorate(const rt::Id& cell) {
     proc_->run([&] {
@@ -48,10 +39,6 @@ class RecentsTest : public testing::ListsTest {
       controller_->ringCell(cell);
       controller_->avatarCell(cell);
     });
-  }
-  template <typename F>
-  auto run(F&& f) {
-    return proc_->run(std::forward<F>(f));
   }
   std::shared_ptr<ui::UITableViewCell> cell(double nameSize = 17,
                                             double labelSize = 14) {
@@ -61,15 +48,9 @@ class RecentsTest : public testing::ListsTest {
     return run([&] { return host_->makeCall(std::move(data)); });
   }
   std::string labelText(const rt::Id& c) { return host_->row(c).label->text(); }
-
-  std::shared_ptr<testing::FakeRecentsHost> host_ =
-      std::make_shared<testing::FakeRecentsHost>();
-  platform::SimProcess* proc_ = nullptr;
-  std::shared_ptr<ZVRecentsController> controller_;
 };
 
 // --- Areas
-// ---------------------------------------------------------------------
 
 TEST_F(RecentsTest, AreaJoinsAContactsLabelAndReplacesAStrangers) {
   begin({});
@@ -107,136 +88,129 @@ TEST_F(RecentsTest, AreaJoinsAContactsLabelAndReplacesAStrangers) {
   EXPECT_EQ(labelText(strangerRow), "unknown");
 }
 
-TEST_F(RecentsTest, AreaSettingsDecideWhoGetsWhat) {
-  begin({{"AreaOnlyStrangers", true}, {"AreaTypeCallHistory", true}});
-  auto contactRow = cell();
-  host_->show(contactRow, call({.number = kBeijingMobile, .recordId = 12}),
-              "Li Lei", "mobile");
-  auto strangerRow = cell();
-  // A null record id is no contact.
-  host_->show(strangerRow, call({.number = kBeijingMobile, .recordId = {}}),
-              kBeijingMobile, "unknown");
-  run([&] {
-    controller_->areaCell(contactRow);
-    controller_->areaCell(strangerRow);
-  });
-  EXPECT_EQ(labelText(contactRow), "mobile");
-  EXPECT_EQ(labelText(strangerRow), kBeijing + " 中国联通");
-}
-
-TEST_F(RecentsTest, ReplacementPutsTheAreaInPlaceOfAContactsLabel) {
-  begin({{"AreaReplaceTextCallHistory", true}});
-  auto row = cell();
-  host_->show(row, call({.number = kBeijingMobile, .recordId = 3}), "Li Lei",
-              "mobile");
-  run([&] { controller_->areaCell(row); });
-  EXPECT_EQ(labelText(row), kBeijing);
-}
-
-TEST_F(RecentsTest, BeforeEightTheNumberAndContactComeFromTheOlderFields) {
-  begin({{"AreaOnlyStrangers", true}}, "7.1.2");
-  auto contactRow = cell();
-  // On 7.x the record id field is not asked: uid says it is a contact.
-  host_->show(contactRow, call({.number = kBeijingMobile, .uid = 8}), "Li Lei",
-              "mobile");
-  auto strangerRow = cell();
-  host_->show(strangerRow,
-              call({.number = kBeijingMobile, .recordId = 8, .uid = -1}),
-              kBeijingMobile, "");
-  run([&] {
-    controller_->areaCell(contactRow);
-    controller_->areaCell(strangerRow);
-  });
-  EXPECT_EQ(labelText(contactRow), "mobile");
-  EXPECT_EQ(labelText(strangerRow), kBeijing);
-}
-
-TEST_F(RecentsTest, AreasOffLeaveTheLabel) {
-  begin({{"AreaNameCallHistory", false}});
-  auto row = cell();
-  host_->show(row, call({.number = kBeijingMobile}), "x", "unknown");
-  run([&] { controller_->areaCell(row); });
-  EXPECT_EQ(labelText(row), "unknown");
+TEST_F(RecentsTest, SettingsAndSystemVersionDecideWhoGetsWhichArea) {
+  const Dict onlyStrangers{{"AreaOnlyStrangers", true}};
+  const Dict strangersWithType{{"AreaOnlyStrangers", true},
+                               {"AreaTypeCallHistory", true}};
+  struct Case {
+    Dict settings;
+    const char* version;
+    FakeCall call;
+    std::string label, expected;
+  } cases[] = {
+      {strangersWithType,
+       "8.1",
+       {.number = kBeijingMobile, .recordId = 12},
+       "mobile",
+       "mobile"},
+      // A null record id is no contact.
+      {strangersWithType,
+       "8.1",
+       {.number = kBeijingMobile, .recordId = {}},
+       "unknown",
+       kBeijing + " 中国联通"},
+      {{{"AreaReplaceTextCallHistory", true}},
+       "8.1",
+       {.number = kBeijingMobile, .recordId = 3},
+       "mobile",
+       kBeijing},
+      {{{"AreaNameCallHistory", false}},
+       "8.1",
+       {.number = kBeijingMobile},
+       "unknown",
+       "unknown"},
+      // On 7.x the record id field is not asked: uid says who is a contact.
+      {onlyStrangers,
+       "7.1.2",
+       {.number = kBeijingMobile, .uid = 8},
+       "mobile",
+       "mobile"},
+      {onlyStrangers,
+       "7.1.2",
+       {.number = kBeijingMobile, .recordId = 8, .uid = -1},
+       "",
+       kBeijing},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.version + (" " + c.label));
+    begin(c.settings, c.version);
+    auto row = cell();
+    host_->show(row, call(c.call), "x", c.label);
+    run([&] { controller_->areaCell(row); });
+    EXPECT_EQ(labelText(row), c.expected);
+  }
 }
 
 // --- Ring times
-// ----------------------------------------------------------------
 
-TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCalls) {
+TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
+  // 8.x keys are dates since 2001 with six decimals; 7.x keys are whole
+  // seconds since 1970 (437000000 since 2001 is 1415307200 since 1970).
   writeRingDurations({{"437000000.250000", 12},
                       {"437000100.000000", 5},
                       {"437000200.500000", 7},
-                      {"437000300.000000", 0}});
-  begin({{"CallHistoryRingDuration", true}});
-  auto one = cell();
-  host_->show(one,
-              call({.occurrences = occurrences({437000000.25}),
-                    .number = kBeijingMobile,
-                    .recordId = 4}),
-              "Li Lei", "mobile");
-  auto three = cell();
-  host_->show(three,
-              call({.occurrences =
-                        occurrences({437000000.25, 437000100.0, 437000200.5}),
-                    .number = kShanghaiMobile}),
-              kShanghaiMobile, "");
-  auto none = cell();
-  // No record, and a record of 0 seconds: nothing shown.
-  host_->show(none,
-              call({.occurrences = occurrences({437000300.0, 437000400.0}),
-                    .number = testing::kUnknownNumber}),
-              "99999", "unknown");
-  decorate(one);
-  decorate(three);
-  decorate(none);
-  EXPECT_EQ(labelText(one), "mobile 北京市 (12sec)");
-  EXPECT_EQ(labelText(three), "上海市 (24sec)");
-  EXPECT_EQ(labelText(none), "unknown");
-
-  // The same row decorated again (a reused cell that kept its texts).
-  decorate(one);
-  EXPECT_EQ(labelText(one), "mobile 北京市 (12sec)");
-}
-
-TEST_F(RecentsTest, RingTimeFallsBackToTheCallDateAndIsLocalised) {
-  writeRingDurations({{"437000000.250000", 3}});
-  begin({{"CallHistoryRingDuration", true}, {"EnableArea", false}});
-  proc_->setLocalizedStrings({{"sec", "秒"}});
-  auto row = cell();
-  host_->show(
-      row,
-      call({.date = Date{437000000.25}, .number = testing::kUnknownNumber}),
-      "99999", "");
-  run([&] { controller_->ringCell(row); });
-  EXPECT_EQ(labelText(row), "(3秒)");
-}
-
-TEST_F(RecentsTest, BeforeEightRingTimesAreKeyedBySecondsSince1970) {
-  const double date = 437000000;            // since 2001
-  writeRingDurations({{"1415307200", 9}});  // the same moment since 1970
-  ASSERT_EQ(date + testing::kSince1970, 1415307200);
-  begin({{"CallHistoryRingDuration", true}, {"EnableArea", false}}, "7.1");
-  auto row = cell();
-  host_->show(row,
-              call({.occurrences = occurrences({date}, false),
-                    .number = testing::kUnknownNumber}),
-              "99999", "unknown");
-  // The 8.x key is not looked at on 7.x.
-  auto other = cell();
-  host_->show(other,
-              call({.occurrences = occurrences({date}, true),
-                    .number = testing::kUnknownNumber}),
-              "99999", "unknown");
-  run([&] {
-    controller_->ringCell(row);
-    controller_->ringCell(other);
-  });
-  EXPECT_EQ(labelText(row), "unknown (9sec)");
-  EXPECT_EQ(labelText(other), "unknown");
+                      {"437000300.000000", 0},
+                      {"1415307200", 9}});
+  struct Case {
+    const char* version;
+    bool chinese;
+    FakeCall call;
+    std::string label, expected;
+  } cases[] = {
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000000.25}),
+        .number = kBeijingMobile,
+        .recordId = 4},
+       "mobile",
+       "mobile 北京市 (12sec)"},
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000000.25, 437000100.0, 437000200.5}),
+        .number = kShanghaiMobile},
+       "",
+       "上海市 (24sec)"},
+      // No record, and a record of 0 seconds: nothing shown.
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000300.0, 437000400.0}),
+        .number = testing::kUnknownNumber},
+       "unknown",
+       "unknown"},
+      // Without occurrences the call's own date; the unit is localised.
+      {"8.1",
+       true,
+       {.date = Date{437000000.25}, .number = testing::kUnknownNumber},
+       "",
+       "(12秒)"},
+      {"7.1",
+       false,
+       {.occurrences = occurrences({437000000}, false),
+        .number = testing::kUnknownNumber},
+       "unknown",
+       "unknown (9sec)"},
+      // The 8.x occurrence key is not looked at on 7.x.
+      {"7.1",
+       false,
+       {.occurrences = occurrences({437000000}, true),
+        .number = testing::kUnknownNumber},
+       "unknown",
+       "unknown"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.expected);
+    begin({{"CallHistoryRingDuration", true}}, c.version);
+    if (c.chinese) proc_->setLocalizedStrings({{"sec", "秒"}});
+    auto row = cell();
+    host_->show(row, call(c.call), "x", c.label);
+    decorate(row);
+    // The same row decorated again (a reused cell that kept its texts).
+    decorate(row);
+    EXPECT_EQ(labelText(row), c.expected);
+  }
 }
 
 // --- Avatars and the call-type icon
-// ---------------------------------------------
 
 TEST_F(RecentsTest, BlanksFollowTheFontSizesAndAreNotRepeated) {
   begin({{"EnableAvatar", true}, {"EnableArea", false}});
@@ -271,8 +245,7 @@ TEST_F(RecentsTest, CallTypeIconMovesAfterTheNameOrToTheLabelLine) {
   EXPECT_TRUE(r.icon->isHidden());
   EXPECT_EQ(r.icon->alpha(), 0);
   // One moved icon, however often the row is decorated.
-  auto content =
-      std::static_pointer_cast<ui::UITableViewCell>(row)->contentView();
+  auto content = row->contentView();
   int icons = 0;
   for (auto& v : content->subviews()) icons += v->tag() == 10086;
   ASSERT_EQ(icons, 1);
@@ -313,9 +286,7 @@ TEST_F(RecentsTest, BeforeEightTheCountComesFromItsViewAndTheIconSitsHigher) {
   r.count->setText("(2)");
   r.count->setFont({"Helvetica", 12});
   decorate(row);
-  auto content =
-      std::static_pointer_cast<ui::UITableViewCell>(row)->contentView();
-  auto icon = content->viewWithTag(10086);
+  auto icon = row->contentView()->viewWithTag(10086);
   ASSERT_TRUE(icon);
   const double nameEnd = 15 + ui::textWidth(r.name->text(), r.name->font());
   EXPECT_DOUBLE_EQ(icon->frame().origin.x,
@@ -323,26 +294,18 @@ TEST_F(RecentsTest, BeforeEightTheCountComesFromItsViewAndTheIconSitsHigher) {
   const double y7 = icon->frame().origin.y;
 
   // The same row on 8.x sits 4 points lower.
-  auto& phone8 = start({{"EnableAvatar", true}, {"EnableArea", false}});
-  auto host8 = std::make_shared<testing::FakeRecentsHost>();
-  phone8.run([&] {
-    auto c = ZVRecentsController::sharedInstance();
-    c->setHost(host8);
-    auto row8 = host8->makeCell();
-    host8->show(row8, host8->makeCall({.number = testing::kUnknownNumber}),
-                "Li Lei", "");
-    c->avatarCell(row8);
-    auto icon8 = std::static_pointer_cast<ui::UITableViewCell>(row8)
-                     ->contentView()
-                     ->viewWithTag(10086);
-    ASSERT_TRUE(icon8);
-    EXPECT_DOUBLE_EQ(icon8->frame().origin.y, y7 + 4);
-  });
+  begin({{"EnableAvatar", true}, {"EnableArea", false}});
+  auto row8 = cell();
+  host_->show(row8, call({.number = testing::kUnknownNumber}), "Li Lei", "");
+  run([&] { controller_->avatarCell(row8); });
+  auto icon8 = row8->contentView()->viewWithTag(10086);
+  ASSERT_TRUE(icon8);
+  EXPECT_DOUBLE_EQ(icon8->frame().origin.y, y7 + 4);
 }
 
 TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   begin({{"EnableAvatar", true}, {"EnableArea", false}});
-  const ui::Pixel red{255, 0, 0, 255}, blue{0, 0, 255, 255};
+  const ui::Pixel red{255, 0, 0, 255};
   auto withPicture = std::make_shared<FakePerson>(21, true, red);
   auto noPicture = std::make_shared<FakePerson>(22, false);
   auto row = cell();
@@ -357,7 +320,7 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   decorate(plain);
   decorate(stranger);
 
-  auto image = std::static_pointer_cast<ui::UITableViewCell>(row)->imageView();
+  auto image = row->imageView();
   EXPECT_EQ(image->tag(), avatarViewTag(21));
   EXPECT_LT(image->tag(), 0);  // bit 31
   EXPECT_EQ(image->cornerRadius(), 20);
@@ -367,12 +330,10 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   world_.advance(0);
   EXPECT_TRUE(testing::allPixels(image->image(), red));
 
-  auto plainImage =
-      std::static_pointer_cast<ui::UITableViewCell>(plain)->imageView();
+  auto plainImage = plain->imageView();
   EXPECT_TRUE(testing::allPixels(plainImage->image(), kPlaceholder));
   EXPECT_EQ(plainImage->tag(), avatarViewTag(22));
-  auto strangerImage =
-      std::static_pointer_cast<ui::UITableViewCell>(stranger)->imageView();
+  auto strangerImage = stranger->imageView();
   EXPECT_TRUE(testing::allPixels(strangerImage->image(), kPlaceholder));
   EXPECT_EQ(strangerImage->tag(), avatarViewTag(-1));
 
@@ -381,30 +342,7 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   host_->show(again, call({.number = kBeijingMobile, .person = withPicture}),
               "Li Lei", "mobile");
   decorate(again);
-  EXPECT_TRUE(
-      testing::allPixels(std::static_pointer_cast<ui::UITableViewCell>(again)
-                             ->imageView()
-                             ->image(),
-                         red));
-
-  // A cell reused for another contact before its load finished keeps the
-  // other contact's picture.
-  auto reused = cell();
-  host_->show(reused,
-              call({.number = kBeijingMobile,
-                    .person = std::make_shared<FakePerson>(23, true, red)}),
-              "A", "");
-  decorate(reused);
-  host_->show(reused,
-              call({.number = kBeijingMobile,
-                    .person = std::make_shared<FakePerson>(24, true, blue)}),
-              "B", "");
-  decorate(reused);
-  world_.advance(0);
-  auto reusedImage =
-      std::static_pointer_cast<ui::UITableViewCell>(reused)->imageView();
-  EXPECT_EQ(reusedImage->tag(), avatarViewTag(24));
-  EXPECT_TRUE(testing::allPixels(reusedImage->image(), blue));
+  EXPECT_TRUE(testing::allPixels(again->imageView()->image(), red));
 }
 
 TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {
@@ -415,20 +353,18 @@ TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {
   run([&] { controller_->avatarLayoutCell(row); });
   EXPECT_EQ(host_->row(row).name->text(), "Li Lei");
   EXPECT_FALSE(host_->row(row).icon->isHidden());
-  auto table = std::static_pointer_cast<ui::UITableViewCell>(row);
-  EXPECT_EQ(table->imageView()->image(), nullptr);
-  EXPECT_EQ(table->separatorInset().left, 15);
+  EXPECT_EQ(row->imageView()->image(), nullptr);
+  EXPECT_EQ(row->separatorInset().left, 15);
 }
 
 TEST_F(RecentsTest, SeparatorMakesRoomForTheAvatarAndTheEditingControl) {
   begin({{"EnableAvatar", true}});
   auto row = cell();
-  auto table = std::static_pointer_cast<ui::UITableViewCell>(row);
   run([&] { controller_->avatarLayoutCell(row); });
-  EXPECT_EQ(table->separatorInset().left, 67);
+  EXPECT_EQ(row->separatorInset().left, 67);
   host_->row(row).editing = true;
   run([&] { controller_->avatarLayoutCell(row); });
-  EXPECT_EQ(table->separatorInset().left, 105);
+  EXPECT_EQ(row->separatorInset().left, 105);
 }
 
 }  // namespace

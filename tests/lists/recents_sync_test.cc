@@ -11,23 +11,17 @@ namespace {
 
 using testing::FakeCall;
 
-class RecentsSyncTest : public testing::ListsTest {
+class RecentsSyncTest : public testing::RecentsControllerTest {
  protected:
+  // The controller with the history limit `limit`; zvtool's command lines
+  // are recorded, not run.
   void begin(int limit, const char* version = "8.1") {
-    proc_ = &start({{"CallHistoryLimit", limit}}, version);
+    ListControllerTest::begin({{"CallHistoryLimit", limit}}, version);
     proc_->setSystemHandler([this](const std::string& command) {
       commands_.push_back(command);
       return 0;
     });
-    proc_->run([&] {
-      controller_ = ZVRecentsController::sharedInstance();
-      controller_->setHost(host_);
-    });
-    vc_ = proc_->run([] { return rt::create(rt::registerClass("FakeVC")); });
-  }
-  template <typename F>
-  auto run(F&& f) {
-    return proc_->run(std::forward<F>(f));
+    vc_ = run([] { return rt::create(rt::registerClass("FakeVC")); });
   }
 
   void exec(const std::string& sql) {
@@ -55,10 +49,6 @@ class RecentsSyncTest : public testing::ListsTest {
     return n;
   }
 
-  std::shared_ptr<testing::FakeRecentsHost> host_ =
-      std::make_shared<testing::FakeRecentsHost>();
-  platform::SimProcess* proc_ = nullptr;
-  std::shared_ptr<ZVRecentsController> controller_;
   rt::Id vc_;
   std::vector<std::string> commands_;
 };

@@ -269,6 +269,10 @@ TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyOrLoseOnlyTheirBadLists) {
       {"truncated", good.substr(0, good.size() / 2)},
       {"garbage", std::string("\x00\xff\x13\x37garbage\x01", 12)},
       {"not a dictionary", plist::toXml(Value(Array{Value("x")}))},
+      // Found by fuzzing: a binary file carried "138\0..." (UTF-16), which
+      // was read whole but written back cut at the NUL.
+      {"text with a NUL",
+       readFile(ZV_SOURCE_DIR "/fuzz/corpus/recipients/text_with_nul")},
   };
   for (const auto& [what, bytes] : damaged) {
     SCOPED_TRACE(what);

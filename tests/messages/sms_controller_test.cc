@@ -1,12 +1,11 @@
 // ZVSMSController against a fake Messages host: areas and pictures in the
 // conversation list, pictures in the transcript, and the composer's Group
 // button with the replacement of its recipients.
-#include <sqlite3.h>
-
 #include "area/area_loader.h"
 #include "messages/group_view_controller.h"
 #include "messages_fixture.h"
 #include "search/avatar_loader.h"
+#include "support/picture_rows.h"
 
 namespace zv::testing {
 namespace {
@@ -18,23 +17,7 @@ const Dict kAvatarOn{{"EnableAvatar", Value(true)}};
 class SMSControllerTest : public MessagesTest {
  protected:
   void addPicture(int record, ui::Pixel colour) {
-    const std::string file = root_ + platform_schema::kAddressBookImagesPath;
-    ASSERT_TRUE(platform_schema::createDatabase(
-        file, platform_schema::Database::kAddressBookImages));
-    std::string png = ui::Image::filled(60, 60, 1, colour).encodePng();
-    sqlite3* db = nullptr;
-    sqlite3_open(file.c_str(), &db);
-    sqlite3_stmt* insert = nullptr;
-    sqlite3_prepare_v2(db,
-                       "INSERT INTO ABThumbnailImage (record_id,format,data) "
-                       "VALUES (?,0,?)",
-                       -1, &insert, nullptr);
-    sqlite3_bind_int(insert, 1, record);
-    sqlite3_bind_blob(insert, 2, png.data(), static_cast<int>(png.size()),
-                      SQLITE_TRANSIENT);
-    EXPECT_EQ(sqlite3_step(insert), SQLITE_DONE);
-    sqlite3_finalize(insert);
-    sqlite3_close(db);
+    addColourPicture(root_, record, colour, 0, 60, 60);
   }
   static ui::Pixel centre(const ui::ImagePtr& image) {
     return image->pixel(image->pixelWidth() / 2, image->pixelHeight() / 2);
@@ -45,7 +28,7 @@ class SMSControllerTest : public MessagesTest {
   }
 };
 
-TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsStrangersRule) {
+TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsTheSettings) {
   auto& p = launchMessages(
       {{"EnableArea", Value(true)}, {"AreaOnlyStrangers", Value(true)}});
   p.run([&] {
@@ -76,24 +59,21 @@ TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsStrangersRule) {
     c->areaCell(cell.cell, conversation("abc"));
     EXPECT_EQ(label->text(), "");
   });
-}
-
-TEST_F(SMSControllerTest, ContactsKeepTheirAreaWithoutTheStrangersRule) {
-  auto& p = launchMessages(kAreaOn);
-  p.run([&] {
+  // Without the rule contacts keep their area; with the switch off there is
+  // no label at all.
+  launchMessages(kAreaOn).run([&] {
     auto& cell = host_->addListCell();
     ZVSMSController::sharedInstance()->areaCell(cell.cell,
                                                 conversation(kMobile, 4));
     EXPECT_FALSE(areaLabel(cell)->text().empty());
   });
-  auto& off = launchMessages(
-      {{"EnableArea", Value(true)}, {"AreaNameSMS", Value(false)}});
-  off.run([&] {
-    auto& cell = host_->addListCell();
-    ZVSMSController::sharedInstance()->areaCell(cell.cell,
-                                                conversation(kMobile));
-    EXPECT_EQ(areaLabel(cell), nullptr);
-  });
+  launchMessages({{"EnableArea", Value(true)}, {"AreaNameSMS", Value(false)}})
+      .run([&] {
+        auto& cell = host_->addListCell();
+        ZVSMSController::sharedInstance()->areaCell(cell.cell,
+                                                    conversation(kMobile));
+        EXPECT_EQ(areaLabel(cell), nullptr);
+      });
 }
 
 TEST_F(SMSControllerTest, AreaStandsBesideTheSenderAndIsClippedByTheDate) {
@@ -128,9 +108,17 @@ TEST_F(SMSControllerTest, AreaStandsBesideTheSenderAndIsClippedByTheDate) {
 TEST_F(SMSControllerTest, ListPictureIsPlaceholderFirstThenTheFetchedOne) {
   addPicture(7, {255, 0, 0, 255});
   auto& p = launchMessages(kAvatarOn);
-  std::shared_ptr<ui::UIImageView> image;
+  std::shared_ptr<ui::UIImageView> image, reused;
   p.run([&] {
     auto c = ZVSMSController::sharedInstance();
+    // A cell reused for a number without contact before the picture came
+    // back keeps the placeholder.
+    auto& other = host_->addListCell();
+    c->avatarCell(other.cell, conversation(kMobile, 7, true));
+    c->avatarCell(other.cell, conversation("10086"));
+    reused = other.cell->imageView();
+    EXPECT_EQ(reused->tag(), -1);
+
     auto& cell = host_->addListCell();
     auto v = conversation(kMobile, 7, true);
     v->unread = true;
@@ -150,31 +138,13 @@ TEST_F(SMSControllerTest, ListPictureIsPlaceholderFirstThenTheFetchedOne) {
     ASSERT_NE(image->image(), nullptr);
     EXPECT_EQ(image->image()->pixelWidth(), 100);
     EXPECT_EQ(centre(image->image()), (ui::Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(reused->image(),
+              ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
     // Now cached: the next cell gets the picture at once.
     auto& again = host_->addListCell();
     ZVSMSController::sharedInstance()->avatarCell(
         again.cell, conversation(kMobile, 7, true));
     EXPECT_EQ(again.cell->imageView()->image(), image->image());
-  });
-}
-
-TEST_F(SMSControllerTest, LateFetchSkipsACellReusedForAnotherConversation) {
-  addPicture(7, {255, 0, 0, 255});
-  auto& p = launchMessages(kAvatarOn);
-  std::shared_ptr<ui::UIImageView> image;
-  p.run([&] {
-    auto c = ZVSMSController::sharedInstance();
-    auto& cell = host_->addListCell();
-    c->avatarCell(cell.cell, conversation(kMobile, 7, true));
-    // Reused for a number without contact before the picture came back.
-    c->avatarCell(cell.cell, conversation("10086"));
-    image = cell.cell->imageView();
-    EXPECT_EQ(image->tag(), -1);
-  });
-  world_.advance(0.1);
-  p.run([&] {
-    EXPECT_EQ(image->image(),
-              ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));
   });
 }
 

@@ -1,7 +1,6 @@
 #include "search/address_book.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <atomic>
 #include <thread>
@@ -10,6 +9,7 @@
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "support/device_db.h"
+#include "support/picture_rows.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -42,27 +42,9 @@ class AddressBookTest : public testing::SimTest {
     testing::execSql(root_ + devicePath, sql);
   }
 
-  // Stores a PNG thumbnail of one colour, w x h pixels.
   void addPicture(int recordId, int format, Pixel colour, int w = 80,
                   int h = 80) {
-    std::string png = Image::filled(w, h, 1, colour).encodePng();
-    sqlite3* db = nullptr;
-    ASSERT_EQ(
-        sqlite3_open((root_ + platform_schema::kAddressBookImagesPath).c_str(),
-                     &db),
-        SQLITE_OK);
-    sqlite3_stmt* insert = nullptr;
-    sqlite3_prepare_v2(db,
-                       "INSERT OR REPLACE INTO ABThumbnailImage "
-                       "(record_id, format, data) VALUES (?, ?, ?)",
-                       -1, &insert, nullptr);
-    sqlite3_bind_int(insert, 1, recordId);
-    sqlite3_bind_int(insert, 2, format);
-    sqlite3_bind_blob(insert, 3, png.data(), static_cast<int>(png.size()),
-                      SQLITE_TRANSIENT);
-    EXPECT_EQ(sqlite3_step(insert), SQLITE_DONE);
-    sqlite3_finalize(insert);
-    sqlite3_close(db);
+    testing::addColourPicture(root_, recordId, colour, format, w, h);
   }
 
   void installPlaceholder(Pixel colour) {
@@ -106,16 +88,15 @@ TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
     EXPECT_EQ(ZVAddressBook::sharedInstance()->getAddressBookInfo(1, 16),
               "1990年1月5日");
   });
-}
 
-TEST_F(AddressBookTest, FactsWithoutDatabaseAreNull) {
+  // No database: nothing, and none is made.
   std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
   launch().run([&] {
     EXPECT_EQ(ZVAddressBook::sharedInstance()->getAddressBookInfo(1, 63),
               std::nullopt);
-    EXPECT_FALSE(
-        std::filesystem::exists(root_ + platform_schema::kAddressBookPath));
   });
+  EXPECT_FALSE(
+      std::filesystem::exists(root_ + platform_schema::kAddressBookPath));
 }
 
 TEST_F(AddressBookTest, PhoneLabelsAreLocalisedAndLoadedOnce) {
@@ -146,9 +127,7 @@ TEST_F(AddressBookTest, PhoneLabelsAreLocalisedAndLoadedOnce) {
 TEST_F(AddressBookTest, PictureIsTheFirstNonEmptyFormatScaledAndCached) {
   addPicture(7, 2, kBlue);
   addPicture(7, 1, kRed);
-  exec(platform_schema::kAddressBookImagesPath,
-       "INSERT INTO ABThumbnailImage (record_id, format, data) "
-       "VALUES (7, 0, x'')");
+  testing::addPictureRow(root_, 7, 0, "");
   launch().run([&] {
     auto book = ZVAddressBook::sharedInstance();
     EXPECT_EQ(ZVAddressBook::getAvatarKey(12, {40, 40}),
@@ -176,6 +155,16 @@ TEST_F(AddressBookTest, PictureIsTheFirstNonEmptyFormatScaledAndCached) {
 }
 
 TEST_F(AddressBookTest, PlaceholderStandsInOnlyWhenAllowed) {
+  // Without its file the placeholder is a transparent picture.
+  launch().run([&] {
+    auto book = ZVAddressBook::sharedInstance();
+    ASSERT_NE(book->getNullAvatar(), nullptr);
+    EXPECT_TRUE(book->getNullAvatar()->empty());
+    ui::ImagePtr sized = book->getNullAvatarWithsize({44, 44});
+    EXPECT_TRUE(allPixels(sized, Pixel{}));
+    EXPECT_EQ(sized->pixelWidth(), 88);
+  });
+
   installPlaceholder(kGrey);
   launch().run([&] {
     auto book = ZVAddressBook::sharedInstance();
@@ -193,17 +182,6 @@ TEST_F(AddressBookTest, PlaceholderStandsInOnlyWhenAllowed) {
     EXPECT_EQ(book->getAvatar(8, Size{40, 40}), placeholder);
     EXPECT_EQ(book->getCahcedAvatar(8, {40, 40}), placeholder);
     EXPECT_EQ(book->getCahcedAvatar(9, {40, 40}), nullptr);
-  });
-}
-
-TEST_F(AddressBookTest, MissingPlaceholderFileGivesATransparentPicture) {
-  launch().run([&] {
-    auto book = ZVAddressBook::sharedInstance();
-    ASSERT_NE(book->getNullAvatar(), nullptr);
-    EXPECT_TRUE(book->getNullAvatar()->empty());
-    ui::ImagePtr sized = book->getNullAvatarWithsize({44, 44});
-    EXPECT_TRUE(allPixels(sized, Pixel{}));
-    EXPECT_EQ(sized->pixelWidth(), 88);
   });
 }
 

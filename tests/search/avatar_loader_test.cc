@@ -13,7 +13,7 @@
 #include "platform/linux/linux_platform.h"
 #include "platform/ui/view.h"
 #include "search/address_book.h"
-#include "support/device_db.h"
+#include "support/picture_rows.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -21,36 +21,18 @@ namespace {
 
 namespace ps = platform_schema;
 using platform::Size;
-using ui::Image;
 using ui::Pixel;
 
 const Pixel kRed{255, 0, 0, 255};
 const Pixel kBlue{0, 0, 255, 255};
-
-std::string hex(const std::string& bytes) {
-  static const char* digits = "0123456789ABCDEF";
-  std::string out;
-  for (unsigned char c : bytes) {
-    out += digits[c >> 4];
-    out += digits[c & 15];
-  }
-  return out;
-}
 
 // A device root whose picture database holds a red picture for the odd
 // record ids and a blue one for the even ids, 1 to `count`.
 void writePictures(const std::string& root, int count) {
   ASSERT_TRUE(ps::createDatabase(root + ps::kAddressBookPath,
                                  ps::Database::kAddressBook));
-  ASSERT_TRUE(ps::createDatabase(root + ps::kAddressBookImagesPath,
-                                 ps::Database::kAddressBookImages));
-  const std::string red = hex(Image::filled(80, 80, 1, kRed).encodePng());
-  const std::string blue = hex(Image::filled(80, 80, 1, kBlue).encodePng());
-  std::string sql = "BEGIN;";
   for (int id = 1; id <= count; ++id)
-    sql += "INSERT INTO ABThumbnailImage (record_id, format, data) VALUES (" +
-           std::to_string(id) + ", 0, X'" + (id % 2 ? red : blue) + "');";
-  testing::execSql(root + ps::kAddressBookImagesPath, sql + "COMMIT;");
+    testing::addColourPicture(root, id, id % 2 ? kRed : kBlue);
 }
 
 bool showsColour(const ui::UIImageView& view, Pixel colour) {

@@ -23,26 +23,15 @@
 
 namespace {
 
-using zv::testing::replayCorpus;
-
-TEST(FuzzCorpusTest, ReadingTables) {
-  EXPECT_GE(replayCorpus("t9_table", fuzzT9Table), 5);
-}
-
-TEST(FuzzCorpusTest, SettingsPropertyLists) {
-  EXPECT_GE(replayCorpus("settings_plist", fuzzSettingsPlist), 5);
-}
-
-TEST(FuzzCorpusTest, PlatformDatabaseRows) {
-  EXPECT_GE(replayCorpus("platform_rows", fuzzPlatformRows), 5);
-}
-
-TEST(FuzzCorpusTest, AddressBookPictures) {
-  EXPECT_GE(replayCorpus("address_book_images", fuzzAddressBookImages), 5);
-}
-
-TEST(FuzzCorpusTest, PersonsCache) {
-  EXPECT_GE(replayCorpus("person_cache", fuzzPersonCache), 5);
+TEST(FuzzCorpusTest, EveryReaderTakesItsCorpus) {
+  const std::pair<const char*, int (*)(const uint8_t*, size_t)> targets[] = {
+      {"t9_table", fuzzT9Table},
+      {"settings_plist", fuzzSettingsPlist},
+      {"platform_rows", fuzzPlatformRows},
+      {"address_book_images", fuzzAddressBookImages},
+      {"person_cache", fuzzPersonCache}};
+  for (const auto& [corpus, target] : targets)
+    EXPECT_GE(zv::testing::replayCorpus(corpus, target), 5) << corpus;
 }
 
 }  // namespace

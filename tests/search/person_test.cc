@@ -5,18 +5,6 @@
 namespace zv {
 namespace {
 
-TEST(PersonTest, FreshRecordHasNeutralFields) {
-  ZVPerson p;
-  EXPECT_EQ(p.recordId(), -1);
-  EXPECT_EQ(p.phoneType(), -1);
-  EXPECT_EQ(p.priority(), 0);
-  EXPECT_EQ(p.nameLength(), 0);
-  EXPECT_EQ(p.phoneNumber(), nullptr);
-  EXPECT_EQ(p.nameFull(), nullptr);
-  EXPECT_EQ(p.getNameFull(), "");
-  EXPECT_EQ(p.getPhoneNumber(), "");
-}
-
 TEST(PersonTest, PhoneNumberKeepsOnlyDialableCharacters) {
   ZVPerson p;
   p.setPhoneNumber("+86 (10) 8888-9999");
@@ -60,8 +48,12 @@ TEST(PersonTest, SearchedFormsRunBackToBackInSearchOrder) {
                                                 11));
 }
 
-TEST(PersonTest, GettersRejectInvalidUtf8) {
+TEST(PersonTest, GettersRejectInvalidUtf8AndNeverGiveNull) {
   ZVPerson p;
+  EXPECT_EQ(p.recordId(), -1);  // no contact until one is set
+  EXPECT_EQ(p.nameFull(), nullptr);
+  EXPECT_EQ(p.getNameFull(), "");
+  EXPECT_EQ(p.getPhoneNumber(), "");
   p.setNameFull("\xe5\xbc\xa0\xe5\xb0\x8f");  // 张小
   EXPECT_EQ(p.getNameFull(), "\xe5\xbc\xa0\xe5\xb0\x8f");
   p.setNameFull("\xe5\xbc");  // cut character
@@ -70,16 +62,14 @@ TEST(PersonTest, GettersRejectInvalidUtf8) {
   p.setNameFull("ok");
   p.setNameFull("again");  // the first copy is released (checked by ASan)
   EXPECT_EQ(p.getNameFull(), "again");
-}
 
-TEST(PersonTest, Utf8Validation) {
   EXPECT_TRUE(isValidUtf8(""));
   EXPECT_TRUE(isValidUtf8("a\xf0\x9f\x98\x80"));
-  EXPECT_FALSE(isValidUtf8("\xc0\xaf"));          // overlong
-  EXPECT_FALSE(isValidUtf8("\xed\xa0\x80"));      // surrogate
-  EXPECT_FALSE(isValidUtf8("\xf4\x90\x80\x80"));  // above U+10FFFF
-  EXPECT_FALSE(isValidUtf8("\x80"));
-  EXPECT_FALSE(isValidUtf8("\xe5\xbc"));
+  for (const char* bad : {"\xc0\xaf",          // overlong
+                          "\xed\xa0\x80",      // surrogate
+                          "\xf4\x90\x80\x80",  // above U+10FFFF
+                          "\x80", "\xe5\xbc"})
+    EXPECT_FALSE(isValidUtf8(bad)) << bad;
 }
 
 }  // namespace

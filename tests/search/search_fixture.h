@@ -3,8 +3,6 @@
 // tables and cache files under a fresh simulated device root.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -13,6 +11,7 @@
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/searcher.h"
+#include "support/device_db.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -31,15 +30,8 @@ class SearchTest : public SimTest {
   // Runs SQL on a database file under the root, creating its tables.
   void execSql(const char* devicePath, platform_schema::Database which,
                const std::string& sql) {
-    std::string file = root_ + devicePath;
-    ASSERT_TRUE(platform_schema::createDatabase(file, which));
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
-    char* error = nullptr;
-    int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error);
-    EXPECT_EQ(rc, SQLITE_OK) << (error ? error : "");
-    sqlite3_free(error);
-    sqlite3_close(db);
+    ASSERT_TRUE(platform_schema::createDatabase(root_ + devicePath, which));
+    testing::execSql(root_ + devicePath, sql);
   }
 
   static std::string quote(const char* text) {
@@ -126,6 +118,12 @@ class SearchTest : public SimTest {
   platform::SimProcess& phone() {
     if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
     return *phone_;
+  }
+
+  // Ends the Phone process; the next phone() starts a fresh one.
+  void restartPhone() {
+    if (phone_) world_.terminate(*phone_);
+    phone_ = nullptr;
   }
 
   platform::SimProcess* phone_ = nullptr;

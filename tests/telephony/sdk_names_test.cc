@@ -8,11 +8,15 @@ namespace zv::testing {
 namespace {
 
 template <typename Sig>
-void expectDefined(const rt::Message<Sig>& message) {
+void expectOneDefined(const rt::Message<Sig>& message) {
   SCOPED_TRACE(std::string(message.cls) + " " + std::string(message.sel));
   rt::Class* cls = message.target();
   ASSERT_NE(cls, nullptr);
   EXPECT_NE(rt::lookup<Sig>(cls, message.sel), nullptr);
+}
+template <typename... Messages>
+void expectDefined(const Messages&... messages) {
+  (expectOneDefined(messages), ...);
 }
 
 TEST_F(TelephonyTest, TheHostHeaderMatchesThePlatformsClasses) {
@@ -20,23 +24,15 @@ TEST_F(TelephonyTest, TheHostHeaderMatchesThePlatformsClasses) {
   in(springboard, [] {
     ui::registerBulletinClass(rt::runtime());
     rt::makeNotification("x", nullptr);
-    expectDefined(sdk::TUCallCenter::sharedInstance);
-    expectDefined(sdk::TUCallCenter::incomingCall);
-    expectDefined(sdk::TUCallCenter::incomingVideoCall);
-    expectDefined(sdk::TUCall::status);
-    expectDefined(sdk::TUCall::destinationID);
-    expectDefined(sdk::TUCall::abUID);
-    expectDefined(sdk::TUCall::isBlocked);
-    expectDefined(sdk::TUCall::isOutgoing);
-    expectDefined(sdk::TUCall::call);
-    expectDefined(sdk::TUCall::localizedLabel);
+    expectDefined(
+        sdk::TUCallCenter::sharedInstance, sdk::TUCallCenter::incomingCall,
+        sdk::TUCallCenter::incomingVideoCall, sdk::TUCall::status,
+        sdk::TUCall::destinationID, sdk::TUCall::abUID, sdk::TUCall::isBlocked,
+        sdk::TUCall::isOutgoing, sdk::TUCall::call, sdk::TUCall::localizedLabel,
+        sdk::BBBulletin::title, sdk::BBBulletin::sectionID,
+        sdk::BBBulletin::context, sdk::BBBulletin::date,
+        sdk::NSNotification::name, sdk::NSNotification::object);
     EXPECT_NE(rt::getClass(sdk::CTCall::kName), nullptr);
-    expectDefined(sdk::BBBulletin::title);
-    expectDefined(sdk::BBBulletin::sectionID);
-    expectDefined(sdk::BBBulletin::context);
-    expectDefined(sdk::BBBulletin::date);
-    expectDefined(sdk::NSNotification::name);
-    expectDefined(sdk::NSNotification::object);
     EXPECT_EQ(sdk::NSNotification::kCallStatusChanged,
               "TUCallCenterCallStatusChangedNotification");
   });
