@@ -160,10 +160,9 @@ TEST(ImageTest, ResamplingAveragesPremultipliedAndInterpolatesWhenGrowing) {
 
 TEST(ImageTest, DegenerateTargets) {
   Image image = Image::filled(4, 4, 2, kRed);
-  EXPECT_EQ(image.scaleToSize({0, 10}, 2), nullptr);
-  EXPECT_EQ(image.scaleToSize({10, -1}, 2), nullptr);
+  for (platform::Size bad : {platform::Size{0, 10}, {10, -1}, {1e6, 10}})
+    EXPECT_EQ(image.scaleToSize(bad, 2), nullptr);
   EXPECT_EQ(image.scaleToSize({10, 10}, 0), nullptr);
-  EXPECT_EQ(image.scaleToSize({1e6, 10}, 2), nullptr);
 
   // The empty image draws nothing: a transparent picture of the size asked.
   ImagePtr blank = Image().scaleToSize({20, 10}, 2);
