@@ -4,9 +4,9 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "platform/platform.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv::platform {
@@ -26,10 +26,9 @@ TEST(DeviceCommand, RootsWithBlanksAndQuotesRunTheDevicesProgram) {
     fs::permissions(tool, fs::perms::owner_all);
     EXPECT_EQ(runDeviceCommand(root, "/Library/Zorvel/zvtool -d 1416182400"), 0)
         << name;
-    std::ifstream ran(root + "/ran");
-    std::stringstream text;
-    text << ran.rdbuf();
-    EXPECT_EQ(text.str(), "-d|1416182400|" + root + "|") << name;
+    EXPECT_EQ(zv::testing::readFile(root + "/ran"),
+              "-d|1416182400|" + root + "|")
+        << name;
   }
 }
 

@@ -1,6 +1,7 @@
 // The simulated and the real platform are separate doors: inside a
 // simulated world a thread that entered no simulated process gets an error,
-// not the Linux platform; a program without a world gets the Linux default.
+// not the Linux platform (unless given an explicit default); a program
+// without a world gets the Linux default.
 #include "platform/process.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +35,13 @@ TEST(ProcessContextTest, ASimulatedWorldNeverFallsBackToTheLinuxPlatform) {
     // Inside the simulated process: its own context and platform.
     EXPECT_EQ(phone.run([] { return &Process::current(); }), &phone.context());
     EXPECT_EQ(phone.run([] { return &current(); }), &phone);
+    // A thread without a scope is served by an explicit default.
+    Process::setDefault(&phone.context());
+    Platform* seen = nullptr;
+    std::thread([&] { seen = &current(); }).join();
+    Process::setDefault(nullptr);
+    EXPECT_EQ(seen, &phone);
+    EXPECT_THROW(current(), std::logic_error);
     {
       // Two worlds at once: the door stays shut until both are gone.
       SimWorld second(temp.path() + "/second");
@@ -45,18 +53,6 @@ TEST(ProcessContextTest, ASimulatedWorldNeverFallsBackToTheLinuxPlatform) {
   EXPECT_EQ(&Process::current(), &Process::linuxDefault());
   EXPECT_EQ(&current(), &LinuxPlatform::instance());
   EXPECT_EQ(&Process::current(), &Process::current());
-}
-
-TEST(ProcessContextTest, AnExplicitDefaultServesThreadsWithoutAScope) {
-  zv::testing::TempRoot temp;
-  SimWorld world(temp.path());
-  auto& phone = world.launch("com.apple.springboard");
-  Process::setDefault(&phone.context());
-  Platform* seen = nullptr;
-  std::thread([&] { seen = &current(); }).join();
-  Process::setDefault(nullptr);
-  EXPECT_EQ(seen, &phone);
-  EXPECT_THROW(current(), std::logic_error);
 }
 
 }  // namespace

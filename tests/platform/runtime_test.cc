@@ -10,19 +10,16 @@ using rt::Id;
 
 class RuntimeTest : public testing::SimTest {
  protected:
-  RuntimeTest() : host_(world_.launch("com.apple.mobilephone")) {
-    scope_ = std::make_unique<platform::Process::Scope>(host_.context());
-    base_ = rt::registerClass("Base");
-    derived_ = rt::registerClass("Derived", "Base");
+  RuntimeTest() {
     rt::addMethod<std::string(int)>(
         base_, "describe:", [](const Id& self, int n) {
           return self->className() + "#" + std::to_string(n);
         });
   }
-  platform::SimProcess& host_;
-  std::unique_ptr<platform::Process::Scope> scope_;
-  rt::Class* base_;
-  rt::Class* derived_;
+  platform::SimProcess& host_ = world_.launch("com.apple.mobilephone");
+  platform::Process::Scope scope_{host_.context()};
+  rt::Class* base_ = rt::registerClass("Base");
+  rt::Class* derived_ = rt::registerClass("Derived", "Base");
 };
 
 TEST_F(RuntimeTest, ClassesByName) {

@@ -141,23 +141,5 @@ TEST_F(SimWorldTest, TerminatedProcessLosesItsWorkAndSingletons) {
   p.run([] { EXPECT_FALSE(platform::Process::current().slot<int>()); });
 }
 
-TEST_F(SimWorldTest, AlertButtonsReachTheDelegateOnce) {
-  auto& p = world_.launch("com.apple.mobilephone");
-  std::vector<int> pressed;
-  auto alert = std::make_shared<platform::Alert>();
-  alert->title = "T";
-  alert->cancelButton = "Close";
-  alert->otherButtons = {"Report bug"};
-  alert->onButton = [&](const platform::Alert&, int i) {
-    pressed.push_back(i);
-  };
-  p.run([&] { platform::current().showAlert(alert); });
-  EXPECT_EQ(world_.events("alert")[0].detail, "T |  | [Close] [Report bug]");
-  p.pressAlertButton(1);
-  p.pressAlertButton(0);
-  EXPECT_EQ(pressed, std::vector<int>{1});
-  EXPECT_EQ(p.openAlert(), nullptr);
-}
-
 }  // namespace
 }  // namespace zv

@@ -11,19 +11,20 @@ namespace {
 
 TEST(Utf8Test, DecodesEachLengthAndCountsUtf16Units) {
   const std::string text = "a\xc3\xa9\xe5\xbc\xa0\xf0\x9f\x98\x80";  // aé张😀
-  Utf8Char c = utf8CharAt(text, 0);
-  EXPECT_EQ(c.codePoint, U'a');
-  EXPECT_EQ(c.bytes, 1u);
-  c = utf8CharAt(text, 1);
-  EXPECT_EQ(c.codePoint, U'\u00e9');
-  EXPECT_EQ(c.bytes, 2u);
-  c = utf8CharAt(text, 3);
-  EXPECT_EQ(c.codePoint, U'\u5f20');
-  EXPECT_EQ(c.bytes, 3u);
-  c = utf8CharAt(text, 6);
-  EXPECT_EQ(c.codePoint, U'\U0001F600');
-  EXPECT_EQ(c.bytes, 4u);
-  EXPECT_EQ(c.units(), 2u);
+  const struct {
+    size_t at;
+    char32_t codePoint;
+    size_t bytes, units;
+  } chars[] = {{0, U'a', 1, 1},
+               {1, U'\u00e9', 2, 1},
+               {3, U'\u5f20', 3, 1},
+               {6, U'\U0001F600', 4, 2}};
+  for (const auto& expected : chars) {
+    const Utf8Char c = utf8CharAt(text, expected.at);
+    EXPECT_EQ(c.codePoint, expected.codePoint) << expected.at;
+    EXPECT_EQ(c.bytes, expected.bytes) << expected.at;
+    EXPECT_EQ(c.units(), expected.units) << expected.at;
+  }
   EXPECT_TRUE(isValidUtf8(text));
   EXPECT_EQ(characterCount(text), 4u);
   EXPECT_EQ(utf16Length(text), 5u);
@@ -51,12 +52,10 @@ TEST(Utf8Test, EveryMalformedByteIsOneReplacementCharacter) {
 
 TEST(Utf8Test, Utf16PositionsMapToByteOffsets) {
   const std::string text = "\xe5\xbc\xa0\xf0\x9f\x98\x80z";  // 张😀z
-  EXPECT_EQ(utf8OffsetOfUtf16(text, 0), 0u);
-  EXPECT_EQ(utf8OffsetOfUtf16(text, 1), 3u);
-  EXPECT_EQ(utf8OffsetOfUtf16(text, 2), std::string::npos);  // mid-pair
-  EXPECT_EQ(utf8OffsetOfUtf16(text, 3), 7u);
-  EXPECT_EQ(utf8OffsetOfUtf16(text, 4), 8u);
-  EXPECT_EQ(utf8OffsetOfUtf16(text, 5), std::string::npos);  // past the end
+  // Past the end and inside a surrogate pair there is no byte offset.
+  const size_t offsets[] = {0, 3, std::string::npos, 7, 8, std::string::npos};
+  for (size_t i = 0; i < std::size(offsets); ++i)
+    EXPECT_EQ(utf8OffsetOfUtf16(text, i), offsets[i]) << i;
 }
 
 }  // namespace

@@ -4,30 +4,27 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "platform/plist.h"
 #include "platform/value.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
 
 TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
-  EXPECT_TRUE(Value("1").boolValue());
-  EXPECT_TRUE(Value("YES").boolValue());
-  EXPECT_TRUE(Value("true").boolValue());
-  EXPECT_TRUE(Value("  +0007").boolValue());
-  EXPECT_FALSE(Value("NO").boolValue());
-  EXPECT_FALSE(Value("0").boolValue());
-  EXPECT_FALSE(Value("").boolValue());
+  for (const char* yes : {"1", "YES", "true", "  +0007"})
+    EXPECT_TRUE(Value(yes).boolValue()) << yes;
+  for (const char* no : {"NO", "0", ""})
+    EXPECT_FALSE(Value(no).boolValue()) << no;
   EXPECT_FLOAT_EQ(Value("0.8").floatValue(), 0.8f);
   EXPECT_FLOAT_EQ(Value("8.1.2").floatValue(), 8.1f);
-  EXPECT_EQ(Value(" 42abc").intValue(), 42);
-  EXPECT_EQ(Value("99999999999").intValue(), INT32_MAX);
-  EXPECT_EQ(Value("-99999999999").intValue(), INT32_MIN);
-  EXPECT_EQ(Value("x").intValue(), 0);
+  const std::pair<const char*, int> ints[] = {{" 42abc", 42},
+                                              {"99999999999", INT32_MAX},
+                                              {"-99999999999", INT32_MIN},
+                                              {"x", 0}};
+  for (const auto& [text, n] : ints) EXPECT_EQ(Value(text).intValue(), n);
 }
 
 TEST(ValueConversions, NumbersAndMissingValues) {
@@ -50,8 +47,8 @@ TEST(ValueConversions, NumbersAndMissingValues) {
   EXPECT_TRUE(Value("a")["a"].isNull());
 }
 
-Value everyKind() {
-  return Value(Dict{
+TEST(Plist, XmlAndBinaryListsKeepEveryKind) {
+  const Value v(Dict{
       {"bool", Value(true)},
       {"int", Value(int64_t{1234567890123})},
       {"negative", Value(-5)},
@@ -63,21 +60,13 @@ Value everyKind() {
       {"array", Value(Array{Value(1), Value("two"), Value(Array{})})},
       {"dict", Value(Dict{{"nested", Value(false)}})},
   });
-}
-
-TEST(Plist, XmlRoundTripKeepsEveryKind) {
-  const Value v = everyKind();
-  auto back = plist::parse(plist::toXml(v));
-  ASSERT_TRUE(back);
-  EXPECT_EQ(*back, v);
-  // Negative integers are written as such, not as huge unsigned numbers.
-  EXPECT_NE(plist::toXml(v).find("<integer>-5</integer>"), std::string::npos);
-}
-
-TEST(Plist, ReadsBinaryLists) {
-  const Value v = everyKind();
-  plist_t node = nullptr;
   const std::string xml = plist::toXml(v);
+  EXPECT_EQ(plist::parse(xml), v);
+  // Negative integers are written as such, not as huge unsigned numbers.
+  EXPECT_NE(xml.find("<integer>-5</integer>"), std::string::npos);
+
+  // The same list in the binary form, as libplist writes it.
+  plist_t node = nullptr;
   plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &node);
   ASSERT_NE(node, nullptr);
   char* bin = nullptr;
@@ -88,26 +77,12 @@ TEST(Plist, ReadsBinaryLists) {
   const std::string bytes(bin, len);
   free(bin);
   ASSERT_EQ(bytes.rfind("bplist00", 0), 0u);
-  auto back = plist::parse(bytes);
-  ASSERT_TRUE(back);
-  EXPECT_EQ(*back, v);
+  EXPECT_EQ(plist::parse(bytes), v);
 }
 
-TEST(Plist, RejectsWhatIsNotAList) {
-  EXPECT_FALSE(plist::parse(""));
-  EXPECT_FALSE(plist::parse("not a plist"));
-  EXPECT_FALSE(plist::parse("bplist00garbage"));
-  EXPECT_FALSE(plist::parse("<?xml version=\"1.0\"?><plist><dict><key>a"));
-}
-
-class PlistFileTest : public ::testing::Test {
- protected:
-  testing::TempRoot temp_;
-  const std::string& root_ = temp_.path();
-};
-
-TEST_F(PlistFileTest, WritesAtomicallyIntoNewFolders) {
-  const std::string path = root_ + "/a/b/list.plist";
+TEST(Plist, WritesAtomicallyIntoNewFolders) {
+  testing::TempRoot temp;
+  const std::string path = temp.path() + "/a/b/list.plist";
   ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(1)}})));
   ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(2)}})));
   auto d = plist::readDictionary(path);
@@ -115,7 +90,8 @@ TEST_F(PlistFileTest, WritesAtomicallyIntoNewFolders) {
   EXPECT_EQ(Value(*d)["k"].intValue(), 2);
   // No temporary file is left next to it, and others may read it.
   size_t files = 0;
-  for (const auto& e : std::filesystem::directory_iterator(root_ + "/a/b")) {
+  for (const auto& e :
+       std::filesystem::directory_iterator(temp.path() + "/a/b")) {
     ++files;
     EXPECT_EQ(e.path().filename(), "list.plist");
   }
@@ -125,33 +101,39 @@ TEST_F(PlistFileTest, WritesAtomicallyIntoNewFolders) {
             std::filesystem::perms::none);
 }
 
-TEST_F(PlistFileTest, MissingOrWrongFilesGiveNothing) {
-  EXPECT_FALSE(plist::readDictionary(root_ + "/missing.plist"));
-  ASSERT_TRUE(plist::writeFile(root_ + "/array.plist", Value(Array{Value(1)})));
-  EXPECT_FALSE(plist::readDictionary(root_ + "/array.plist"));
-  EXPECT_TRUE(plist::readFile(root_ + "/array.plist"));
+TEST(Plist, MalformedMissingOrWrongListsGiveNothing) {
+  for (const char* bad : {"", "not a plist", "bplist00garbage",
+                          "<?xml version=\"1.0\"?><plist><dict><key>a"})
+    EXPECT_FALSE(plist::parse(bad)) << bad;
+  testing::TempRoot temp;
+  const std::string array = temp.path() + "/array.plist";
+  EXPECT_FALSE(plist::readDictionary(temp.path() + "/missing.plist"));
+  ASSERT_TRUE(plist::writeFile(array, Value(Array{Value(1)})));
+  EXPECT_FALSE(plist::readDictionary(array));
+  EXPECT_TRUE(plist::readFile(array));
   // A text or key with a NUL byte cannot be written whole: no write at all,
   // the file before stays.
-  EXPECT_FALSE(plist::writeFile(root_ + "/array.plist",
-                                Value(Array{Value(std::string("a\0b", 3))})));
+  EXPECT_FALSE(
+      plist::writeFile(array, Value(Array{Value(std::string("a\0b", 3))})));
   EXPECT_FALSE(plist::writeFile(
-      root_ + "/array.plist",
+      array,
       Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}})));
-  EXPECT_EQ(plist::readFile(root_ + "/array.plist"), Value(Array{Value(1)}));
+  EXPECT_EQ(plist::readFile(array), Value(Array{Value(1)}));
   // A folder in the way makes the write fail cleanly.
-  std::filesystem::create_directories(root_ + "/dir.plist");
-  EXPECT_FALSE(plist::writeFile(root_ + "/dir.plist", Value(Dict{})));
-  EXPECT_FALSE(plist::writeFile(root_ + "/array.plist/x", Value(Dict{})));
+  std::filesystem::create_directories(temp.path() + "/dir.plist");
+  EXPECT_FALSE(plist::writeFile(temp.path() + "/dir.plist", Value(Dict{})));
+  EXPECT_FALSE(plist::writeFile(array + "/x", Value(Dict{})));
+}
+
+std::string settingsCorpus(const char* name) {
+  return testing::readFile(
+      std::string(ZV_SOURCE_DIR "/fuzz/corpus/settings_plist/") + name);
 }
 
 TEST(Plist, StringsHoldingANulByteAreReadWhole) {
   // Found by fuzzing the settings file: libplist asserts on such a string
   // when asked for it as a C string, which ended the process.
-  std::ifstream in(ZV_SOURCE_DIR "/fuzz/corpus/settings_plist/string_with_nul",
-                   std::ios::binary);
-  std::string bytes((std::istreambuf_iterator<char>(in)), {});
-  ASSERT_FALSE(bytes.empty());
-  auto value = plist::parse(bytes);
+  auto value = plist::parse(settingsCorpus("string_with_nul"));
   ASSERT_TRUE(value.has_value());
   bool sawNul = false;
   for (const auto& [key, v] : *value->dict())
@@ -163,9 +145,7 @@ TEST(Plist, StringsHoldingANulByteAreReadWhole) {
 TEST(Plist, ListsWithAKeyHoldingANulAreRefused) {
   // Found by fuzzing the settings file: libplist keeps a UTF-16 key with a
   // NUL at full length, then asserts when reading it as a C string.
-  std::ifstream in(ZV_SOURCE_DIR "/fuzz/corpus/settings_plist/key_with_nul",
-                   std::ios::binary);
-  std::string bytes((std::istreambuf_iterator<char>(in)), {});
+  const std::string bytes = settingsCorpus("key_with_nul");
   ASSERT_GT(bytes.size(), 40u);
   EXPECT_FALSE(plist::parse(bytes));
   // The same key in ASCII (which libplist would cut short) is refused too.
