@@ -1,16 +1,12 @@
 // `zorvel settings` run as a program on a temporary device root.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
-#include <string>
 
+#include "cli_runner.h"
 #include "platform/plist.h"
-#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -18,54 +14,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct RunResult {
-  int status = -1;
-  std::string out, err;
-};
-
 class SettingsCliTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_))
-        << "the suite depends on the zorvel target";
+  testing::CliResult run(const std::string& args) {
+    return testing::runZorvel("settings --root '" + root() + "' " + args);
   }
-  void TearDown() override { fs::remove_all(root_); }
-
-  RunResult run(const std::string& args) {
-    const std::string errPath = root_ + ".stderr";
-    std::string command = "'" + binary_ + "' settings --root '" + root_ + "' " +
-                          args + " 2>'" + errPath + "'";
-    RunResult result;
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) result.out.append(buf, n);
-    int status = pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.err = testing::readFile(errPath);
-    fs::remove(errPath);
-    return result;
-  }
-
-  const nlohmann::json* find(const nlohmann::json& doc, std::string_view cls,
-                             std::string_view key) {
+  static const nlohmann::json* find(const nlohmann::json& doc,
+                                    std::string_view cls,
+                                    std::string_view key) {
     for (const auto& c : doc["classes"])
       if (c["class"] == cls)
         for (const auto& k : c["keys"])
           if (k["key"] == key) return &k;
     return nullptr;
   }
-
-  std::string settingsPath() const {
-    return root_ + "/var/mobile/Library/Preferences/zorvel.plist";
+  const std::string& root() const { return root_.path(); }
+  std::string prefs(const std::string& name) const {
+    return root() + "/var/mobile/Library/Preferences/" + name;
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
-  std::string root_ = testing::freshRoot();
+  testing::TempRoot root_;
 };
 
 TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
-  ASSERT_TRUE(plist::writeFile(settingsPath(),
+  ASSERT_TRUE(plist::writeFile(prefs("zorvel.plist"),
                                Value(Dict{{"MyInfo", 3},
                                           {"ConnectedVibrateIntensity", "0.8"},
                                           {"ControlCenterHome", 2}})));
@@ -103,28 +75,28 @@ TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
 }
 
 TEST_F(SettingsCliTest, UnparsableFileWarnsOnceAndWritesNothing) {
-  fs::create_directories(fs::path(settingsPath()).parent_path());
-  std::ofstream(settingsPath()) << "<?xml version=\"1.0\"?><plist><dict>";
-  auto before = fs::last_write_time(settingsPath());
+  fs::create_directories(fs::path(prefs("zorvel.plist")).parent_path());
+  std::ofstream(prefs("zorvel.plist"))
+      << "<?xml version=\"1.0\"?><plist><dict>";
+  auto before = fs::last_write_time(prefs("zorvel.plist"));
 
   auto result = run("");
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.err, "zorvel: settings file " + settingsPath() +
+  EXPECT_EQ(result.err, "zorvel: settings file " + prefs("zorvel.plist") +
                             " does not parse; showing defaults\n");
   EXPECT_NE(result.out.find("AreaDatabase"), std::string::npos);
   EXPECT_NE(result.out.find("\"China\""), std::string::npos);
   EXPECT_EQ(result.out.find("file (default"), std::string::npos);
 
-  EXPECT_EQ(fs::last_write_time(settingsPath()), before);
+  EXPECT_EQ(fs::last_write_time(prefs("zorvel.plist")), before);
   size_t entries = 0;
-  for (const auto& e : fs::recursive_directory_iterator(root_))
+  for (const auto& e : fs::recursive_directory_iterator(root()))
     entries += e.is_regular_file() || e.is_socket();
   EXPECT_EQ(entries, 1u);
 }
 
 TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
-  const std::string flags =
-      root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+  const std::string flags = prefs("zorvel.keypad.plist");
   ASSERT_TRUE(plist::writeFile(flags, Value(Dict{{"EnableSearch", true}})));
   auto result = run("--json");
   ASSERT_EQ(result.status, 0) << result.err;
@@ -151,11 +123,9 @@ TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
 }
 
 TEST_F(SettingsCliTest, MissingRootIsAnError) {
-  const std::string root = root_;
-  root_ += "/absent";
-  auto result = run("");
-  root_ = root;
-  EXPECT_NE(result.status, 0);
+  auto result = testing::runZorvel("settings --root '" + root() + "/absent'");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.errLines(), 1u) << result.err;
   EXPECT_NE(result.err.find("device root not found"), std::string::npos);
 }
 
