@@ -1,6 +1,6 @@
 // The generator tools/gen/area_source.py and the checker
 // tools/gen/check_area.py, run against the python3-phonenumbers data of the
-// system. Skipped where /usr/bin/python3 or the package is missing.
+// system, which scripts/setup installs (a machine without it fails).
 #include <sys/wait.h>
 
 #include <cstdlib>
