@@ -13,15 +13,15 @@ namespace zv {
 namespace {
 
 namespace fs = std::filesystem;
+using json = nlohmann::json;
 
 class SettingsCliTest : public ::testing::Test {
  protected:
   testing::CliResult run(const std::string& args) {
     return testing::runZorvel("settings --root '" + root() + "' " + args);
   }
-  static const nlohmann::json* find(const nlohmann::json& doc,
-                                    std::string_view cls,
-                                    std::string_view key) {
+  static const json* find(const json& doc, std::string_view cls,
+                          std::string_view key) {
     for (const auto& c : doc["classes"])
       if (c["class"] == cls)
         for (const auto& k : c["keys"])
@@ -44,7 +44,7 @@ TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
   auto result = run("--json");
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.err, "");
-  auto doc = nlohmann::json::parse(result.out);
+  auto doc = json::parse(result.out);
   EXPECT_EQ(doc["fileStatus"], "loaded");
 
   std::vector<std::string> classes;
@@ -54,24 +54,26 @@ TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
                                       "ZVSMSSettings", "ZVIncomingCallSettings",
                                       "ZVControlCenterSettings"}));
 
-  const auto* myInfo = find(doc, "ZVGeneralSettings", "MyInfo");
-  ASSERT_TRUE(myInfo);
-  EXPECT_EQ((*myInfo)["value"], 3);
-  EXPECT_EQ((*myInfo)["default"], -1);
-  EXPECT_EQ((*myInfo)["source"], "file");
-  const auto* intensity =
-      find(doc, "ZVIncomingCallSettings", "ConnectedVibrateIntensity");
-  ASSERT_TRUE(intensity);
-  EXPECT_EQ((*intensity)["value"], 0.8);
-  EXPECT_EQ((*intensity)["default"], 0.3);
-  const auto* area = find(doc, "ZVGeneralSettings", "AreaDatabase");
-  ASSERT_TRUE(area);
-  EXPECT_EQ((*area)["value"], "China");
-  EXPECT_EQ((*area)["source"], "default");
+  auto key = [&](std::string_view cls, std::string_view name) {
+    const auto* k = find(doc, cls, name);
+    return k ? *k : json();
+  };
+  EXPECT_EQ(key("ZVGeneralSettings", "MyInfo"), (json{{"key", "MyInfo"},
+                                                      {"type", "integer"},
+                                                      {"value", 3},
+                                                      {"default", -1},
+                                                      {"source", "file"}}));
+  EXPECT_EQ(key("ZVIncomingCallSettings", "ConnectedVibrateIntensity")["value"],
+            0.8);
+  EXPECT_EQ(key("ZVGeneralSettings", "AreaDatabase"),
+            (json{{"key", "AreaDatabase"},
+                  {"type", "string"},
+                  {"value", "China"},
+                  {"default", "China"},
+                  {"source", "default"}}));
   // Feature classes list only the keys they add.
   EXPECT_EQ(find(doc, "ZVPhoneSettings", "MyInfo"), nullptr);
-  EXPECT_EQ(
-      (*find(doc, "ZVControlCenterSettings", "ControlCenterHome"))["value"], 2);
+  EXPECT_EQ(key("ZVControlCenterSettings", "ControlCenterHome")["value"], 2);
 }
 
 TEST_F(SettingsCliTest, UnparsableFileWarnsOnceAndWritesNothing) {
@@ -100,17 +102,20 @@ TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
   ASSERT_TRUE(plist::writeFile(flags, Value(Dict{{"EnableSearch", true}})));
   auto result = run("--json");
   ASSERT_EQ(result.status, 0) << result.err;
-  auto doc = nlohmann::json::parse(result.out);
-  const auto& keypad = doc["keypadFlags"];
-  EXPECT_EQ(keypad["file"], flags);
-  EXPECT_EQ(keypad["fileStatus"], "loaded");
-  ASSERT_EQ(keypad["keys"].size(), 2u);
-  EXPECT_EQ(keypad["keys"][0]["key"], "EnableSearch");
-  EXPECT_EQ(keypad["keys"][0]["value"], true);
-  EXPECT_EQ(keypad["keys"][0]["source"], "file");
-  EXPECT_EQ(keypad["keys"][1]["key"], "AddressBookChanged");
-  EXPECT_EQ(keypad["keys"][1]["value"], false);
-  EXPECT_EQ(keypad["keys"][1]["source"], "default");
+  auto doc = json::parse(result.out);
+  auto flag = [](const char* key, bool value, bool fromFile) {
+    return json{{"key", key},
+                {"type", "boolean"},
+                {"value", value},
+                {"default", false},
+                {"source", fromFile ? "file" : "default"}};
+  };
+  EXPECT_EQ(doc["keypadFlags"],
+            (json{{"file", flags},
+                  {"fileStatus", "loaded"},
+                  {"keys",
+                   {flag("EnableSearch", true, true),
+                    flag("AddressBookChanged", false, false)}}}));
 
   std::ofstream(flags) << "garbage";
   result = run("");
