@@ -38,10 +38,7 @@ class UsaDatabaseTest : public SimTest {
         << "scripts/setup installs python3-phonenumbers";
   }
   std::string area(std::string_view number) {
-    return proc_.run([&] {
-      auto a = ZVAreaLoader::sharedInstance()->getArea(number, true, false);
-      return a ? *a : "<nil>";
-    });
+    return serviceArea(proc_, number, true, false);
   }
   platform::SimProcess& proc_ = world_.launch("com.apple.mobilephone");
 };
