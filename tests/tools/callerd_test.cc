@@ -11,9 +11,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "devicegen/device_image.h"
 #include "platform/db/platform_schema.h"
 #include "platform/linux/notify_bus.h"
+#include "support/address_book.h"
 #include "support/device_db.h"
 #include "support/device_files.h"
 #include "support/private_bus.h"
@@ -55,18 +55,9 @@ class CallerdTest : public ::testing::Test {
     testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
     testing::writePlist(prefs("zorvel.black.plist"),
                         Dict{{kBlacklisted, Value(true)}});
-    DevicePeople people;
-    people.labels = {"_$!<Mobile>!$_"};
-    DeviceContact c;
-    c.recordId = 2;
-    c.first = "Lei";
-    c.last = "Li";
-    c.organization = "Acme Trading";
-    c.phones = {{kContact, kContact, 1}};
-    people.contacts = {c};
-    const std::string book = root_ + platform_schema::kAddressBookPath;
-    fs::create_directories(fs::path(book).parent_path());
-    writeAddressBook(book, people, 1);
+    auto lei = testing::mobileContact(2, "Lei", "Li", kContact);
+    lei.organization = "Acme Trading";
+    testing::writeMobileBook(root_, {lei});
 
     ASSERT_TRUE(bus_.ok()) << "dbus-daemon did not start a private bus";
     bus_.spawn({kPython, "-m", "dbusmock", "--session", "-m", "-l", mmLog_, kMM,

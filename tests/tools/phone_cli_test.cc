@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "cli_runner.h"
-#include "devicegen/device_image.h"
+#include "support/address_book.h"
 #include "support/device_files.h"
 #include "support/sim_fixture.h"
 
