@@ -13,28 +13,26 @@ std::string parseError(const std::string& text) {
 }
 
 TEST(AreaCompilerTest, BadLinesNameFileAndLine) {
-  EXPECT_EQ(parseError("@min\t2\n13a\tX\tY\n"),
-            "test:2: prefix must be 1 to 8 digits, got \"13a\"");
-  EXPECT_EQ(parseError("139\tX\tY\n139\tZ\t\n"),
-            "test:2: prefix 139 already defined on line 1");
-  EXPECT_EQ(parseError("139\tX\tY\tshort\n"), "test:1: unknown flag \"short\"");
-  EXPECT_EQ(parseError("139\tX\tY\tlen=5\n"),
-            "test:1: a len= record has no line type");
-  EXPECT_EQ(parseError("# c\n\n139\t\t\n"),
-            "test:3: record has neither location nor type");
-  EXPECT_EQ(parseError("@country\t12345\n"),
-            "test:1: @country takes at most 4 digits");
-  EXPECT_EQ(parseError("@colour\tred\n"),
-            "test:1: unknown header setting @colour");
-  EXPECT_EQ(parseError("139\t" + std::string(95, 'x') + "\tMobile\n"),
-            "test:1: location and type together exceed 99 bytes");
-  EXPECT_EQ(parseError("@min\t2\n"), "test: the source has no records");
-  // A raw NUL would cut the text short in the compiled file: refused like
-  // its escaped form.
-  EXPECT_EQ(parseError(std::string("139\tBei\0jing\tY\n", 15)),
-            "test:1: texts cannot hold a NUL byte");
-  EXPECT_EQ(parseError("139\tBei\\x00jing\tY\n"),
-            "test:1: texts cannot hold a NUL byte");
+  const std::pair<std::string, std::string> cases[] = {
+      {"@min\t2\n13a\tX\tY\n",
+       "test:2: prefix must be 1 to 8 digits, got \"13a\""},
+      {"139\tX\tY\n139\tZ\t\n", "test:2: prefix 139 already defined on line 1"},
+      {"139\tX\tY\tshort\n", "test:1: unknown flag \"short\""},
+      {"139\tX\tY\tlen=5\n", "test:1: a len= record has no line type"},
+      {"# c\n\n139\t\t\n", "test:3: record has neither location nor type"},
+      {"@country\t12345\n", "test:1: @country takes at most 4 digits"},
+      {"@colour\tred\n", "test:1: unknown header setting @colour"},
+      {"139\t" + std::string(95, 'x') + "\tMobile\n",
+       "test:1: location and type together exceed 99 bytes"},
+      {"@min\t2\n", "test: the source has no records"},
+      // A raw NUL would cut the text short in the compiled file: refused
+      // like its escaped form.
+      {std::string("139\tBei\0jing\tY\n", 15),
+       "test:1: texts cannot hold a NUL byte"},
+      {"139\tBei\\x00jing\tY\n", "test:1: texts cannot hold a NUL byte"},
+  };
+  for (const auto& [source, message] : cases)
+    EXPECT_EQ(parseError(source), message);
 }
 
 TEST(AreaCompilerTest, DumpRebuildsTheSameBytes) {
@@ -71,13 +69,11 @@ TEST(AreaCompilerTest, ShorterPrefixesAreSpreadUnderTheirHead) {
 }
 
 TEST(AreaCompilerTest, DecompileRejectsForeignBytes) {
-  EXPECT_THROW(area::decompile("ZV", "x"), area::SourceError);
-  std::string bytes = compileText(kSmallSource);
-  bytes[0] = 'Q';
-  EXPECT_THROW(area::decompile(bytes, "x"), area::SourceError);
-  bytes = compileText(kSmallSource);
-  EXPECT_THROW(area::decompile(bytes.substr(0, bytes.size() - 1), "x"),
-               area::SourceError);
+  std::string good = compileText(kSmallSource), wrongMagic = good;
+  wrongMagic[0] = 'Q';
+  for (const std::string& bytes :
+       {std::string("ZV"), wrongMagic, good.substr(0, good.size() - 1)})
+    EXPECT_THROW(area::decompile(bytes, "x"), area::SourceError);
 }
 
 }  // namespace

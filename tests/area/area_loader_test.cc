@@ -24,11 +24,7 @@ class AreaLoaderTest : public SimTest {
   }
   std::string area(std::string_view number, bool name, bool type,
                    bool alone = false) {
-    return proc_.run([&] {
-      auto a =
-          ZVAreaLoader::sharedInstance()->getArea(number, name, type, alone);
-      return a ? *a : "<nil>";
-    });
+    return serviceArea(proc_, number, name, type, alone);
   }
   platform::SimProcess& proc_;
 };

@@ -1,5 +1,6 @@
-// Helpers for the area tests: compile a source text into a temporary file
-// and hold an open reader handle on it.
+// Helpers for the area tests: compile a source text into a temporary file,
+// hold an open reader handle on it, and ask the area service of a
+// simulated process.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 
 #include "area/area_compiler.h"
 #include "area/area_file.h"
+#include "area/area_loader.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -35,6 +37,16 @@ struct AreaHandle {
     return r ? std::string(r) : "<null>";
   }
 };
+
+// The area service's answer in `proc`; "<nil>" for none.
+inline std::string serviceArea(platform::SimProcess& proc,
+                               std::string_view number, bool name, bool type,
+                               bool alone = true) {
+  return proc.run([&] {
+    auto a = ZVAreaLoader::sharedInstance()->getArea(number, name, type, alone);
+    return a ? *a : "<nil>";
+  });
+}
 
 // A small China-like database: country 86, trunk 0, access 00.
 inline const char* kSmallSource =

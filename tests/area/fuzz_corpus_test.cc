@@ -1,11 +1,7 @@
-// Replays the committed fuzz corpus of the area reader; under the sanitizer
-// build any out-of-bounds access in the reader fails here.
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
+// Replays the committed fuzz corpora of the area reader and the area source
+// compiler; under the sanitizer build any out-of-bounds access fails here.
 #include "fuzz/area_reader_input.h"
-#include "support/device_files.h"
+#include "support/fuzz_replay.h"
 #include "support/sim_fixture.h"
 
 #define ZV_FUZZ_ENTRY static int fuzzAreaSource
@@ -15,31 +11,17 @@
 namespace zv::testing {
 namespace {
 
-TEST(AreaFuzzCorpusTest, ReplaysEveryInput) {
+TEST(AreaFuzzCorpusTest, ReplaysEveryReaderInputAndSource) {
   TempRoot root;
-  auto dir = std::filesystem::path(ZV_SOURCE_DIR) / "fuzz/corpus/area_reader";
-  int inputs = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(dir)) {
-    std::string bytes = readFile(entry.path());
-    fuzzing::runAreaReader(reinterpret_cast<const uint8_t*>(bytes.data()),
-                           bytes.size(), root.path() + "/db");
-    ++inputs;
-  }
-  EXPECT_GE(inputs, 10);
-}
-
-TEST(AreaFuzzCorpusTest, ReplaysEverySource) {
-  auto dir = std::filesystem::path(ZV_SOURCE_DIR) / "fuzz/corpus/area_source";
-  int inputs = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(dir)) {
-    std::ifstream in(entry.path(), std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), {});
-    EXPECT_EQ(fuzzAreaSource(reinterpret_cast<const uint8_t*>(bytes.data()),
-                             bytes.size()),
-              0);
-    ++inputs;
-  }
-  EXPECT_GE(inputs, 5);
+  static std::string scratch;
+  scratch = root.path() + "/db";
+  EXPECT_GE(replayCorpus("area_reader",
+                         [](const uint8_t* data, size_t size) {
+                           fuzzing::runAreaReader(data, size, scratch);
+                           return 0;
+                         }),
+            10);
+  EXPECT_GE(replayCorpus("area_source", fuzzAreaSource), 5);
 }
 
 }  // namespace

@@ -31,22 +31,13 @@ TEST(DeviceImageMessagesTest, ConversationsGroupsAndCheckMarks) {
                 "(SELECT chat_id FROM chat_handle_join)")[0],
             0);
   // Chinese and Western texts, sent and received, some unread.
-  EXPECT_GT(
-      columnValues<int64_t>(
-          sms, "SELECT COUNT(*) FROM message WHERE text LIKE '%吃饭%'")[0],
-      0);
-  EXPECT_GT(
-      columnValues<int64_t>(
-          sms, "SELECT COUNT(*) FROM message WHERE text LIKE '%Friday%'")[0],
-      0);
-  EXPECT_GT(columnValues<int64_t>(
-                sms, "SELECT COUNT(*) FROM message WHERE is_from_me=1")[0],
-            0);
-  EXPECT_GT(
-      columnValues<int64_t>(sms,
-                            "SELECT COUNT(*) FROM message WHERE is_read=0 AND "
-                            "is_from_me=0")[0],
-      0);
+  for (const char* where : {"text LIKE '%吃饭%'", "text LIKE '%Friday%'",
+                            "is_from_me=1", "is_read=0 AND is_from_me=0"})
+    EXPECT_GT(
+        columnValues<int64_t>(
+            sms, std::string("SELECT COUNT(*) FROM message WHERE ") + where)[0],
+        0)
+        << where;
 
   const std::string book = root.path() + platform_schema::kAddressBookPath;
   auto sizes = columnValues<int64_t>(

@@ -172,10 +172,15 @@ TEST(ImageTest, DegenerateTargets) {
   EXPECT_TRUE(allPixels(*blank, Pixel{}));
   EXPECT_EQ(Image().encodePng(), "");
 
-  // Drawing outside the context leaves it transparent.
-  ImagePtr outside = image.drawnInRect({4, 4}, 1, {{10, 10}, {4, 4}});
-  ASSERT_NE(outside, nullptr);
-  EXPECT_TRUE(allPixels(*outside, Pixel{}));
+  // Drawing outside the context leaves it transparent, however far off
+  // the rectangle lies (far off, the source index once overflowed an int
+  // and the loop ran for minutes).
+  for (Rect far : {Rect{{10, 10}, {4, 4}}, Rect{{-1e12, 0}, {4, 4}},
+                   Rect{{0, 1e12}, {4, 4}}}) {
+    ImagePtr outside = image.drawnInRect({4, 4}, 1, far);
+    ASSERT_NE(outside, nullptr);
+    EXPECT_TRUE(allPixels(*outside, Pixel{}));
+  }
 }
 
 }  // namespace

@@ -6,32 +6,28 @@
 
 #include <filesystem>
 
-#include "devicegen/device_image.h"
 #include "dialer/keypad_controller.h"
 #include "dialer/keypad_lcd_view.h"
 #include "hosts/phone/app.h"
 #include "platform/render/renderer.h"
+#include "support/address_book.h"
 #include "support/world.h"
 #include "tools/zorvel/scenes.h"
 
 namespace zv {
 namespace {
 
+using testing::mobileContact;
+using testing::writeMobileBook;
 using ui::Rect;
 
 class KeypadPictureTest : public testing::World {
  protected:
   KeypadPictureTest() {
-    DevicePeople people;
-    people.labels = {"_$!<Mobile>!$_"};
-    people.contacts = {contact(1, "Mary", "Jones", "13801700000"),
-                       contact(2, "Marc", "Smith", "13800138000"),
-                       contact(3, "John", "Maris", "02162120241")};
-    const auto book =
-        devicePath("/var/mobile/Library/AddressBook/AddressBook.sqlitedb");
-    std::filesystem::create_directories(
-        std::filesystem::path(book).parent_path());
-    writeAddressBook(book, people, 1);
+    writeMobileBook(devicePath(""),
+                    {mobileContact(1, "Mary", "Jones", "13801700000"),
+                     mobileContact(2, "Marc", "Smith", "13800138000"),
+                     mobileContact(3, "John", "Maris", "02162120241")});
     installChinaDatabase();
     installReadingTable();
     // Red runs: nothing else on the keypad screen is red.
@@ -40,15 +36,6 @@ class KeypadPictureTest : public testing::World {
                    {"DialerListHighlightColor", 2}});
     writeDevicePlist("/var/mobile/Library/Preferences/zorvel.keypad.plist",
                      {{"EnableSearch", true}});
-  }
-  static DeviceContact contact(int64_t id, std::string first, std::string last,
-                               std::string number) {
-    DeviceContact c;
-    c.recordId = id;
-    c.first = std::move(first);
-    c.last = std::move(last);
-    c.phones.push_back({number, number, 1});
-    return c;
   }
 };
 

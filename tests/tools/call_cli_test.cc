@@ -3,9 +3,7 @@
 // device untouched.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "cli_runner.h"
 #include "support/device_files.h"
@@ -14,48 +12,37 @@
 namespace zv {
 namespace {
 
-namespace fs = std::filesystem;
 using nlohmann::json;
 
 class CallCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+    testing::writeFile(root() + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
-    testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
-    const std::string prefs = root_ + "/var/mobile/Library/Preferences/";
-    testing::writePlist(prefs + "zorvel.plist",
+    testing::writeFile(root() + "/Library/Zorvel/block.caf", "caff");
+    testing::writePlist(prefs("zorvel.plist"),
                         Dict{{"EnableBlacklist", true},
                              {"BlacklistBlockMode", 0},
                              {"BlacklistBlockingRemind", 3},
                              {"BlacklistBlockArea", "深圳"}});
-    testing::writePlist(prefs + "zorvel.black.plist",
+    testing::writePlist(prefs("zorvel.black.plist"),
                         Dict{{"10010", Value(true)}});
   }
-  void TearDown() override { fs::remove_all(root_); }
-
-  int run(const std::string& args, std::string& out, std::string& err,
-          const std::string& subcommand = "call") {
-    auto r = testing::runZorvel(subcommand + " " + args);
-    out += r.out;
-    err = r.err;
-    return r.status;
+  const std::string& root() const { return root_.path(); }
+  std::string prefs(const std::string& name) const {
+    return root() + "/var/mobile/Library/Preferences/" + name;
+  }
+  testing::CliResult run(const std::string& args,
+                         const std::string& command = "call") {
+    return testing::runZorvel(command + " --root '" + root() + "' " + args);
   }
   std::vector<json> session(const std::string& args) {
-    std::string out, err;
-    EXPECT_EQ(run("--root '" + root_ + "' --json " + args, out, err), 0) << err;
-    return testing::jsonLines(out);
-  }
-  // Every file under the root with its bytes.
-  std::map<std::string, std::string> snapshot() {
-    std::map<std::string, std::string> files;
-    for (const auto& e : fs::recursive_directory_iterator(root_))
-      if (e.is_regular_file())
-        files[e.path().string()] = testing::readFile(e.path().string());
-    return files;
+    auto r = run("--json " + args);
+    EXPECT_EQ(r.status, 0) << r.err;
+    return testing::jsonLines(r.out);
   }
 
-  std::string root_ = testing::freshRoot();
+  testing::TempRoot root_;
 };
 
 TEST_F(CallCliTest, BlockedCallsAreHungUpAndRemindedOnBothGenerations) {
@@ -93,7 +80,7 @@ TEST_F(CallCliTest, BlockedCallsAreHungUpAndRemindedOnBothGenerations) {
 // it shows the banner; the saved ring time is on the device root for the
 // next command's Recents.
 TEST_F(CallCliTest, MissedCallRingTimeOnEightReachesBannerAndNextCommand) {
-  testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+  testing::writePlist(prefs("zorvel.plist"),
                       Dict{{"CallHistoryRingDuration", true},
                            {"AreaStyleIncomingCall", 1},
                            {"IncomingCallDeclineButton", true},
@@ -112,12 +99,11 @@ TEST_F(CallCliTest, MissedCallRingTimeOnEightReachesBannerAndNextCommand) {
   EXPECT_EQ(effects[1]["type"], "ringDuration");
   EXPECT_EQ(effects[1]["seconds"], 12);
 
-  std::string out, err;
-  ASSERT_EQ(
-      run("--root '" + root_ + "' --os 8.1 tab:recents", out, err, "phone"), 0)
-      << err;
-  EXPECT_NE(out.find("13912345678 | 江苏省常州市 (12sec)"), std::string::npos)
-      << out;
+  auto recents = run("--os 8.1 tab:recents", "phone");
+  ASSERT_EQ(recents.status, 0) << recents.err;
+  EXPECT_NE(recents.out.find("13912345678 | 江苏省常州市 (12sec)"),
+            std::string::npos)
+      << recents.out;
 }
 
 TEST_F(CallCliTest, HiddenCallerAndUserActions) {
@@ -138,24 +124,24 @@ TEST_F(CallCliTest, HiddenCallerAndUserActions) {
 }
 
 TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
-  auto before = snapshot();
-  const std::string root = "--root '" + root_ + "' ";
-  for (const std::string& args :
-       {root + "incoming:10010 bogus", root + "incoming:1:contact=x",
-        root + "incoming:1:platform-blocked:platform-blocked", root + "wait:-1",
-        root + "wait:soon", root + "notify:", root + "outgoing:",
-        root + "message:", root + "--os 9.0 answer", root + "--screen 6 answer",
-        // CLI11's own parse errors: an unknown option, no actions at all, an
-        // option without its value.
-        root + "--bogus answer", root, root + "answer --os",
-        std::string("--root '") + root_ + "/none' incoming:10010"}) {
+  const auto before = testing::fileSnapshot(root());
+  for (const char* args : {"incoming:10010 bogus", "incoming:1:contact=x",
+                           "incoming:1:platform-blocked:platform-blocked",
+                           "wait:-1", "wait:soon", "notify:", "outgoing:",
+                           "message:", "--os 9.0 answer", "--screen 6 answer",
+                           // CLI11's own parse errors: an unknown option, no
+                           // actions at all, an option without its value.
+                           "--bogus answer", "", "answer --os"}) {
     SCOPED_TRACE(args);
-    std::string out, err;
-    EXPECT_EQ(run(args, out, err), 2);
-    EXPECT_TRUE(out.empty());
-    EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << err;
+    auto r = run(args);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_TRUE(r.out.empty());
+    EXPECT_EQ(r.errLines(), 1u) << r.err;
   }
-  EXPECT_EQ(snapshot(), before);
+  auto r = testing::runZorvel("call --root '" + root() + "/none' incoming:1");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_EQ(r.errLines(), 1u) << r.err;
+  EXPECT_EQ(testing::fileSnapshot(root()), before);
 }
 
 }  // namespace

@@ -11,9 +11,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "devicegen/device_image.h"
 #include "platform/db/platform_schema.h"
 #include "platform/linux/notify_bus.h"
+#include "support/address_book.h"
 #include "support/device_db.h"
 #include "support/device_files.h"
 #include "support/private_bus.h"
@@ -55,18 +55,9 @@ class CallerdTest : public ::testing::Test {
     testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
     testing::writePlist(prefs("zorvel.black.plist"),
                         Dict{{kBlacklisted, Value(true)}});
-    DevicePeople people;
-    people.labels = {"_$!<Mobile>!$_"};
-    DeviceContact c;
-    c.recordId = 2;
-    c.first = "Lei";
-    c.last = "Li";
-    c.organization = "Acme Trading";
-    c.phones = {{kContact, kContact, 1}};
-    people.contacts = {c};
-    const std::string book = root_ + platform_schema::kAddressBookPath;
-    fs::create_directories(fs::path(book).parent_path());
-    writeAddressBook(book, people, 1);
+    auto lei = testing::mobileContact(2, "Lei", "Li", kContact);
+    lei.organization = "Acme Trading";
+    testing::writeMobileBook(root_, {lei});
 
     ASSERT_TRUE(bus_.ok()) << "dbus-daemon did not start a private bus";
     bus_.spawn({kPython, "-m", "dbusmock", "--session", "-m", "-l", mmLog_, kMM,
@@ -95,15 +86,36 @@ class CallerdTest : public ::testing::Test {
   }
 
   // --- The mock ModemManager -------------------------------------------
+  // Calls the mock interface of the object at `path` on `service`.
   GVariant* mockCall(const std::string& path, const char* method,
-                     GVariant* args) {
+                     GVariant* args, const char* service = kMM) {
     std::string error;
-    GVariant* r = bus_.call(kMM, path, kMock, method, args, &error);
+    GVariant* r = bus_.call(service, path, kMock, method, args, &error);
     EXPECT_TRUE(r) << method << " on " << path << ": " << error;
     return r;
   }
   void mock(const std::string& path, const char* method, GVariant* args) {
     if (GVariant* r = mockCall(path, method, args)) g_variant_unref(r);
+  }
+  // The argument lists (`av`) of the calls of `method` the mock object at
+  // `path` got, in order.
+  std::vector<GVariant*> methodCalls(const std::string& path,
+                                     const char* method,
+                                     const char* service = kMM) {
+    std::vector<GVariant*> out;
+    GVariant* r =
+        mockCall(path, "GetMethodCalls", g_variant_new("(s)", method), service);
+    if (!r) return out;
+    GVariant* calls = g_variant_get_child_value(r, 0);
+    for (gsize i = 0; i < g_variant_n_children(calls); ++i) {
+      guint64 when = 0;
+      GVariant* args = nullptr;
+      g_variant_get_child(calls, i, "(t@av)", &when, &args);
+      out.push_back(args);
+    }
+    g_variant_unref(calls);
+    g_variant_unref(r);
+    return out;
   }
 
   void addModem() {
@@ -138,26 +150,20 @@ class CallerdTest : public ::testing::Test {
   std::string ring(GVariant* number, bool announce = true) {
     const std::string path =
         std::string(kMMPath) + "/Call/" + std::to_string(++calls_);
-    GVariantBuilder props;
-    g_variant_builder_init(&props, G_VARIANT_TYPE("a{sv}"));
-    if (number) g_variant_builder_add(&props, "{sv}", "Number", number);
-    g_variant_builder_add(&props, "{sv}", "Direction", g_variant_new_int32(1));
-    g_variant_builder_add(&props, "{sv}", "State", g_variant_new_int32(3));
-    g_variant_builder_add(&props, "{sv}", "StateReason",
-                          g_variant_new_int32(2));
-    g_variant_builder_add(&props, "{sv}", "Multiparty",
-                          g_variant_new_boolean(FALSE));
-    GVariantBuilder methods;
-    g_variant_builder_init(&methods, G_VARIANT_TYPE("a(ssss)"));
+    GVariantDict props;
+    g_variant_dict_init(&props, nullptr);
+    if (number) g_variant_dict_insert_value(&props, "Number", number);
+    g_variant_dict_insert(&props, "Direction", "i", 1);
+    g_variant_dict_insert(&props, "State", "i", 3);
+    g_variant_dict_insert(&props, "StateReason", "i", 2);
+    g_variant_dict_insert(&props, "Multiparty", "b", FALSE);
     // Hanging up ends the call as the modem would: terminated, by the user.
-    g_variant_builder_add(
-        &methods, "(ssss)", "Hangup", "", "",
-        "self.UpdateProperties('org.freedesktop.ModemManager1.Call', "
-        "{'State': dbus.Int32(7), 'StateReason': dbus.Int32(3)})");
-    g_variant_builder_add(&methods, "(ssss)", "Accept", "", "", "");
     mock(kMMPath, "AddObject",
-         g_variant_new("(ssa{sv}a(ssss))", path.c_str(), kCall, &props,
-                       &methods));
+         g_variant_new_parsed(
+             "(%s, %s, %@a{sv}, [('Hangup', '', '', \"self.UpdateProperties("
+             "'org.freedesktop.ModemManager1.Call', {'State': dbus.Int32(7), "
+             "'StateReason': dbus.Int32(3)})\"), ('Accept', '', '', '')])",
+             path.c_str(), kCall, g_variant_dict_end(&props)));
     if (announce) callAdded(path);
     return path;
   }
@@ -183,14 +189,9 @@ class CallerdTest : public ::testing::Test {
   }
   // How often `method` of the mock object at `path` was called.
   size_t calledTimes(const std::string& path, const char* method) {
-    GVariant* r =
-        mockCall(path, "GetMethodCalls", g_variant_new("(s)", method));
-    if (!r) return 0;
-    GVariant* calls = g_variant_get_child_value(r, 0);
-    const size_t n = g_variant_n_children(calls);
-    g_variant_unref(calls);
-    g_variant_unref(r);
-    return n;
+    auto calls = methodCalls(path, method);
+    for (GVariant* args : calls) g_variant_unref(args);
+    return calls.size();
   }
   // The Hangup requests one call got.
   size_t hangups(const std::string& path) {
@@ -208,42 +209,28 @@ class CallerdTest : public ::testing::Test {
   // --- The desktop ------------------------------------------------------
   std::vector<Note> notes() {
     std::vector<Note> out;
-    std::string error;
-    GVariant* r = bus_.call(kNotes, kNotesPath, kMock, "GetMethodCalls",
-                            g_variant_new("(s)", "Notify"), &error);
-    EXPECT_TRUE(r) << error;
-    if (!r) return out;
-    GVariant* calls = g_variant_get_child_value(r, 0);
-    for (gsize i = 0; i < g_variant_n_children(calls); ++i) {
-      GVariant* call = g_variant_get_child_value(calls, i);
-      GVariant* args = g_variant_get_child_value(call, 1);
+    for (GVariant* args : methodCalls(kNotesPath, "Notify", kNotes)) {
+      // Notify(app, replaces, icon, summary, body, actions, hints, timeout)
       auto arg = [&](int k) {
-        GVariant* boxed = g_variant_get_child_value(args, k);
-        GVariant* v = g_variant_get_variant(boxed);
-        g_variant_unref(boxed);
+        GVariant* v = nullptr;
+        g_variant_get_child(args, k, "v", &v);
         return v;
       };
       Note n;
-      GVariant* s = arg(3);
-      n.summary = g_variant_get_string(s, nullptr);
-      g_variant_unref(s);
-      GVariant* b = arg(4);
-      n.body = g_variant_get_string(b, nullptr);
-      g_variant_unref(b);
+      GVariant* summary = arg(3);
+      GVariant* body = arg(4);
       GVariant* hints = arg(6);
+      n.summary = g_variant_get_string(summary, nullptr);
+      n.body = g_variant_get_string(body, nullptr);
       guchar urgency = 0;
       if (g_variant_lookup(hints, "urgency", "y", &urgency))
         n.urgency = urgency;
       gboolean resident = FALSE;
       if (g_variant_lookup(hints, "resident", "b", &resident))
         n.resident = resident;
-      g_variant_unref(hints);
+      for (GVariant* v : {summary, body, hints, args}) g_variant_unref(v);
       out.push_back(n);
-      g_variant_unref(args);
-      g_variant_unref(call);
     }
-    g_variant_unref(calls);
-    g_variant_unref(r);
     return out;
   }
 

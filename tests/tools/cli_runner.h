@@ -1,14 +1,17 @@
 // Runs a built program through the shell and collects what it did: exit
 // status, standard output and standard error. The program must exist: a
-// missing binary fails the test rather than skipping it.
+// missing binary fails the test rather than skipping it. Also the device
+// roots the program suites start from.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -70,6 +73,39 @@ inline CliResult runZorvel(const std::string& args,
   EXPECT_TRUE(std::filesystem::exists(zorvelBinary()))
       << "the zorvel program was not built";
   return runShell("'" + zorvelBinary() + "' " + args, input);
+}
+
+// Runs `zvtool ARGS` with ZORVEL_ROOT set to `root`, or unset when empty.
+inline CliResult runZvtool(const std::string& args, const std::string& root) {
+  const std::string binary = ZV_BINARY_DIR "/zvtool";
+  EXPECT_TRUE(std::filesystem::exists(binary)) << "zvtool was not built";
+  return runShell(
+      (root.empty() ? "env -u ZORVEL_ROOT " : "ZORVEL_ROOT='" + root + "' ") +
+      binary + " " + args);
+}
+
+// Copies the sample device into `root`.
+inline void copySampleDevice(const std::string& root) {
+  namespace fs = std::filesystem;
+  ASSERT_TRUE(fs::exists(ZV_BINARY_DIR "/sample-device"))
+      << "the sample device was not built";
+  fs::copy(ZV_BINARY_DIR "/sample-device", root,
+           fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+}
+
+// Every regular file under `root` with its bytes: equal snapshots mean a
+// command wrote nothing.
+inline std::map<std::string, std::string> fileSnapshot(
+    const std::string& root) {
+  std::map<std::string, std::string> files;
+  for (const auto& e : std::filesystem::recursive_directory_iterator(root))
+    if (e.is_regular_file()) {
+      std::ifstream in(e.path(), std::ios::binary);
+      std::stringstream ss;
+      ss << in.rdbuf();
+      files[e.path().string()] = ss.str();
+    }
+  return files;
 }
 
 }  // namespace zv::testing

@@ -2,7 +2,6 @@
 // ready for the keypad search, and writing a device again over an old one
 // leaves nothing of the old contacts to be found.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <fstream>
@@ -11,6 +10,7 @@
 #include "cli_runner.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
+#include "support/device_db.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -30,19 +30,9 @@ class DeviceCliTest : public ::testing::Test {
     EXPECT_EQ(r.status, 0) << r.err;
     return nlohmann::json::parse(r.out)["count"].get<int>();
   }
-  int sqlCount(const char* devicePath, const char* sql) {
-    sqlite3* db = nullptr;
-    int n = -1;
-    if (sqlite3_open((dir() + devicePath).c_str(), &db) == SQLITE_OK)
-      sqlite3_exec(
-          db, sql,
-          [](void* out, int, char** v, char**) {
-            *static_cast<int*>(out) = std::atoi(v[0]);
-            return 0;
-          },
-          &n, nullptr);
-    sqlite3_close(db);
-    return n;
+  int sqlCount(const char* devicePath, const std::string& sql) {
+    auto n = columnValues<int64_t>(dir() + devicePath, sql);
+    return n.size() == 1 ? static_cast<int>(n[0]) : -1;
   }
 
   TempRoot temp_;
@@ -89,26 +79,16 @@ TEST_F(DeviceCliTest, RefusesAFolderInUseUnlessForcedAndForgetsTheOldContacts) {
 TEST_F(DeviceCliTest, ContactsDeletedWithAnotherToolAreNotShown) {
   ASSERT_EQ(create("--contacts 10 --calls 0").status, 0);
   const int before = allNumbers();
-  sqlite3* db = nullptr;
-  ASSERT_EQ(
-      sqlite3_open((dir() + platform_schema::kAddressBookPath).c_str(), &db),
-      SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db,
-                         "DELETE FROM ABMultiValue WHERE record_id = (SELECT "
-                         "MAX(record_id) FROM ABMultiValue)",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  const int removed = sqlite3_changes(db);
-  sqlite3_close(db);
+  const char* newest =
+      " FROM ABMultiValue WHERE record_id = (SELECT MAX(record_id) FROM "
+      "ABMultiValue)";
+  const int removed = sqlCount(platform_schema::kAddressBookPath,
+                               std::string("SELECT COUNT(*)") + newest);
   ASSERT_GT(removed, 0);
+  execSql(dir() + platform_schema::kAddressBookPath,
+          std::string("DELETE") + newest);
   EXPECT_EQ(allNumbers(), before - removed);
 }
-
-}  // namespace
-}  // namespace zv::testing
-
-namespace zv::testing {
-namespace {
 
 TEST_F(DeviceCliTest, SearchSaysWhichFileItCannotRead) {
   ASSERT_EQ(create("--contacts 5 --calls 0").status, 0);

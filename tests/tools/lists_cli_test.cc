@@ -3,11 +3,7 @@
 // deleting a row from the device's call history, and one-line usage errors.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "cli_runner.h"
 #include "platform/db/platform_schema.h"
@@ -17,33 +13,23 @@
 namespace zv {
 namespace {
 
-namespace fs = std::filesystem;
 using json = nlohmann::json;
 
 class ListsCliTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(fs::exists(ZV_BINARY_DIR "/sample-device"));
-    fs::copy(
-        ZV_BINARY_DIR "/sample-device", root_.path(),
-        fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-  }
-
-  // Runs zorvel with `args` on the copy; answers the exit status.
-  int run(const std::string& args, std::string& out, std::string& err) {
-    auto r = testing::runZorvel(args + " --root '" + root_.path() + "'");
-    out = r.out;
-    err = r.err;
-    return r.status;
+  void SetUp() override { testing::copySampleDevice(root_.path()); }
+  // zorvel with `args` on the copy.
+  testing::CliResult run(const std::string& args) {
+    return testing::runZorvel(args + " --root '" + root_.path() + "'");
   }
 
   testing::TempRoot root_;
 };
 
 TEST_F(ListsCliTest, ContactsShowsTheListAndACardWithAreas) {
-  std::string out, err;
-  ASSERT_EQ(run("contacts --screen 4 --json open:1 back", out, err), 0) << err;
-  auto screens = testing::jsonLines(out);
+  auto r = run("contacts --screen 4 --json open:1 back");
+  ASSERT_EQ(r.status, 0) << r.err;
+  auto screens = testing::jsonLines(r.out);
   ASSERT_EQ(screens.size(), 3u);
   EXPECT_EQ(screens[0]["screen"], "list");
   EXPECT_FALSE(screens[0]["rows"].empty());
@@ -57,13 +43,15 @@ TEST_F(ListsCliTest, ContactsShowsTheListAndACardWithAreas) {
 }
 
 TEST_F(ListsCliTest, ContactsUsageErrorsAreOneLine) {
-  std::string out, err;
-  EXPECT_EQ(run("contacts --host messages", out, err), 2);
-  EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << err;
-  EXPECT_EQ(run("contacts jump:3", out, err), 2);
-  EXPECT_TRUE(out.empty());
-  EXPECT_EQ(run("contacts open:nobody-here", out, err), 1);
-  EXPECT_NE(err.find("no contact named"), std::string::npos) << err;
+  for (const char* args : {"contacts --host messages", "contacts jump:3"}) {
+    auto r = run(args);
+    EXPECT_EQ(r.status, 2) << args;
+    EXPECT_TRUE(r.out.empty()) << args;
+    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
+  }
+  auto r = run("contacts open:nobody-here");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("no contact named"), std::string::npos) << r.err;
 }
 
 TEST_F(ListsCliTest, PhoneRecentsRowsAndDeletingOne) {
@@ -72,10 +60,9 @@ TEST_F(ListsCliTest, PhoneRecentsRowsAndDeletingOne) {
   const size_t calls =
       testing::columnValues<int64_t>(store, "SELECT Z_PK FROM ZCALLRECORD")
           .size();
-  std::string out, err;
-  ASSERT_EQ(run("phone --json tab:recents recents:delete:1", out, err), 0)
-      << err;
-  auto screens = testing::jsonLines(out);
+  auto r = run("phone --json tab:recents recents:delete:1");
+  ASSERT_EQ(r.status, 0) << r.err;
+  auto screens = testing::jsonLines(r.out);
   ASSERT_EQ(screens.size(), 2u);
   ASSERT_TRUE(screens[0].contains("recents"));
   const json& rows = screens[0]["recents"];
@@ -91,8 +78,9 @@ TEST_F(ListsCliTest, PhoneRecentsRowsAndDeletingOne) {
           .size(),
       calls - grouped);
 
-  EXPECT_EQ(run("phone tab:recents recents:delete:999", out, err), 1);
-  EXPECT_NE(err.find("no such row"), std::string::npos) << err;
+  r = run("phone tab:recents recents:delete:999");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("no such row"), std::string::npos) << r.err;
 }
 
 }  // namespace

@@ -1,14 +1,12 @@
 // zorvel phone: a scripted keypad session printed as one JSON object per
-// action, and one-line errors for bad scripts.
+// action, one-line errors for bad scripts, and --scratch leaving the device
+// as it was.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
-#include "devicegen/device_image.h"
+#include "cli_runner.h"
+#include "support/address_book.h"
 #include "support/device_files.h"
 #include "support/sim_fixture.h"
 
@@ -20,9 +18,7 @@ namespace fs = std::filesystem;
 class PhoneCliTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_))
-        << "the suite depends on the zorvel target";
-    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+    testing::writeFile(root() + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
     DevicePeople people;
     people.labels = {"_$!<Mobile>!$_"};
@@ -32,11 +28,11 @@ class PhoneCliTest : public ::testing::Test {
     mary.last = "Jones";
     mary.phones.push_back({"138 0170 0000", "13801700000", 1});
     people.contacts = {mary};
-    fs::create_directories(root_ + "/var/mobile/Library/AddressBook");
+    fs::create_directories(root() + "/var/mobile/Library/AddressBook");
     writeAddressBook(
-        root_ + "/var/mobile/Library/AddressBook/AddressBook.sqlitedb", people,
+        root() + "/var/mobile/Library/AddressBook/AddressBook.sqlitedb", people,
         1);
-    const std::string prefs = root_ + "/var/mobile/Library/Preferences/";
+    const std::string prefs = root() + "/var/mobile/Library/Preferences/";
     testing::writePlist(prefs + "zorvel.plist",
                         Dict{{"EnablePrefix", true},
                              {"PrefixNumber", "17951"},
@@ -45,56 +41,40 @@ class PhoneCliTest : public ::testing::Test {
     testing::writePlist(prefs + "zorvel.keypad.plist",
                         Dict{{"EnableSearch", true}});
   }
-  void TearDown() override { fs::remove_all(root_); }
-
-  int run(const std::string& args, std::string& out, std::string& err) {
-    const std::string errPath = root_ + ".stderr";
-    std::string command = "'" + binary_ + "' phone --root '" + root_ + "' " +
-                          args + " 2>'" + errPath + "'";
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) out.append(buf, n);
-    int status = pclose(pipe);
-    err = testing::readFile(errPath);
-    fs::remove(errPath);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  const std::string& root() const { return root_.path(); }
+  testing::CliResult run(const std::string& args) {
+    return testing::runZorvel("phone --root '" + root() + "' " + args);
+  }
+  std::vector<nlohmann::json> session(const std::string& args) {
+    auto r = run("--json " + args);
+    EXPECT_EQ(r.status, 0) << r.err;
+    return testing::jsonLines(r.out);
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
-  std::string root_ = testing::freshRoot();
+  testing::TempRoot root_;
 };
 
-TEST_F(PhoneCliTest, JsonSessionShowsTheMatchAndWhatWasDialled) {
-  std::string out, err;
-  ASSERT_EQ(run("--json type:65 list call", out, err), 0) << err;
-  std::vector<nlohmann::json> steps;
-  std::istringstream lines(out);
-  for (std::string line; std::getline(lines, line);)
-    steps.push_back(nlohmann::json::parse(line));
-  ASSERT_EQ(steps.size(), 3u);
+TEST_F(PhoneCliTest, JsonSessionShowsTheMatchMenuAndWhatWasDialled) {
+  auto steps = session("type:65 list menu menu:1 call");
+  ASSERT_EQ(steps.size(), 5u);
   EXPECT_EQ(steps[0]["action"], "type:65");
-  EXPECT_EQ(steps[0]["pager"]["current"]["number"]["text"], "13801700000");
-  EXPECT_NE(
-      steps[0]["pager"]["current"]["name"]["marked"].get<std::string>().find(
-          '['),
-      std::string::npos);
+  const auto& current = steps[0]["pager"]["current"];
+  EXPECT_EQ(current["number"]["text"], "13801700000");
+  EXPECT_NE(current["name"]["marked"].get<std::string>().find('['),
+            std::string::npos);
   EXPECT_EQ(steps[0]["counter"], "1/2");
   EXPECT_EQ(steps[1]["list"].size(), 2u);
-  EXPECT_EQ(steps[2]["dialled"], nlohmann::json::array({"1795113801700000"}));
+  // Menu buttons count from one; pressing one closes the menu.
+  ASSERT_TRUE(steps[2].contains("menu")) << steps[2].dump();
+  EXPECT_TRUE(!steps[3].contains("menu") || steps[3]["menu"].is_null())
+      << steps[3].dump();
+  EXPECT_EQ(steps[4]["dialled"], nlohmann::json::array({"1795113801700000"}));
+  EXPECT_NE(run("type:65 menu menu:9").status, 0);
 }
 
 TEST_F(PhoneCliTest, OutgoingCallOnSevenShowsTheInCallScreenWithItsArea) {
-  std::string out, err;
-  ASSERT_EQ(run("--json --os 7.1 --screen 4 type:13801700000 call connect "
-                "wait:2 end",
-                out, err),
-            0)
-      << err;
-  std::vector<nlohmann::json> steps;
-  std::istringstream lines(out);
-  for (std::string line; std::getline(lines, line);)
-    steps.push_back(nlohmann::json::parse(line));
+  auto steps =
+      session("--os 7.1 --screen 4 type:13801700000 call connect wait:2 end");
   ASSERT_EQ(steps.size(), 5u);
   EXPECT_FALSE(steps[0].contains("inCall"));
   // The prefixed number goes out; its area is still Shanghai's.
@@ -113,39 +93,21 @@ TEST_F(PhoneCliTest, BadScriptsFailWithOneLineBeforeAnyActionRuns) {
   for (const char* args :
        {"jump", "--screen 6 type:1", "type:12a", "call tab:nowhere",
         "type:65 call menu:0", "call select:x"}) {
-    std::string out, err;
-    EXPECT_EQ(run(args, out, err), 2) << args;
-    EXPECT_EQ(out, "") << args;  // the call before the mistake never ran
-    EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1)
-        << args << ": " << err;
+    auto r = run(args);
+    EXPECT_EQ(r.status, 2) << args;
+    EXPECT_EQ(r.out, "") << args;  // the call before the mistake never ran
+    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
   }
   // What the screen did not offer is a failure of the session itself.
-  std::string out, err;
-  EXPECT_EQ(run("select:1", out, err), 1);
-  EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << err;
-}
-
-TEST_F(PhoneCliTest, MenuButtonsAndListRowsCountFromOne) {
-  std::string out, err;
-  ASSERT_EQ(run("--json type:65 menu menu:1", out, err), 0) << err;
-  std::vector<nlohmann::json> steps;
-  std::istringstream lines(out);
-  for (std::string line; std::getline(lines, line);)
-    steps.push_back(nlohmann::json::parse(line));
-  ASSERT_EQ(steps.size(), 3u);
-  ASSERT_TRUE(steps[1].contains("menu")) << steps[1].dump();
-  // The first button of the menu was pressed and the menu is gone.
-  EXPECT_FALSE(steps[2].contains("menu") && !steps[2]["menu"].is_null())
-      << steps[2].dump();
-  EXPECT_NE(run("type:65 menu menu:9", out, err), 0);
+  auto r = run("select:1");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.errLines(), 1u) << r.err;
 }
 
 TEST_F(PhoneCliTest, ScratchLeavesTheDeviceAsItWas) {
-  const std::string calls =
-      root_ + "/var/mobile/Library/CallHistoryDB/CallHistory.storedata";
   auto listing = [&] {
     std::string all;
-    for (auto& e : fs::recursive_directory_iterator(root_))
+    for (auto& e : fs::recursive_directory_iterator(root()))
       if (e.is_regular_file())
         all += e.path().string() + " " + std::to_string(e.file_size()) + " " +
                std::to_string(e.last_write_time().time_since_epoch().count()) +
@@ -153,11 +115,10 @@ TEST_F(PhoneCliTest, ScratchLeavesTheDeviceAsItWas) {
     return all;
   };
   const std::string before = listing();
-  std::string out, err;
-  ASSERT_EQ(run("--scratch type:65 call wait:3", out, err), 0) << err;
+  ASSERT_EQ(run("--scratch type:65 call wait:3").status, 0);
   EXPECT_EQ(listing(), before);
   // Without it, the session is the phone's own: its cache is written.
-  ASSERT_EQ(run("type:65", out, err), 0) << err;
+  ASSERT_EQ(run("type:65").status, 0);
   EXPECT_NE(listing(), before);
 }
 

@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "platform/ui/image.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 #include "tools/cli_runner.h"
 
@@ -29,20 +30,16 @@ std::string unescape(std::string s) {
   return s;
 }
 
+std::string quoted(const std::string& s) { return "'" + s + "'"; }
+
 class PicturesCliTest : public ::testing::Test {
  protected:
-  PicturesCliTest() {
-    fs::copy(
-        ZV_BINARY_DIR "/sample-device", root_.path(),
-        fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-  }
-  std::string quoted(const std::string& s) { return "'" + s + "'"; }
-  std::vector<json> steps(const std::string& out) {
-    std::vector<json> s;
-    std::istringstream lines(out);
-    for (std::string line; std::getline(lines, line);)
-      s.push_back(json::parse(line));
-    return s;
+  void SetUp() override { testing::copySampleDevice(root_.path()); }
+  // zorvel COMMAND on the sample copy, then OPTIONS and the actions.
+  testing::CliResult run(const std::string& command,
+                         const std::string& options) {
+    return testing::runZorvel(command + " --root " + quoted(root_.path()) +
+                              " " + options);
   }
   testing::TempRoot root_, pictures_;
 };
@@ -75,12 +72,10 @@ TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.command);
     const std::string dir = pictures_.path() + "/" + c.command.substr(0, 4);
-    auto r =
-        testing::runZorvel(c.command + " --root " + quoted(root_.path()) +
-                           " --json --png " + quoted(dir) + " " + c.actions);
+    auto r = run(c.command, "--json --png " + quoted(dir) + " " + c.actions);
     ASSERT_EQ(r.status, 0) << r.err;
     std::vector<std::string> named;
-    for (const auto& s : steps(r.out)) {
+    for (const auto& s : testing::jsonLines(r.out)) {
       ASSERT_TRUE(s.contains("picture")) << s.dump();
       named.push_back(fs::path(s["picture"].get<std::string>()).filename());
       EXPECT_EQ(fs::path(s["picture"].get<std::string>()).parent_path(), dir);
@@ -92,14 +87,10 @@ TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
       EXPECT_EQ(image->pixelWidth(), c.pixelWidth) << name;
     }
     // In text the picture is a line of its own; without --png there is none.
-    auto text =
-        testing::runZorvel(c.command + " --root " + quoted(root_.path()) +
-                           " --png " + quoted(dir) + " " + c.actions);
+    auto text = run(c.command, "--png " + quoted(dir) + " " + c.actions);
     EXPECT_NE(text.out.find("  picture: " + dir + "/" + c.names.back()),
               std::string::npos);
-    auto plain = testing::runZorvel(c.command + " --root " +
-                                    quoted(root_.path()) + " " + c.actions);
-    EXPECT_EQ(plain.out.find("picture"), std::string::npos);
+    EXPECT_EQ(run(c.command, c.actions).out.find("picture"), std::string::npos);
   }
 }
 
@@ -117,18 +108,14 @@ TEST_F(PicturesCliTest, UnwritableDirectoryIsOneUsageErrorBeforeAnyAction) {
   // it.
   const std::string blocker = pictures_.path() + "/file";
   std::ofstream(blocker) << "x";
-  for (const char* command :
-       {"phone", "call", "contacts", "messages", "controlcenter"}) {
+  for (auto [command, action] : {std::pair{"phone", "type:2"},
+                                 {"call", "incoming:10010"},
+                                 {"contacts", "open:1"},
+                                 {"messages", "list"},
+                                 {"controlcenter", "open"}}) {
     SCOPED_TRACE(command);
-    const std::string action = std::string(command) == "phone" ? "type:2"
-                               : std::string(command) == "call"
-                                   ? "incoming:10010"
-                               : std::string(command) == "contacts" ? "open:1"
-                               : std::string(command) == "messages" ? "list"
-                                                                    : "open";
-    auto r = testing::runZorvel(std::string(command) + " --root " +
-                                quoted(root_.path()) + " --png " +
-                                quoted(blocker + "/pictures") + " " + action);
+    auto r =
+        run(command, "--png " + quoted(blocker + "/pictures") + " " + action);
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.out, "");
     EXPECT_EQ(r.errLines(), 1u) << r.err;
@@ -140,14 +127,10 @@ TEST_F(PicturesCliTest, TourPageShowsEveryPictureAndCaptionInChromium) {
   ASSERT_TRUE(fs::exists("/usr/bin/chromium"))
       << "headless Chromium is installed by scripts/setup";
   const std::string dir = pictures_.path() + "/tour";
-  auto r = testing::runZorvel("tour --root " + quoted(root_.path()) + " " +
-                              quoted(dir));
+  auto r = run("tour", quoted(dir));
   ASSERT_EQ(r.status, 0) << r.err;
-  std::ifstream in(dir + "/index.html");
-  std::stringstream page;
-  page << in.rdbuf();
   std::vector<std::string> captions;
-  const std::string html = page.str();
+  const std::string html = testing::readFile(dir + "/index.html");
   const std::regex caption("<figcaption>([^<]*)</figcaption>");
   for (std::sregex_iterator it(html.begin(), html.end(), caption), end;
        it != end; ++it)

@@ -1,78 +1,50 @@
 // `zorvel settings` run as a program on a temporary device root.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
-#include <string>
 
+#include "cli_runner.h"
 #include "platform/plist.h"
-#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct RunResult {
-  int status = -1;
-  std::string out, err;
-};
+using json = nlohmann::json;
 
 class SettingsCliTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(fs::exists(binary_))
-        << "the suite depends on the zorvel target";
+  testing::CliResult run(const std::string& args) {
+    return testing::runZorvel("settings --root '" + root() + "' " + args);
   }
-  void TearDown() override { fs::remove_all(root_); }
-
-  RunResult run(const std::string& args) {
-    const std::string errPath = root_ + ".stderr";
-    std::string command = "'" + binary_ + "' settings --root '" + root_ + "' " +
-                          args + " 2>'" + errPath + "'";
-    RunResult result;
-    FILE* pipe = popen(command.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, pipe)) > 0) result.out.append(buf, n);
-    int status = pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.err = testing::readFile(errPath);
-    fs::remove(errPath);
-    return result;
-  }
-
-  const nlohmann::json* find(const nlohmann::json& doc, std::string_view cls,
-                             std::string_view key) {
+  static const json* find(const json& doc, std::string_view cls,
+                          std::string_view key) {
     for (const auto& c : doc["classes"])
       if (c["class"] == cls)
         for (const auto& k : c["keys"])
           if (k["key"] == key) return &k;
     return nullptr;
   }
-
-  std::string settingsPath() const {
-    return root_ + "/var/mobile/Library/Preferences/zorvel.plist";
+  const std::string& root() const { return root_.path(); }
+  std::string prefs(const std::string& name) const {
+    return root() + "/var/mobile/Library/Preferences/" + name;
   }
 
-  std::string binary_ = ZV_BINARY_DIR "/zorvel";
-  std::string root_ = testing::freshRoot();
+  testing::TempRoot root_;
 };
 
 TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
-  ASSERT_TRUE(plist::writeFile(settingsPath(),
+  ASSERT_TRUE(plist::writeFile(prefs("zorvel.plist"),
                                Value(Dict{{"MyInfo", 3},
                                           {"ConnectedVibrateIntensity", "0.8"},
                                           {"ControlCenterHome", 2}})));
   auto result = run("--json");
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.err, "");
-  auto doc = nlohmann::json::parse(result.out);
+  auto doc = json::parse(result.out);
   EXPECT_EQ(doc["fileStatus"], "loaded");
 
   std::vector<std::string> classes;
@@ -82,63 +54,68 @@ TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
                                       "ZVSMSSettings", "ZVIncomingCallSettings",
                                       "ZVControlCenterSettings"}));
 
-  const auto* myInfo = find(doc, "ZVGeneralSettings", "MyInfo");
-  ASSERT_TRUE(myInfo);
-  EXPECT_EQ((*myInfo)["value"], 3);
-  EXPECT_EQ((*myInfo)["default"], -1);
-  EXPECT_EQ((*myInfo)["source"], "file");
-  const auto* intensity =
-      find(doc, "ZVIncomingCallSettings", "ConnectedVibrateIntensity");
-  ASSERT_TRUE(intensity);
-  EXPECT_EQ((*intensity)["value"], 0.8);
-  EXPECT_EQ((*intensity)["default"], 0.3);
-  const auto* area = find(doc, "ZVGeneralSettings", "AreaDatabase");
-  ASSERT_TRUE(area);
-  EXPECT_EQ((*area)["value"], "China");
-  EXPECT_EQ((*area)["source"], "default");
+  auto key = [&](std::string_view cls, std::string_view name) {
+    const auto* k = find(doc, cls, name);
+    return k ? *k : json();
+  };
+  EXPECT_EQ(key("ZVGeneralSettings", "MyInfo"), (json{{"key", "MyInfo"},
+                                                      {"type", "integer"},
+                                                      {"value", 3},
+                                                      {"default", -1},
+                                                      {"source", "file"}}));
+  EXPECT_EQ(key("ZVIncomingCallSettings", "ConnectedVibrateIntensity")["value"],
+            0.8);
+  EXPECT_EQ(key("ZVGeneralSettings", "AreaDatabase"),
+            (json{{"key", "AreaDatabase"},
+                  {"type", "string"},
+                  {"value", "China"},
+                  {"default", "China"},
+                  {"source", "default"}}));
   // Feature classes list only the keys they add.
   EXPECT_EQ(find(doc, "ZVPhoneSettings", "MyInfo"), nullptr);
-  EXPECT_EQ(
-      (*find(doc, "ZVControlCenterSettings", "ControlCenterHome"))["value"], 2);
+  EXPECT_EQ(key("ZVControlCenterSettings", "ControlCenterHome")["value"], 2);
 }
 
 TEST_F(SettingsCliTest, UnparsableFileWarnsOnceAndWritesNothing) {
-  fs::create_directories(fs::path(settingsPath()).parent_path());
-  std::ofstream(settingsPath()) << "<?xml version=\"1.0\"?><plist><dict>";
-  auto before = fs::last_write_time(settingsPath());
+  fs::create_directories(fs::path(prefs("zorvel.plist")).parent_path());
+  std::ofstream(prefs("zorvel.plist"))
+      << "<?xml version=\"1.0\"?><plist><dict>";
+  auto before = fs::last_write_time(prefs("zorvel.plist"));
 
   auto result = run("");
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.err, "zorvel: settings file " + settingsPath() +
+  EXPECT_EQ(result.err, "zorvel: settings file " + prefs("zorvel.plist") +
                             " does not parse; showing defaults\n");
   EXPECT_NE(result.out.find("AreaDatabase"), std::string::npos);
   EXPECT_NE(result.out.find("\"China\""), std::string::npos);
   EXPECT_EQ(result.out.find("file (default"), std::string::npos);
 
-  EXPECT_EQ(fs::last_write_time(settingsPath()), before);
+  EXPECT_EQ(fs::last_write_time(prefs("zorvel.plist")), before);
   size_t entries = 0;
-  for (const auto& e : fs::recursive_directory_iterator(root_))
+  for (const auto& e : fs::recursive_directory_iterator(root()))
     entries += e.is_regular_file() || e.is_socket();
   EXPECT_EQ(entries, 1u);
 }
 
 TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
-  const std::string flags =
-      root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+  const std::string flags = prefs("zorvel.keypad.plist");
   ASSERT_TRUE(plist::writeFile(flags, Value(Dict{{"EnableSearch", true}})));
   auto result = run("--json");
   ASSERT_EQ(result.status, 0) << result.err;
-  auto doc = nlohmann::json::parse(result.out);
-  const auto& keypad = doc["keypadFlags"];
-  EXPECT_EQ(keypad["file"], flags);
-  EXPECT_EQ(keypad["fileStatus"], "loaded");
-  ASSERT_EQ(keypad["keys"].size(), 2u);
-  EXPECT_EQ(keypad["keys"][0]["key"], "EnableSearch");
-  EXPECT_EQ(keypad["keys"][0]["value"], true);
-  EXPECT_EQ(keypad["keys"][0]["source"], "file");
-  EXPECT_EQ(keypad["keys"][1]["key"], "AddressBookChanged");
-  EXPECT_EQ(keypad["keys"][1]["value"], false);
-  EXPECT_EQ(keypad["keys"][1]["source"], "default");
+  auto doc = json::parse(result.out);
+  auto flag = [](const char* key, bool value, bool fromFile) {
+    return json{{"key", key},
+                {"type", "boolean"},
+                {"value", value},
+                {"default", false},
+                {"source", fromFile ? "file" : "default"}};
+  };
+  EXPECT_EQ(doc["keypadFlags"],
+            (json{{"file", flags},
+                  {"fileStatus", "loaded"},
+                  {"keys",
+                   {flag("EnableSearch", true, true),
+                    flag("AddressBookChanged", false, false)}}}));
 
   std::ofstream(flags) << "garbage";
   result = run("");
@@ -151,11 +128,9 @@ TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
 }
 
 TEST_F(SettingsCliTest, MissingRootIsAnError) {
-  const std::string root = root_;
-  root_ += "/absent";
-  auto result = run("");
-  root_ = root;
-  EXPECT_NE(result.status, 0);
+  auto result = testing::runZorvel("settings --root '" + root() + "/absent'");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.errLines(), 1u) << result.err;
   EXPECT_NE(result.err.find("device root not found"), std::string::npos);
 }
 

@@ -1,15 +1,13 @@
 // Runs the built zvtool against device roots made from the platform's own
-// call-history schemas.
+// call-history schemas: the backup triggers, restore, delete and clear, and
+// one-line errors that change nothing. zvtool has no other suite.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-#include <sys/wait.h>
 
-#include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "cli_runner.h"
 #include "platform/db/platform_schema.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"
@@ -19,43 +17,12 @@ namespace {
 
 namespace fs = std::filesystem;
 using platform_schema::Database;
-
-struct ToolRun {
-  int status = -1;
-  std::string out, err;
-};
+using testing::CliResult;
 
 class ZvtoolTest : public ::testing::Test {
  protected:
-  ZvtoolTest() : root_(testing::freshRoot()) {}
-  ~ZvtoolTest() override { fs::remove_all(root_); }
-
-  void SetUp() override {
-    ASSERT_TRUE(fs::exists(ZV_BINARY_DIR "/zvtool"))
-        << "build the zvtool target first";
-  }
-
-  ToolRun zvtool(const std::string& arguments, bool withRoot = true) {
-    const std::string errFile = root_ + "/stderr.txt";
-    const std::string outFile = root_ + "/stdout.txt";
-    std::string command = std::string(withRoot ? "ZORVEL_ROOT='" + root_ + "' "
-                                               : "env -u ZORVEL_ROOT ") +
-                          ZV_BINARY_DIR "/zvtool " + arguments + " 2>'" +
-                          errFile + "' >'" + outFile + "'";
-    ToolRun run;
-    const int status = std::system(command.c_str());
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    for (auto [file, text] :
-         {std::pair{&errFile, &run.err}, {&outFile, &run.out}}) {
-      FILE* f = std::fopen(file->c_str(), "rb");
-      if (!f) continue;
-      char buffer[4096];
-      size_t n;
-      while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        text->append(buffer, n);
-      std::fclose(f);
-    }
-    return run;
+  CliResult zvtool(const std::string& arguments) {
+    return testing::runZvtool(arguments, root_);
   }
 
   void createLegacy() {
@@ -91,14 +58,15 @@ class ZvtoolTest : public ::testing::Test {
          "DELETE FROM call WHERE date < " + std::to_string(keepFrom));
   }
 
-  std::string root_;
+  testing::TempRoot temp_;
+  const std::string& root_ = temp_.path();
 };
 
 TEST_F(ZvtoolTest, BadArgumentsPrintUsageAndExitTwo) {
   createLegacy();
   for (const char* arguments : {"", "-s", "-s abc", "-s -1", "-d", "-d soon",
                                 "-x", "-c -s 3", "-c extra"}) {
-    ToolRun run = zvtool(arguments);
+    CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 2) << arguments;
     EXPECT_NE(run.err.find("Usage: zvtool"), std::string::npos) << arguments;
   }
@@ -106,14 +74,14 @@ TEST_F(ZvtoolTest, BadArgumentsPrintUsageAndExitTwo) {
 
 TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
   for (const char* arguments : {"-c", "-s 3", "-d 1000", "--install"}) {
-    ToolRun run = zvtool(arguments);
+    CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 1) << arguments;
     EXPECT_EQ(run.err.find("zvtool: no call history database"), 0u) << run.err;
-    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
+    EXPECT_EQ(run.errLines(), 1u);
   }
   // Nothing was created on the way.
   EXPECT_FALSE(fs::exists(root_ + platform_schema::kCallHistoryDbPath));
-  ToolRun noRoot = zvtool("-c", false);
+  CliResult noRoot = testing::runZvtool("-c", "");
   EXPECT_EQ(noRoot.status, 1);
   EXPECT_EQ(noRoot.err, "zvtool: ZORVEL_ROOT is not set\n");
 }
@@ -160,7 +128,7 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   callsThenPlatformDeletes(8, 5500);  // 1000..5000 backed up
   exec(platform_schema::kCallHistoryDbPath,
        "INSERT INTO deleted (ROWID, date) VALUES (20, 9000)");  // too new
-  ToolRun restored = zvtool("-s 3");
+  CliResult restored = zvtool("-s 3");
   ASSERT_EQ(restored.status, 0);
   EXPECT_EQ(restored.out, "restored 3 (the backup of 6 emptied)\n");
   EXPECT_EQ(legacy("SELECT date FROM call ORDER BY ROWID"),
@@ -174,7 +142,7 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM call"), (std::vector<int64_t>{6}));
   // An empty backup: nothing was done, and the status says so.
-  ToolRun empty = zvtool("-s 5");
+  CliResult empty = zvtool("-s 5");
   EXPECT_EQ(empty.status, 1);
   EXPECT_EQ(empty.err, "zvtool: nothing to restore: the backup is empty\n");
 }
@@ -183,15 +151,15 @@ TEST_F(ZvtoolTest, DeleteAndClearTouchOnlyTheBackup) {
   createLegacy();
   ASSERT_EQ(zvtool("--install").status, 0);
   callsThenPlatformDeletes(5, 3500);
-  ToolRun deleted = zvtool("-d 2000");
+  CliResult deleted = zvtool("-d 2000");
   ASSERT_EQ(deleted.status, 0);
   EXPECT_EQ(deleted.out, "deleted 1\n");
   EXPECT_EQ(legacy("SELECT date FROM deleted ORDER BY date"),
             (std::vector<int64_t>{1000, 3000}));
-  ToolRun none = zvtool("-d 123");  // no such call: nothing was done
+  CliResult none = zvtool("-d 123");  // no such call: nothing was done
   EXPECT_EQ(none.status, 1);
   EXPECT_EQ(none.err, "zvtool: no backed-up call of date 123\n");
-  ToolRun cleared = zvtool("-c");
+  CliResult cleared = zvtool("-c");
   ASSERT_EQ(cleared.status, 0);
   EXPECT_EQ(cleared.out, "emptied the backup of 2 calls\n");
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
@@ -203,7 +171,7 @@ TEST_F(ZvtoolTest, AFailedRestoreLosesNothing) {
   createLegacy();
   // No backup table yet: every command fails with one line, changes nothing.
   for (const char* arguments : {"-s 5", "-d 1000", "-c"}) {
-    ToolRun run = zvtool(arguments);
+    CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 1) << arguments;
     EXPECT_EQ(run.err, "zvtool: no backup table in " + root_ +
                            platform_schema::kCallHistoryDbPath +
@@ -215,9 +183,9 @@ TEST_F(ZvtoolTest, AFailedRestoreLosesNothing) {
   // The platform reused a row id: putting call 2 back would collide.
   exec(platform_schema::kCallHistoryDbPath,
        "INSERT INTO call (ROWID, date) VALUES (2, 2400)");
-  ToolRun run = zvtool("-s 5");
+  CliResult run = zvtool("-s 5");
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  EXPECT_EQ(run.errLines(), 1u) << run.err;
   EXPECT_EQ(legacy("SELECT date FROM deleted ORDER BY date"),
             (std::vector<int64_t>{1000, 2000}));
   EXPECT_EQ(legacy("SELECT date FROM call ORDER BY date"),

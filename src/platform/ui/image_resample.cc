@@ -38,6 +38,12 @@ AxisWeights axisWeights(int sourceLength, int destLength, double start,
       // by how much of each lies inside it.
       const double lo = std::max(u0, 0.0);
       const double hi = std::min(u1, static_cast<double>(sourceLength));
+      // A footprint wholly outside the source (the rectangle may lie far
+      // off the canvas) reads nothing; checked before lo becomes an int.
+      if (!(lo < hi)) {
+        w.count[i] = 0;
+        continue;
+      }
       for (int s = static_cast<int>(std::floor(lo)); s < hi; ++s) {
         const double overlap = std::min(hi, s + 1.0) - std::max(lo, 1.0 * s);
         addTap(w, s, static_cast<float>(overlap / footprint));
