@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -30,8 +31,26 @@ int64_t stringLongLong(const std::string& s) {
   return v;
 }
 
+// The string form of doubleValue: decimal text only, read as far as it goes
+// ("1.5kg" is 1.5) and the same under every locale; hexadecimal, "inf" and
+// "nan" (which strtod would take) are 0, out-of-range values saturate.
 double stringDouble(const std::string& s) {
-  return std::strtod(skipSpace(s.c_str()), nullptr);
+  const char* p = skipSpace(s.c_str());
+  const char* end = s.c_str() + s.size();
+  double sign = 1;
+  if (*p == '+' || *p == '-') sign = *p++ == '-' ? -1 : 1;
+  const bool digits =
+      std::isdigit(static_cast<unsigned char>(*p)) ||
+      (*p == '.' && std::isdigit(static_cast<unsigned char>(p[1])));
+  if (!digits) return 0;
+  double v = 0;
+  auto [ptr, ec] = std::from_chars(p, end, v, std::chars_format::general);
+  if (ec == std::errc::result_out_of_range) {
+    // Too large or too small for a double: strtod saturates to infinity
+    // or zero by the size of the exponent.
+    return sign * std::strtod(p, nullptr);
+  }
+  return ec == std::errc() ? sign * v : 0;
 }
 
 int64_t clampDouble(double d) {

@@ -20,6 +20,12 @@ TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
     EXPECT_FALSE(Value(no).boolValue()) << no;
   EXPECT_FLOAT_EQ(Value("0.8").floatValue(), 0.8f);
   EXPECT_FLOAT_EQ(Value("8.1.2").floatValue(), 8.1f);
+  // Decimal text only, as the platform reads it: not strtod's hexadecimal,
+  // infinities or NaN.
+  EXPECT_EQ(Value(" -.5e1x").doubleValue(), -5);
+  for (const char* notDecimal : {"0x10", "inf", "-nan", "e5", ".", "+-1"})
+    EXPECT_EQ(Value(notDecimal).doubleValue(), 0) << notDecimal;
+  EXPECT_EQ(Value("-1e999").doubleValue(), -HUGE_VAL);
   const std::pair<const char*, int> ints[] = {{" 42abc", 42},
                                               {"99999999999", INT32_MAX},
                                               {"-99999999999", INT32_MIN},

@@ -138,8 +138,9 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
     EXPECT_TRUE(r.out.empty());
     EXPECT_EQ(r.errLines(), 1u) << r.err;
   }
+  // A missing device is not a usage error: exit 1, as every command.
   auto r = testing::runZorvel("call --root '" + root() + "/none' incoming:1");
-  EXPECT_EQ(r.status, 2);
+  EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.errLines(), 1u) << r.err;
   EXPECT_EQ(testing::fileSnapshot(root()), before);
 }

@@ -191,11 +191,7 @@ void run(const CallOptions& options) {
   const std::vector<CallAction> actions = parseCallActions(options.actions);
   const platform::DeviceFacts facts = deviceFor(options);
   Pictures pictures(options.png);
-  try {
-    applyRoot(options.root);
-  } catch (const CommandError& e) {
-    throw CommandError(e.what(), 2);
-  }
+  applyRoot(options.root);
 
   const std::string root = platform::LinuxPlatform::instance().root();
   platform::SimWorld world(root, sessionEpoch(root, options.os));
