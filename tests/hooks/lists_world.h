@@ -4,8 +4,6 @@
 // started with the extension loaded).
 #pragma once
 
-#include <sqlite3.h>
-
 #include <memory>
 #include <string>
 
@@ -16,6 +14,7 @@
 #include "platform/sim/device_presets.h"
 #include "support/call_rows.h"
 #include "support/device_db.h"
+#include "support/picture_rows.h"
 #include "support/world.h"
 
 namespace zv::testing {
@@ -38,9 +37,7 @@ class ListsWorld : public World {
   ListsWorld() {
     installChinaDatabase();
     const std::string book = root_ + schema::kAddressBookPath;
-    const std::string images = root_ + schema::kAddressBookImagesPath;
     schema::createDatabase(book, schema::Database::kAddressBook);
-    schema::createDatabase(images, schema::Database::kAddressBookImages);
     execSql(book,
             "INSERT INTO ABPerson (ROWID, First, Last) VALUES (1, '雷', '李'),"
             "(2, 'Meimei', 'Han'), (3, 'Wu', 'Wang');"
@@ -49,8 +46,8 @@ class ListsWorld : public World {
             "INSERT INTO ABMultiValue (UID, record_id, property, identifier, "
             "label, value) VALUES (1, 1, 3, 0, 1, '130 0100 0000'),"
             "(2, 2, 3, 0, 2, '021-12345678'), (3, 3, 3, 0, 1, '13002100000')");
-    addPicture(images, 1, kRed);
-    addPicture(images, 3, kBlue);
+    testing::addColourPicture(root_, 1, kRed);
+    testing::addColourPicture(root_, 3, kBlue);
     writeDeviceFile("/Library/Zorvel/avatar.png",
                     ui::Image::filled(60, 60, 1, kGrey).encodePng());
     schema::createDatabase(root_ + schema::kCallHistoryStorePath,
@@ -61,23 +58,6 @@ class ListsWorld : public World {
             schema::callRecordTableSql("ZVZCALLRECORD"));
     execSql(root_ + schema::kCallHistoryDbPath,
             schema::callTableSql("deleted"));
-  }
-
-  static void addPicture(const std::string& images, int id, ui::Pixel colour) {
-    const std::string png = ui::Image::filled(80, 80, 1, colour).encodePng();
-    sqlite3* db = nullptr;
-    sqlite3_open(images.c_str(), &db);
-    sqlite3_stmt* insert = nullptr;
-    sqlite3_prepare_v2(db,
-                       "INSERT INTO ABThumbnailImage (record_id, format, data) "
-                       "VALUES (?, 0, ?)",
-                       -1, &insert, nullptr);
-    sqlite3_bind_int(insert, 1, id);
-    sqlite3_bind_blob(insert, 2, png.data(), static_cast<int>(png.size()),
-                      SQLITE_TRANSIENT);
-    sqlite3_step(insert);
-    sqlite3_finalize(insert);
-    sqlite3_close(db);
   }
 
   void modernCall(int pk, double date, const std::string& number,

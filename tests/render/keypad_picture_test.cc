@@ -10,24 +10,24 @@
 #include "dialer/keypad_lcd_view.h"
 #include "hosts/phone/app.h"
 #include "platform/render/renderer.h"
-#include "support/address_book.h"
+#include "support/device_people.h"
 #include "support/world.h"
 #include "tools/zorvel/scenes.h"
 
 namespace zv {
 namespace {
 
-using testing::mobileContact;
-using testing::writeMobileBook;
+using testing::deviceContact;
+using testing::writeDevicePeople;
 using ui::Rect;
 
 class KeypadPictureTest : public testing::World {
  protected:
   KeypadPictureTest() {
-    writeMobileBook(devicePath(""),
-                    {mobileContact(1, "Mary", "Jones", "13801700000"),
-                     mobileContact(2, "Marc", "Smith", "13800138000"),
-                     mobileContact(3, "John", "Maris", "02162120241")});
+    writeDevicePeople(devicePath(""),
+                      {deviceContact(1, "Mary", "Jones", "13801700000"),
+                       deviceContact(2, "Marc", "Smith", "13800138000"),
+                       deviceContact(3, "John", "Maris", "02162120241")});
     installChinaDatabase();
     installReadingTable();
     // Red runs: nothing else on the keypad screen is red.

@@ -13,9 +13,9 @@
 
 #include "platform/db/platform_schema.h"
 #include "platform/linux/notify_bus.h"
-#include "support/address_book.h"
 #include "support/device_db.h"
 #include "support/device_files.h"
+#include "support/device_people.h"
 #include "support/private_bus.h"
 #include "support/sim_fixture.h"
 
@@ -55,9 +55,9 @@ class CallerdTest : public ::testing::Test {
     testing::writeFile(root_ + "/Library/Zorvel/block.caf", "caff");
     testing::writePlist(prefs("zorvel.black.plist"),
                         Dict{{kBlacklisted, Value(true)}});
-    auto lei = testing::mobileContact(2, "Lei", "Li", kContact);
+    auto lei = testing::deviceContact(2, "Lei", "Li", kContact);
     lei.organization = "Acme Trading";
-    testing::writeMobileBook(root_, {lei});
+    testing::writeDevicePeople(root_, {lei});
 
     ASSERT_TRUE(bus_.ok()) << "dbus-daemon did not start a private bus";
     bus_.spawn({kPython, "-m", "dbusmock", "--session", "-m", "-l", mmLog_, kMM,

@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "cli_runner.h"
-#include "support/address_book.h"
 #include "support/device_files.h"
+#include "support/device_people.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -20,18 +20,9 @@ class PhoneCliTest : public ::testing::Test {
   void SetUp() override {
     testing::writeFile(root() + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
-    DevicePeople people;
-    people.labels = {"_$!<Mobile>!$_"};
-    DeviceContact mary;
-    mary.recordId = 1;
-    mary.first = "Mary";
-    mary.last = "Jones";
-    mary.phones.push_back({"138 0170 0000", "13801700000", 1});
-    people.contacts = {mary};
-    fs::create_directories(root() + "/var/mobile/Library/AddressBook");
-    writeAddressBook(
-        root() + "/var/mobile/Library/AddressBook/AddressBook.sqlitedb", people,
-        1);
+    auto mary = testing::deviceContact(1, "Mary", "Jones", "13801700000");
+    mary.phones[0] = {"138 0170 0000", "13801700000", 1};
+    testing::writeDevicePeople(root(), {mary});
     const std::string prefs = root() + "/var/mobile/Library/Preferences/";
     testing::writePlist(prefs + "zorvel.plist",
                         Dict{{"EnablePrefix", true},
