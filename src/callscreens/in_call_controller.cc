@@ -146,8 +146,8 @@ void ZVInCallController::connectedVibrate(const rt::Id& argument) {
   if (!_settings || !_settings->EnableConnectedVibrate()) return;
   rt::Id call = callOf(argument);
   if (!call) return;
-  if (connectVibration_.shouldVibrate(host_->status(call),
-                                      host_->isOutgoing(call)))
+  if (connect_vibration_.shouldVibrate(host_->status(call),
+                                       host_->isOutgoing(call)))
     ConnectVibration::schedule(*this);
 }
 

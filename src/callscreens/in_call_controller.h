@@ -54,7 +54,7 @@ class ZVInCallController
   const std::string& curArea() const { return _curArea; }
   int curCallStatus() const { return _curCallStatus; }
   int curRecordID() const { return _curRecordID; }
-  bool vibrateLatch() const { return connectVibration_.latched(); }
+  bool vibrateLatch() const { return connect_vibration_.latched(); }
 
  private:
   rt::Id callOf(const rt::Id& argument) const;
@@ -66,7 +66,7 @@ class ZVInCallController
   int32_t _curCallStatus = 0;
   int32_t _curRecordID = -1;
   // True once the vibration is scheduled for the current active call.
-  ConnectVibration connectVibration_;
+  ConnectVibration connect_vibration_;
   std::shared_ptr<InCallHost> host_;
 };
 

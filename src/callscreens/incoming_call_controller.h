@@ -183,7 +183,7 @@ class ZVIncomingCallController
   bool isIncomingCall() const { return _isIncomingCall; }
   double ringtime() const { return _ringtime; }
   int32_t curInCallStatus() const { return _curInCallStatus; }
-  bool vibrateLatch() const { return connectVibration_.latched(); }
+  bool vibrateLatch() const { return connect_vibration_.latched(); }
   const std::optional<std::vector<std::string>>& blacklist() const {
     return _blacklist;
   }
@@ -243,7 +243,7 @@ class ZVIncomingCallController
   int32_t _curInCallStatus = 0;
   bool _skipBlockAction = false;
   // True once the connect vibration is scheduled for the active call.
-  ConnectVibration connectVibration_;
+  ConnectVibration connect_vibration_;
 };
 
 }  // namespace zv

@@ -80,8 +80,8 @@ bool ZVIncomingCallController::areDeclineButton() {
 void ZVIncomingCallController::connectedVibrate(const rt::Id& call) {
   if (!_settings || !_settings->EnableConnectedVibrate() || !call || !host_)
     return;
-  if (connectVibration_.shouldVibrate(host_->status(call),
-                                      host_->isOutgoing(call)))
+  if (connect_vibration_.shouldVibrate(host_->status(call),
+                                       host_->isOutgoing(call)))
     ConnectVibration::schedule(*this);
 }
 

@@ -78,8 +78,8 @@ ZVControlCenterController::shortcutFor(const std::string& identifier) const {
 }
 
 void ZVControlCenterController::loadImages() {
-  if (imagesLoaded_) return;
-  imagesLoaded_ = true;
+  if (images_loaded_) return;
+  images_loaded_ = true;
   _homeNormalImage = loadImage(homeNormalImagePath());
   _homeSelectedImage = loadImage(homeSelectedImagePath());
   _switcherNormalImage = loadImage(kSwitcherNormal);

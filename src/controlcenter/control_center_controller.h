@@ -126,7 +126,7 @@ class ZVControlCenterController
 
   std::shared_ptr<ZVControlCenterSettings> _settings;
   std::shared_ptr<ControlCenterHost> host_;
-  bool imagesLoaded_ = false;
+  bool images_loaded_ = false;
   ui::ImagePtr _homeNormalImage, _homeSelectedImage;
   ui::ImagePtr _switcherNormalImage, _switcherSelectedImage;
   ui::ImagePtr _lockNormalImage, _lockSelectedImage;

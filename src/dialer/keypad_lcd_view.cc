@@ -153,7 +153,7 @@ void ZVKeypadLCDView::updateLCDView() {
              boxX, boxWidth, nameTop, 20, true);
 
   applyColor(number_labels_[1], numberHighlightColor_, applied_number_color_);
-  applyColor(name_labels_[1], nameHighlightColor_, appliedNameColor_);
+  applyColor(name_labels_[1], nameHighlightColor_, applied_name_color_);
 }
 
 void ZVKeypadLCDView::clearLCDView() {

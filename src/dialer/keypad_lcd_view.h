@@ -89,7 +89,7 @@ class ZVKeypadLCDView : public ui::UIView {
   ZVRange highlightNumberRange_, highlightNameRange_;
   int numberHighlightColor_ = 0, nameHighlightColor_ = 0;
   // The codes last applied to the centre labels (-1: none yet).
-  int applied_number_color_ = -1, appliedNameColor_ = -1;
+  int applied_number_color_ = -1, applied_name_color_ = -1;
 };
 
 }  // namespace zv

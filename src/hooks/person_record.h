@@ -17,15 +17,15 @@ class RuntimePersonRecord : public ABPersonRecord {
   static std::shared_ptr<const ABPersonRecord> wrap(const rt::Id& record);
 
   int32_t recordId() const override { return id_; }
-  bool hasImageData() const override { return hasImage_; }
+  bool hasImageData() const override { return has_image_; }
   std::string copyImageData(int format) const override;
 
  private:
   RuntimePersonRecord(rt::Id record, int32_t id, bool hasImage)
-      : record_(std::move(record)), id_(id), hasImage_(hasImage) {}
+      : record_(std::move(record)), id_(id), has_image_(hasImage) {}
   rt::Id record_;
   int32_t id_;
-  bool hasImage_;
+  bool has_image_;
 };
 
 }  // namespace zv

@@ -171,7 +171,7 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   // The nine ranking classes: references into the lists being searched.
   std::array<std::vector<const PersonRef*>, kClasses> cache_searchs_;
   std::array<uint32_t, kClasses> cache_searchs_count_{};
-  bool searchsAllocated_ = false;
+  bool searchs_allocated_ = false;
 
   // Subscriptions (0 = none).
   platform::ObserverToken t9Observer_ = 0;

@@ -82,7 +82,7 @@ void ZVSearcher::freeSearchs() {
     c.shrink_to_fit();
   }
   cache_searchs_count_.fill(0);
-  searchsAllocated_ = false;
+  searchs_allocated_ = false;
 }
 
 void ZVSearcher::callocSearchs() {
@@ -92,7 +92,7 @@ void ZVSearcher::callocSearchs() {
     cache_searchs_[c].resize(std::min(persons_.size(), kClassCapacity));
   cache_searchs_[kOverflow].resize(
       std::min(persons_.size(), kOverflowCapacity));
-  searchsAllocated_ = true;
+  searchs_allocated_ = true;
 }
 
 void ZVSearcher::clearSearch() {
@@ -195,7 +195,7 @@ size_t ZVSearcher::search(std::string_view key) {
     results_ = persons_;
     return results_.size();
   }
-  if (!searchsAllocated_) return 0;
+  if (!searchs_allocated_) return 0;
 
   const std::string k(key);  // NUL-terminated copy
   cache_searchs_count_.fill(0);

@@ -60,7 +60,7 @@ void CallerDesk::decide(const CallInfo& call, Followed& f) {
       [&](const hosts::ScreenedCall& c) { return c.id == call.id; });
   if (record != screened.rend() && record->screenBlocked) {
     f.blocked = true;
-    lastBlocked_ = f.caller;
+    last_blocked_ = f.caller;
     port_.log(head + "blocked");
     return;
   }
@@ -79,17 +79,18 @@ void CallerDesk::decide(const CallInfo& call, Followed& f) {
 }
 
 void CallerDesk::soundPlayed() {
-  if (reminderPending_) return;
-  reminderPending_ = true;
+  if (reminder_pending_) return;
+  reminder_pending_ = true;
   // The vibration and the sound of one reminder come in one turn of the
   // loop: they make one notification.
   port_.later([this] {
-    reminderPending_ = false;
+    reminder_pending_ = false;
     DesktopNotification n;
     n.kind = DesktopNotification::Kind::kReminder;
     n.summary = "Call blocked";
-    n.body =
-        lastBlocked_ ? (lastBlocked_->empty() ? "Unknown" : *lastBlocked_) : "";
+    n.body = last_blocked_
+                 ? (last_blocked_->empty() ? "Unknown" : *last_blocked_)
+                 : "";
     port_.show(n, 0);
   });
 }

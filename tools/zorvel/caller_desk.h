@@ -63,8 +63,8 @@ class CallerDesk {
 
   Port& port_;
   std::map<platform::CallId, Followed> calls_;
-  std::optional<std::string> lastBlocked_;
-  bool reminderPending_ = false;
+  std::optional<std::string> last_blocked_;
+  bool reminder_pending_ = false;
 };
 
 }  // namespace zv::cli

@@ -91,14 +91,14 @@ void DesktopNotifications::answered(uint64_t key, GVariant* reply,
                error->message);
     g_error_free(error);
     ids_.erase(key);
-    closeWhenShown_.erase(key);
+    close_when_shown_.erase(key);
     return;
   }
   uint32_t id = 0;
   g_variant_get(reply, "(u)", &id);
   g_variant_unref(reply);
   if (!key) return;
-  if (closeWhenShown_.erase(key)) {
+  if (close_when_shown_.erase(key)) {
     ids_.erase(key);
     closeId(id);
     return;
@@ -110,7 +110,7 @@ void DesktopNotifications::close(uint64_t key) {
   auto it = ids_.find(key);
   if (it == ids_.end()) return;
   if (it->second == 0) {
-    closeWhenShown_[key] = true;  // the server has not answered yet
+    close_when_shown_[key] = true;  // the server has not answered yet
     return;
   }
   closeId(it->second);

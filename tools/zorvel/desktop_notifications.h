@@ -53,7 +53,7 @@ class DesktopNotifications {
   GCancellable* cancellable_;
   // Our key to the server's id; 0 while the server has not answered.
   std::map<uint64_t, uint32_t> ids_;
-  std::map<uint64_t, bool> closeWhenShown_;
+  std::map<uint64_t, bool> close_when_shown_;
   std::function<void(const std::string&)> problem_;
 };
 

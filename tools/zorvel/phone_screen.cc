@@ -119,8 +119,8 @@ json PhoneScreen::capture() {
   if (!alerts.empty()) s["alert"] = alerts;
   if (!vibrations.empty()) s["vibrate"] = vibrations;
   const auto& adds = app_.dialer->addContactRequests;
-  if (addContacts_ < adds.size()) s["addContact"] = adds.back();
-  addContacts_ = adds.size();
+  if (add_contacts_ < adds.size()) s["addContact"] = adds.back();
+  add_contacts_ = adds.size();
   return s;
 }
 

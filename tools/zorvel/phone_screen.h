@@ -27,7 +27,7 @@ class PhoneScreen {
  private:
   platform::SimProcess& process_;
   hosts::PhoneApplication& app_;
-  size_t dialled_ = 0, events_ = 0, addContacts_ = 0;
+  size_t dialled_ = 0, events_ = 0, add_contacts_ = 0;
 };
 
 }  // namespace zv::cli
