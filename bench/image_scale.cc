@@ -11,10 +11,10 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "bench/run_times.h"
 #include "platform/ui/image.h"
 
 namespace {
@@ -54,32 +54,13 @@ void BM_StbResizeSameCrop(benchmark::State& state) {
 }
 BENCHMARK(BM_StbResizeSameCrop);
 
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs)
-      times_[run.benchmark_name()] = run.GetAdjustedRealTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void printRatio() const {
-    auto ours = times_.find("BM_ScaleToSize");
-    auto peer = times_.find("BM_StbResizeSameCrop");
-    if (ours == times_.end() || peer == times_.end() || peer->second <= 0)
-      return;
-    std::printf("scaleToSize / stb_image_resize: %.2f\n",
-                ours->second / peer->second);
-  }
-
- private:
-  std::map<std::string, double> times_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.printRatio();
+  auto times = zv::bench::runBenchmarks(argc, argv);
+  const double ours = times["BM_ScaleToSize"];
+  const double peer = times["BM_StbResizeSameCrop"];
+  if (ours > 0 && peer > 0)
+    std::printf("scaleToSize / stb_image_resize: %.2f\n", ours / peer);
   return 0;
 }

@@ -9,10 +9,10 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "bench/run_times.h"
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone/app.h"
@@ -139,35 +139,17 @@ void BM_PangoCairoSameTexts(benchmark::State& state) {
 }
 BENCHMARK(BM_PangoCairoSameTexts)->Unit(benchmark::kMillisecond);
 
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs)
-      times_[run.benchmark_name()] = run.GetAdjustedRealTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void printRatio() const {
-    auto ours = times_.find("BM_RenderKeypadWithList");
-    auto peer = times_.find("BM_PangoCairoSameTexts");
-    if (ours == times_.end() || peer == times_.end() || peer->second <= 0)
-      return;
-    std::printf("keypad picture 750x1334: %.2f ms (goal: under 30 ms)\n",
-                ours->second);
-    std::printf("keypad picture / pango_cairo texts alone: %.2f\n",
-                ours->second / peer->second);
-  }
-
- private:
-  std::map<std::string, double> times_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.printRatio();
+  auto times = zv::bench::runBenchmarks(argc, argv);
+  const double ours = times["BM_RenderKeypadWithList"];
+  const double peer = times["BM_PangoCairoSameTexts"];
+  if (ours > 0 && peer > 0) {
+    std::printf("keypad picture 750x1334: %.2f ms (goal: under 30 ms)\n", ours);
+    std::printf("keypad picture / pango_cairo texts alone: %.2f\n",
+                ours / peer);
+  }
   std::fflush(stdout);
   return 0;
 }

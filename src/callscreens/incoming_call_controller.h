@@ -220,6 +220,13 @@ class ZVIncomingCallController
                     const ui::Font& font, ui::Point origin, double width,
                     ui::TextAlignment alignment, const std::string& text);
   void removeInfoViews(const std::shared_ptr<ui::UIView>& participantsView);
+  // What the settings put into the information views: the area for
+  // incoming or outgoing calls there (style 1) and the contact details.
+  struct InfoViewParts {
+    bool incomingArea, outgoingArea, details;
+    bool any() const { return incomingArea || outgoingArea || details; }
+  };
+  InfoViewParts infoViewParts() const;  // needs _settings
 
   std::shared_ptr<IncomingCallHost> host_;
 

@@ -277,10 +277,8 @@ void ZVIncomingCallController::infoIncomingCall(
     const rt::Id& screen, const std::optional<std::string>& companyName,
     const std::optional<std::string>& label) {
   if (!_settings || !host_ || !screen) return;
-  const auto& s = *_settings;
-  const bool style = s.EnableArea() && s.AreaNameIncomingCall() &&
-                     s.AreaStyleIncomingCall() == 1;
-  if (!style && !s.EnableInfo()) return;
+  const InfoViewParts parts = infoViewParts();
+  if (!parts.incomingArea && !parts.details) return;
   auto lcd = host_->topLCDView(screen);
   if (!lcd) return;
   auto view =
@@ -289,7 +287,7 @@ void ZVIncomingCallController::infoIncomingCall(
   if (view)
     text = view->text();
   else
-    text = infoText(style, host_->incomingCallNumber(screen),
+    text = infoText(parts.incomingArea, host_->incomingCallNumber(screen),
                     host_->incomingCallerABUID(screen));
   if (!text) return;
   const bool centre = host_->shouldCenterText(screen);
@@ -303,13 +301,9 @@ void ZVIncomingCallController::infoIncomingCall(
 void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
   if (_isInCallFieldMode || !_settings || !host_ || !participants) return;
   const auto& s = *_settings;
-  const bool in = s.EnableArea() && s.AreaNameIncomingCall() &&
-                  s.AreaStyleIncomingCall() == 1;
-  const bool out = s.EnableArea() && s.AreaNameOutgoingCall() &&
-                   s.AreaStyleOutgoingCall() == 1;
-  const bool info = s.EnableInfo();
-  const bool outNumber = info && s.InfoOutgoingCallNumber();
-  if (!info && !in && !out) return;
+  const InfoViewParts parts = infoViewParts();
+  const bool outNumber = parts.details && s.InfoOutgoingCallNumber();
+  if (!parts.any()) return;
   auto view = host_->participantsView(participants);
   auto groups = host_->callGroups(participants);
   if (!view || groups.empty()) return;
@@ -327,7 +321,7 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
     if (textView)
       text = textView->text();
     else
-      text = infoText(in, number, record);
+      text = infoText(parts.incomingArea, number, record);
     if (!text) return;
     double x = 20, y = _haveInCallImage ? 118 : 125;
     double width = view->frame().size.width - 40;
@@ -341,7 +335,7 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
     return;
   }
 
-  if (!outNumber && !out) return;
+  if (!outNumber && !parts.outgoingArea) return;
   std::optional<std::string> area;
   if (!(s.AreaOnlyStrangers() && record != -1))
     area = areaOf(number, s.AreaNameOutgoingCall(), s.AreaTypeOutgoingCall());
@@ -367,6 +361,16 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
   label->setText(*text);
 }
 
+ZVIncomingCallController::InfoViewParts
+ZVIncomingCallController::infoViewParts() const {
+  const auto& s = *_settings;
+  return {s.EnableArea() && s.AreaNameIncomingCall() &&
+              s.AreaStyleIncomingCall() == 1,
+          s.EnableArea() && s.AreaNameOutgoingCall() &&
+              s.AreaStyleOutgoingCall() == 1,
+          s.EnableInfo()};
+}
+
 void ZVIncomingCallController::removeInfoViews(
     const std::shared_ptr<ui::UIView>& view) {
   if (!view) return;
@@ -380,12 +384,7 @@ void ZVIncomingCallController::removeInfoViews(
 
 void ZVIncomingCallController::hideInfoInCall(const rt::Id& audioCall) {
   if (!_settings || !host_ || !audioCall) return;
-  const auto& s = *_settings;
-  const bool in = s.EnableArea() && s.AreaNameIncomingCall() &&
-                  s.AreaStyleIncomingCall() == 1;
-  const bool out = s.EnableArea() && s.AreaNameOutgoingCall() &&
-                   s.AreaStyleOutgoingCall() == 1;
-  if (!in && !out && !s.EnableInfo()) return;
+  if (!infoViewParts().any()) return;
   removeInfoViews(host_->participantsView(
       host_->callParticipantsViewController(audioCall)));
 }
@@ -393,12 +392,7 @@ void ZVIncomingCallController::hideInfoInCall(const rt::Id& audioCall) {
 void ZVIncomingCallController::callStatusChangedNotification(
     const rt::Id& notification, const rt::Id& participants) {
   if (!_settings || !host_ || !participants) return;
-  const auto& s = *_settings;
-  const bool in = s.EnableArea() && s.AreaNameIncomingCall() &&
-                  s.AreaStyleIncomingCall() == 1;
-  const bool out = s.EnableArea() && s.AreaNameOutgoingCall() &&
-                   s.AreaStyleOutgoingCall() == 1;
-  if (!in && !out && !s.EnableInfo()) return;
+  if (!infoViewParts().any()) return;
   rt::Id call = host_->notificationObject(notification);
   if (!call) return;
   // Active, held, ending and ended calls lose the views (bits of 102).
