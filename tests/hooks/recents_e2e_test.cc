@@ -1,7 +1,5 @@
-// Recents end to end: the Phone app lists the device's calls, the recents
-// hooks add areas, ring times and avatars to its rows, and deleting or
-// clearing calls keeps the call-history backup in step, on both system
-// generations.
+// Recents end to end on both generations: areas, ring times and avatars on
+// the Phone app's rows, and the call-history backup kept in step.
 #include <gtest/gtest.h>
 
 #include "lists_world.h"
@@ -28,7 +26,6 @@ class RecentsE2ETest : public testing::ListsWorld {
       PhoneApplication::shared()->selectTab(PhoneApplication::kRecents);
     });
   }
-  // The rows on screen, top first.
   std::vector<std::shared_ptr<RecentsCell>> rows() {
     return phone_->run([] {
       std::vector<std::shared_ptr<RecentsCell>> out;
