@@ -50,7 +50,6 @@ TEST_F(BlockingTest, ReminderComesOnceASecondAfterTheLastBlockedCall) {
   world_.advance(5);
   EXPECT_EQ(takeActions(),
             (Actions{"disconnect 10012", "sound 4095", "sound 7001"}));
-  // dealloc releases it.
   controller_.reset();
   EXPECT_EQ(takeActions(), (Actions{"dispose 7001"}));
 }
@@ -156,7 +155,7 @@ TEST_F(BlockingTest, InitHookRetriesEveryTenSecondsUntilTheClassExists) {
   EXPECT_EQ(C::initHookAttempts(), 4);
 }
 
-TEST_F(BlockingTest, InitHookGivesUpAfterTenAttempts) {
+TEST_F(BlockingTest, InitHookGivesUpAfterTenAttemptsAndIsNoneFromEightOn) {
   start({}, "7.1", "com.apple.springboard");
   world_.advance(99);
   EXPECT_EQ(C::initHookAttempts(), 9);
@@ -164,9 +163,6 @@ TEST_F(BlockingTest, InitHookGivesUpAfterTenAttempts) {
   EXPECT_EQ(C::initHookAttempts(), 10);
   world_.advance(1000);
   EXPECT_EQ(takeActions(), Actions(10, "install"));
-}
-
-TEST_F(BlockingTest, NoInitHookFromEightOn) {
   start({}, "8.0", "com.apple.InCallService");
   world_.advance(200);
   EXPECT_EQ(C::initHookAttempts(), 0);

@@ -1,7 +1,5 @@
 // A springboard or in-call service process with a fake host for
-// ZVIncomingCallController: calls are FakeCall objects with settable
-// properties, and every platform action the controller takes (hang-ups,
-// sounds, hook installation) is recorded in order.
+// ZVIncomingCallController that records every platform action in order.
 #pragma once
 
 #include <filesystem>
@@ -13,6 +11,7 @@
 #include "core/settings_catalogue.h"
 #include "platform/plist.h"
 #include "platform/ui/view.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -57,7 +56,6 @@ class FakeCallHost : public IncomingCallHost {
   void disposeSystemSound(uint32_t id) override {
     actions.push_back("dispose " + std::to_string(id));
   }
-  // The call screens, as the caller-information tests set them up.
   int32_t status(const rt::Id& c) override { return call(c).status; }
   rt::Id notificationObject(const rt::Id& n) override {
     return notifications.count(n.get()) ? notifications[n.get()] : nullptr;
@@ -91,7 +89,6 @@ class FakeCallHost : public IncomingCallHost {
     return screenClassExists;
   }
 
-  // Names handles by the number of the call they belong to.
   std::string handleName(const rt::Id& handle) {
     auto it = handleNames.find(handle.get());
     return it == handleNames.end() ? "?" : it->second;
@@ -101,7 +98,6 @@ class FakeCallHost : public IncomingCallHost {
   std::map<const rt::Object*, rt::Id> alertCalls;
   std::map<const rt::Object*, std::string> handleNames;
   rt::Id incoming, incomingVideo;
-  // Caller-information state: the screen's call, LCD and participants.
   std::map<const rt::Object*, rt::Id> screenCalls, notifications;
   std::shared_ptr<ui::UIView> lcd, participants;
   bool centerText = true;
@@ -139,9 +135,7 @@ class BlockingTest : public SimTest {
   }
 
   void writePlist(const std::string& devicePath, const Dict& dict) {
-    auto path = std::filesystem::path(root_ + devicePath);
-    std::filesystem::create_directories(path.parent_path());
-    ASSERT_TRUE(plist::writeFile(path.string(), Value(dict)));
+    testing::writePlist(root_ + devicePath, dict);
   }
   // A list file whose keys are `numbers`.
   void writeList(const char* devicePath, std::vector<std::string> numbers) {
@@ -150,9 +144,7 @@ class BlockingTest : public SimTest {
     writePlist(devicePath, dict);
   }
   std::string readDeviceFile(const std::string& devicePath) {
-    std::string bytes;
-    plist::readBytes(root_ + devicePath, bytes);
-    return bytes;
+    return readFile(root_ + devicePath);
   }
 
   // Starts the process with EnableBlacklist on plus `settings`, makes its
@@ -192,9 +184,7 @@ class BlockingTest : public SimTest {
     return controller_->blockCall(call(std::move(number), abUID));
   }
   std::vector<std::string> takeActions() {
-    auto a = std::move(host_->actions);
-    host_->actions.clear();
-    return a;
+    return std::exchange(host_->actions, {});
   }
 
   platform::SimProcess* process_ = nullptr;

@@ -26,8 +26,7 @@ bool readByte(int fd, double seconds) {
 }
 
 void writeList(const std::string& root, const std::string& number) {
-  ASSERT_TRUE(plist::writeFile(root + C::kBlacklistPath,
-                               Value(Dict{{number, Value(true)}})));
+  writePlist(root + C::kBlacklistPath, {{number, true}});
 }
 
 // The call screen's process. Exit status 0 when the first call was blocked
@@ -59,9 +58,8 @@ int callScreenProcess(const std::string& root, int readyFd) {
 TEST(BlockingLinuxTest, ChangedNotificationFromAnotherProcessReloadsTheList) {
   TempRoot temp;
   const std::string& root = temp.path();
-  ASSERT_TRUE(plist::writeFile(
-      root + "/var/mobile/Library/Preferences/zorvel.plist",
-      Value(Dict{{"EnableBlacklist", true}, {"BlacklistBlockMode", 0}})));
+  writePlist(root + "/var/mobile/Library/Preferences/zorvel.plist",
+             {{"EnableBlacklist", true}, {"BlacklistBlockMode", 0}});
   writeList(root, "10010");
 
   int ready[2];
@@ -76,7 +74,7 @@ TEST(BlockingLinuxTest, ChangedNotificationFromAnotherProcessReloadsTheList) {
   ASSERT_TRUE(readByte(ready[0], 20));
   ::close(ready[0]);
 
-  // The settings pane.
+  // The settings pane's process is this one.
   writeList(root, "10086");
   platform::LinuxPlatform pane;
   pane.setRoot(root);

@@ -1,7 +1,5 @@
 // ZVInCallController against a fake host: which calls it remembers, how the
-// area meets the LCD label (joined, replaced, kept, or on the own label by
-// screen size), the contact's number on the own label, and the connect
-// vibration's latch.
+// area meets the LCD label, the own label by screen size, the vibration latch.
 #include "callscreens/in_call_controller.h"
 
 #include <gtest/gtest.h>
@@ -111,10 +109,9 @@ TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
     // joined with two blanks.
     EXPECT_EQ(h.labelsSet, std::vector<std::string>{"calling…"});
     EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
-    // Same number and status again: nothing to do.
     c.areaInCall(h.controller, call);
     EXPECT_EQ(h.labelsSet.size(), 1u);
-    // Held, ending and ended calls forget the call.
+    // Held, ending and ended calls forget the call; so does a withheld one.
     for (int status : {2, 5, 6}) {
       h.of(call).status = 3;
       c.areaInCall(h.controller, call);
@@ -125,7 +122,6 @@ TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
       EXPECT_EQ(c.curCallStatus(), 0) << status;
       EXPECT_EQ(c.curRecordID(), -1) << status;
     }
-    // A withheld number forgets it too.
     h.of(call).status = 1;
     c.areaInCall(h.controller, call);
     EXPECT_EQ(c.curNumber(), kBeijing);
@@ -197,7 +193,6 @@ TEST_F(InCallControllerTest, JoinsReplacesOrKeepsTheHostLabel) {
          c.areaInCall(h.controller, call);
          const std::string area = c.curArea();
          auto lcd = rt::Id(h.lcd);
-         // Dialling with the replace flag: the area alone.
          EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
          // A label that already ends with the area is left.
          EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);

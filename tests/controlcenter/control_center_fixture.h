@@ -5,13 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "controlcenter/control_center_controller.h"
-#include "platform/plist.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -88,20 +87,18 @@ class FakeControlCenterHost : public ControlCenterHost {
   }
 };
 
-// The eight glyph files, each one colour so that tests can tell them apart.
+// The glyph files, each one colour so that tests can tell them apart.
 inline const std::map<std::string, ui::Pixel>& glyphColours() {
-  static const std::map<std::string, ui::Pixel> colours = {
-      {"home_normal", {10, 0, 0, 255}},
-      {"home_selected", {11, 0, 0, 255}},
-      {"home5s_normal", {20, 0, 0, 255}},
-      {"home5s_selected", {21, 0, 0, 255}},
-      {"switcher_normal", {30, 0, 0, 255}},
-      {"switcher_selected", {31, 0, 0, 255}},
-      {"lock_normal", {40, 0, 0, 255}},
-      {"lock_selected", {41, 0, 0, 255}},
-      {"cellular_normal", {50, 0, 0, 255}},
-      {"cellular_selected", {51, 0, 0, 255}},
-  };
+  static const auto colours = [] {
+    std::map<std::string, ui::Pixel> m;
+    uint8_t r = 0;
+    for (std::string n : {"home", "home5s", "switcher", "lock", "cellular"}) {
+      r += 10;  // home 10 and 11, home5s 20 and 21, ...
+      m[n + "_normal"] = {r, 0, 0, 255};
+      m[n + "_selected"] = {static_cast<uint8_t>(r + 1), 0, 0, 255};
+    }
+    return m;
+  }();
   return colours;
 }
 
@@ -119,10 +116,7 @@ class ControlCenterTest : public SimTest {
                       ui::Image::filled(4, 4, 2, colour).encodePng());
   }
   void writeSettings(const Dict& dict) {
-    auto path = std::filesystem::path(root_) /
-                "var/mobile/Library/Preferences/zorvel.plist";
-    std::filesystem::create_directories(path.parent_path());
-    ASSERT_TRUE(plist::writeFile(path.string(), Value(dict)));
+    writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist", dict);
   }
   // Starts the springboard on `version` (hardware and screen of an
   // iPhone 6 unless changed) and gives its controller the fake host.

@@ -1,10 +1,7 @@
-// Call blocking end to end, on both system generations: the springboard
-// (7.x) or the in-call service (8.x) starts on a device with the China area
-// database, ZorvelInitializer installs the hooks, calls come in from the
-// simulated network, and the test looks at what the host showed and rang
-// and at the recorded hang-ups and reminders. The order of the rules
-// themselves is the controller's unit tests' (tests/callscreens); here each
-// rule is seen once through the hooks, with the areas the database gives.
+// Call blocking end to end on the springboard (7.x) or the in-call service
+// (8.x) with the extension loaded: what the host showed and rang, hang-ups
+// and reminders. The order of the rules is the controller's unit tests'
+// (tests/callscreens); here each rule is seen once through the hooks.
 #include <gtest/gtest.h>
 
 #include "callscreens/incoming_call_controller.h"
@@ -19,8 +16,6 @@ namespace {
 using C = ZVIncomingCallController;
 using platform::IncomingOptions;
 
-// A hidden caller, or a contact's call that the platform may list as
-// blocked.
 IncomingOptions hidden() {
   IncomingOptions o;
   o.hidden = true;
@@ -89,10 +84,8 @@ class BlockingE2ETest : public World,
     }
     return c.screenBlocked;
   }
-  void writeList(const char* path, std::vector<std::string> numbers) {
-    Dict d;
-    for (auto& n : numbers) d[n] = Value(true);
-    writeDevicePlist(path, d);
+  void writeList(const char* path, const std::string& number) {
+    writeDevicePlist(path, {{number, true}});
   }
 
   platform::SimProcess* process_ = nullptr;
@@ -113,9 +106,8 @@ TEST_P(BlockingE2ETest, WithoutTheExtensionEveryCallShowsItsScreenAndRings) {
   EXPECT_EQ(host().screenLabels()->name, kShenzhen);
 }
 
-// The switches and the area rule once each, with what the hooks read from
-// the call (hidden, contact, platform-blocked) and the areas of the real
-// database.
+// The switches and the area rule once each, with the call's facts as the
+// hooks read them and the real database's areas.
 TEST_P(BlockingE2ETest, RulesSeeTheCallsFactsAndTheDatabasesAreas) {
   startHost({{"BlacklistBlockMode", 3},
              {"BlacklistBlockStrangers", true},
@@ -177,11 +169,20 @@ TEST_P(BlockingE2ETest, ActionOneNeitherAnswersNorHangsUp) {
   EXPECT_EQ(network().call(c.id)->status, platform::kCallRinging);
   EXPECT_TRUE(events("disconnect").empty());
   EXPECT_TRUE(events("disconnectAll").empty());
+  if (sevenX()) return;
+  // The in-call service's screen for it is an empty one.
+  process_->run([] {
+    auto app = hosts::InCallServiceApplication::shared();
+    ASSERT_TRUE(app->screen());
+    EXPECT_EQ(app->screen()->className(), "UIViewController");
+    EXPECT_FALSE(app->screenLabels());
+    EXPECT_FALSE(app->ringtone()->playing);
+  });
 }
 
 TEST_P(BlockingE2ETest, ActionTwoHangsUpEveryCall) {
   startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockAction", 2}});
-  writeList(C::kBlacklistPath, {kShenzhen});
+  writeList(C::kBlacklistPath, kShenzhen);
   platform::CallId mine = network().dial(kBeijing);
   advance(0);
   network().connect(mine);
@@ -195,9 +196,9 @@ TEST_P(BlockingE2ETest, ActionTwoHangsUpEveryCall) {
 
 TEST_P(BlockingE2ETest, ChangedNotificationDropsTheLists) {
   startHost({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, {kShenzhen});
+  writeList(C::kBlacklistPath, kShenzhen);
   EXPECT_TRUE(blocked(kShenzhen));
-  writeList(C::kBlacklistPath, {kBeijing});
+  writeList(C::kBlacklistPath, kBeijing);
   EXPECT_TRUE(blocked(kShenzhen));  // the cached verdict
   auto& pane = world_.launch("com.apple.Preferences");
   pane.post(C::kChangedNotification, platform::Scope::System);
@@ -208,8 +209,7 @@ TEST_P(BlockingE2ETest, ChangedNotificationDropsTheLists) {
 
 TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
   startHost({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, {kShenzhen});
-  // The platform's call objects break: reading a number raises.
+  writeList(C::kBlacklistPath, kShenzhen);
   process_->run([] {
     rt::addMethod<std::optional<std::string>()>(
         rt::getClass("TUCall"), "destinationID",
@@ -229,8 +229,6 @@ TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
   EXPECT_FALSE(blocked(kShenzhen));
   EXPECT_EQ(events("log").size(), 1u);
 }
-
-// --- One generation only ----------------------------------------------------
 
 class SpringBoardBlockingTest : public World {
  protected:
@@ -309,21 +307,6 @@ TEST_F(InCallServiceBlockingTest, BlockedCallIsHungUpOnceAndRemindedOnce) {
     EXPECT_TRUE(app->screenedCalls()[0].screenBlocked);
     EXPECT_FALSE(app->screenedCalls()[0].ringtone);
     EXPECT_FALSE(app->screen());
-  });
-}
-
-TEST_F(InCallServiceBlockingTest, BlockedCallThatRingsOnHasAnEmptyScreen) {
-  auto& ics =
-      startService({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
-  platform::CallId id = world_.telephony().incoming("10010");
-  advance(30);
-  EXPECT_EQ(world_.telephony().call(id)->status, platform::kCallRinging);
-  ics.run([] {
-    auto app = hosts::InCallServiceApplication::shared();
-    ASSERT_TRUE(app->screen());
-    EXPECT_EQ(app->screen()->className(), "UIViewController");
-    EXPECT_FALSE(app->screenLabels());
-    EXPECT_FALSE(app->ringtone()->playing);
   });
 }
 

@@ -1,9 +1,6 @@
-// Caller information, ring durations and the ring's extras end to end, on
-// both system generations: the springboard (7.x) or the in-call service
-// with the springboard beside it (8.x) start on one device with the China
-// area database, ZorvelInitializer installs the hooks, calls come from the
-// simulated network, and the tests read what the screens and banners show
-// and what landed in the device's files.
+// Caller information, ring durations and the ring's extras end to end: the
+// springboard (7.x), or the in-call service beside it (8.x), with the
+// extension loaded; what the screens and banners show and the device's files.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -237,14 +234,8 @@ TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
 // its number and details in the order of the mask bits, the birthday in the
 // locale's long style. (The banner's joiner has no such condition.)
 TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
-  Contact lei = liLei(7);
-  lei.organization = "Acme";
-  lei.department = "R&D";
-  lei.jobTitle = "Engineer";
-  lei.nickname = "Lee";
-  lei.note = "VIP";
-  lei.birthday = -336787200.0;  // 1 May 1990
-  addContact(lei);
+  addContact({7, "Lei", "Li", kShenzhen, "_$!<Mobile>!$_", "Acme", "R&D",
+              "Engineer", "Lee", "VIP", -336787200.0 /* 1 May 1990 */, false});
   startHosts({{"AreaOnlyStrangers", true},
               {"AreaStyleIncomingCall", 1},
               {"EnableInfo", true},
@@ -268,16 +259,16 @@ TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
 // answer; on 8.x every one is.
 TEST_P(CallerInfoE2ETest, DeclineButtonOverTheLockScreen) {
   startHosts({{"IncomingCallDeclineButton", true}});
-  screen_->run([] {
-    dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
-        ->setLocked(true);
-  });
+  auto lock = [&] {
+    screen_->run([] {
+      dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
+          ->setLocked(true);
+    });
+  };
+  lock();
   ring(kShenzhen);
   EXPECT_TRUE(screen().declineButton);
-  screen_->run([] {
-    dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
-        ->setLocked(true);
-  });
+  lock();
   EXPECT_EQ(screen().declineButton, !sevenX());
 }
 

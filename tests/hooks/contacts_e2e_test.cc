@@ -1,9 +1,7 @@
-// Contacts end to end: the Contacts app and the Phone app's Contacts tab
-// list the device's contacts and open their cards; the contacts hooks add
-// the area beside each phone label and round avatars to the list on the
-// small screens. Which screens and settings get what is the controller's
-// unit tests' (tests/lists); here the hosts' cells, fonts and pictures
-// reach it.
+// Contacts end to end in the Contacts app and the Phone app's Contacts tab:
+// areas beside the card's phone labels, round avatars in the list. Which
+// screens and settings get what is the controller's unit tests'
+// (tests/lists); here the hosts' cells, fonts and pictures reach it.
 #include <gtest/gtest.h>
 
 #include "hosts/contacts/card.h"
@@ -42,23 +40,26 @@ class ContactsE2ETest : public testing::ListsWorld {
       return out;
     });
   }
-  // Opens the card of `name`; answers its phone labels.
-  std::vector<std::string> openCard(const std::string& name) {
-    return in(*app_, [&] {
-      auto list = ContactsApplication::shared()->list();
-      const auto& contacts = list->dataSource->contacts;
-      for (size_t i = 0; i < contacts.size(); ++i)
-        if (contacts[i].name == name) list->openRow(i);
-      return cardLabels();
-    });
-  }
-  std::vector<std::string> cardLabels() {
+  // Opens the card of `name` in `list`; answers its phone labels.
+  template <typename List, typename Navigation>
+  static std::vector<std::string> openCard(const List& list,
+                                           const Navigation& navigation,
+                                           const std::string& name) {
+    const auto& contacts = list->dataSource->contacts;
+    for (size_t i = 0; i < contacts.size(); ++i)
+      if (contacts[i].name == name) list->openRow(i);
     std::vector<std::string> out;
     auto card = std::dynamic_pointer_cast<ContactViewController>(
-        ContactsApplication::shared()->navigation->topViewController());
-    if (!card) return out;
-    for (auto& cell : card->phoneCells) out.push_back(cell->labelLabel->text());
+        navigation->topViewController());
+    if (card)
+      for (auto& c : card->phoneCells) out.push_back(c->labelLabel->text());
     return out;
+  }
+  std::vector<std::string> openCard(const std::string& name) {
+    return in(*app_, [&] {
+      auto app = ContactsApplication::shared();
+      return openCard(app->list(), app->navigation, name);
+    });
   }
 
   platform::SimProcess* app_ = nullptr;
@@ -121,14 +122,7 @@ TEST_F(ContactsE2ETest, ThePhoneAppsContactsTabIsTheSameList) {
     auto list = std::dynamic_pointer_cast<hosts::MembersViewController>(
         app->contacts->viewControllers().front());
     list->view();
-    const auto& contacts = list->dataSource->contacts;
-    for (size_t i = 0; i < contacts.size(); ++i)
-      if (contacts[i].name == "李雷") list->openRow(i);
-    auto card = std::dynamic_pointer_cast<ContactViewController>(
-        app->contacts->topViewController());
-    std::vector<std::string> out;
-    for (auto& cell : card->phoneCells) out.push_back(cell->labelLabel->text());
-    return out;
+    return openCard(list, app->contacts, "李雷");
   });
   EXPECT_EQ(labels, (std::vector<std::string>{"mobile  北京市"}));
 }

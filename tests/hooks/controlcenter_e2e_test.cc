@@ -1,8 +1,5 @@
-// The Control Centre end to end, on both system generations: a simulated
-// springboard on a device image with the shipped glyphs; ZorvelInitializer
-// installs the hooks; the test opens the Control Centre and taps its buttons
-// as a user would, and looks at the glyphs, the toggle and what the taps
-// did.
+// The Control Centre end to end on both generations, with the shipped
+// glyphs: the buttons' glyphs, the toggle and what taps do.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -14,10 +11,10 @@
 #include "hosts/kit/host_kit.h"
 #include "hosts/springboard/app.h"
 #include "hostsdk/springboard_controlcenter.h"
-#include "platform/plist.h"
 #include "platform/sim/device_presets.h"
 #include "platform/telephony/core_telephony.h"
 #include "platform/ui/view.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -43,8 +40,8 @@ class ControlCenterE2ETest : public testing::SimTest,
   void start(const Dict& settings, const char* screen = "4") {
     Dict all = settings;
     all["Enable"] = true;
-    ASSERT_TRUE(plist::writeFile(
-        root_ + "/var/mobile/Library/Preferences/zorvel.plist", Value(all)));
+    testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                        all);
     auto facts = platform::simulatedDevice(GetParam(), screen);
     ASSERT_TRUE(facts);
     sb_ = &hosts::launchSimulated(world_, hosts::springboardHost(), *facts,
@@ -81,6 +78,13 @@ class ControlCenterE2ETest : public testing::SimTest,
     Effects news(all.begin() + seen_, all.end());
     seen_ = all.size();
     return news;
+  }
+  // Whether the start-up routine went on to make the controller.
+  bool started() {
+    return run([] {
+             return platform::Process::current()
+                 .slot<ZVControlCenterController>();
+           }) != nullptr;
   }
   bool cellular() {
     return run([] { return platform::CTCellularDataPlanGetIsEnabled(); });
@@ -143,20 +147,14 @@ TEST_P(ControlCenterE2ETest, ValueTwoInstallsButNeitherReplacesNorActs) {
          {"ControlCenterMultitasking", 2},
          {"ControlCenterLockScreen", 2},
          {"ControlCenterCellularData", 2}});
-  // The start-up routine went on to the controller (the hooks are in).
-  EXPECT_TRUE(run([] {
-    return platform::Process::current().slot<ZVControlCenterController>() !=
-           nullptr;
-  }));
+  EXPECT_TRUE(started());  // the hooks are in
   for (const char* name : {"clock", "calculator", "camera", "bluetooth"})
     EXPECT_EQ(glyph(name), "host") << name;
   if (modular()) {
     EXPECT_EQ(button("bluetooth")->title, "Bluetooth");
   }
-  tap("clock");
-  tap("calculator");
-  tap("camera");
-  tap("bluetooth");
+  for (const char* name : {"clock", "calculator", "camera", "bluetooth"})
+    tap(name);
   EXPECT_EQ(effects(), (Effects{"launch:com.apple.mobiletimer",
                                 "launch:com.apple.calculator",
                                 "launch:com.apple.camera", "bluetooth:on"}));
@@ -167,10 +165,7 @@ TEST_P(ControlCenterE2ETest, ValueTwoInstallsButNeitherReplacesNorActs) {
 
 TEST_P(ControlCenterE2ETest, NoKeySetStartsNothing) {
   start({});
-  EXPECT_FALSE(run([] {
-    return platform::Process::current().slot<ZVControlCenterController>() !=
-           nullptr;
-  }));
+  EXPECT_FALSE(started());
   EXPECT_EQ(glyph("clock"), "host");
   tap("clock");
   EXPECT_EQ(effects(), Effects{"launch:com.apple.mobiletimer"});

@@ -1,14 +1,8 @@
-// The Messages application end to end: a simulated Messages app on a device
-// with contacts (one with a picture), address-book groups, a messages
-// database, the check-mark pictures and the China area database;
-// ZorvelInitializer installs the hooks, and the test uses the app as a
-// person would.
+// Messages with the extension loaded on a device with contacts (one with a
+// picture), a group, a messages database and the check-mark pictures.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-
-#include <filesystem>
 
 #include "devicegen/device_image.h"
 #include "hosts/messages/app.h"
@@ -69,12 +63,7 @@ class MessagesE2ETest : public World {
   // Conversations newest first.
   void writeMessages(
       const std::vector<std::pair<std::string, std::vector<Line>>>& chats) {
-    const std::string file = root_ + messages_schema::kMessagesDbPath;
-    std::filesystem::create_directories(
-        std::filesystem::path(file).parent_path());
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
-    sqlite3_close(db);
+    writeDeviceBytes(messages_schema::kMessagesDbPath, "");  // a new database
     std::string sql = std::string("BEGIN;") + messages_schema::kSchemaSql;
     int64_t message = 0;
     for (size_t i = 0; i < chats.size(); ++i) {
@@ -96,7 +85,7 @@ class MessagesE2ETest : public World {
             ");INSERT INTO chat_message_join VALUES (" + n + "," + m + ");";
       }
     }
-    execSql(file, sql + "COMMIT;");
+    execSql(devicePath(messages_schema::kMessagesDbPath), sql + "COMMIT;");
   }
 
   // Starts Messages with the extension on a phone of that system and screen.

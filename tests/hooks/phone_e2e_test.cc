@@ -1,8 +1,6 @@
-// The dialler end to end: a simulated Phone app on a device with contacts,
-// the China area database and settings; ZorvelInitializer installs the
-// hooks; the test presses keys as a user would and looks at what the host
-// shows and dials, where the keypad's views sit on each screen, and what
-// going to the background clears.
+// The dialler end to end in the Phone app with the extension loaded: keys
+// pressed as a user would, what the host shows and dials, where the keypad's
+// views sit on each screen, and what going to the background clears.
 #include <gtest/gtest.h>
 
 #include "dialer/keypad_controller.h"
@@ -46,8 +44,7 @@ class PhoneE2ETest : public testing::SimTest {
     testing::writePlist(root_ + devicePath, dict);
   }
 
-  // Starts a Phone app with the extension loaded on a device of these
-  // facts, in a new process.
+  // Starts a Phone app with the extension in a new process.
   void start(hosts::PhoneHostOptions options = {},
              platform::DeviceFacts facts = {}) {
     // What the previous phone held goes away inside its own process.
@@ -379,12 +376,10 @@ TEST_F(PhoneE2ETest, GoingToTheBackgroundClearsOnlyWhenAutoClearIsOn) {
 
 TEST_F(PhoneE2ETest, HoldingZeroReplacesTheLastTypedDigitWhileSearching) {
   start();
-  // Holding 0 types 0, then replaces it with "+".
   run([&] { app_->dialer->dialerView()->pad->holdZero(); });
   EXPECT_EQ(controller_->inputNumber(), "+");
   type("86138017");
   EXPECT_EQ(controller_->inputNumber(), "+86138017");
-  // The host's display stays empty: the digits are the controller's.
   EXPECT_EQ(app_->dialer->displayNumber(), "");
 }
 

@@ -1,7 +1,5 @@
-// Recents end to end: the Phone app lists the device's calls, the recents
-// hooks add areas, ring times and avatars to its rows, and deleting or
-// clearing calls keeps the call-history backup in step, on both system
-// generations.
+// Recents end to end on both generations: areas, ring times and avatars on
+// the Phone app's rows, and the call-history backup kept in step.
 #include <gtest/gtest.h>
 
 #include "lists_world.h"
@@ -23,12 +21,14 @@ class RecentsE2ETest : public testing::ListsWorld {
     phone_ = &startHost(hosts::phoneHost(), settings, version, screen);
     return *phone_;
   }
-  void openRecents() {
-    in(*phone_, [] {
+  // Shows Recents, leaving the keypad first when `again`.
+  void openRecents(bool again = false) {
+    in(*phone_, [again] {
+      if (again)
+        PhoneApplication::shared()->selectTab(PhoneApplication::kKeypad);
       PhoneApplication::shared()->selectTab(PhoneApplication::kRecents);
     });
   }
-  // The rows on screen, top first.
   std::vector<std::shared_ptr<RecentsCell>> rows() {
     return phone_->run([] {
       std::vector<std::shared_ptr<RecentsCell>> out;
@@ -68,11 +68,8 @@ TEST_F(RecentsE2ETest, RowsShowAreaAndRingTimeOnceHoweverOftenTheyAreDrawn) {
   EXPECT_EQ(labels(), expected);
   EXPECT_EQ(rows()[2]->countLabel->text(), "(3)");
   // Coming back to the list redraws every row in reused cells.
-  in(*phone_, [] {
-    PhoneApplication::shared()->selectTab(PhoneApplication::kKeypad);
-    PhoneApplication::shared()->selectTab(PhoneApplication::kRecents);
-    PhoneApplication::shared()->recents->refresh();
-  });
+  openRecents(true);
+  in(*phone_, [] { PhoneApplication::shared()->recents->refresh(); });
   EXPECT_EQ(labels(), expected);
 }
 
@@ -89,11 +86,7 @@ TEST_F(RecentsE2ETest, ARingTimeSavedInTheSpringboardShowsAfterItsNotice) {
   advance(0);
   springboard.run(
       [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(12); });
-  in(*phone_, [] {
-    auto app = PhoneApplication::shared();
-    app->selectTab(PhoneApplication::kKeypad);
-    app->selectTab(PhoneApplication::kRecents);
-  });
+  openRecents(true);
   // Not yet: the Phone app still holds the ring times it read.
   EXPECT_EQ(labels(), (std::vector<std::string>{"北京市", "home 上海市"}));
   advance(2.5);  // "ZVCallHistoryChanged" reaches the Phone app
