@@ -10,10 +10,9 @@ using namespace areafmt;
 
 class AreaFileTest : public ::testing::Test {
  protected:
-  void SetUp() override { path_ = root_.path() + "/db"; }
   void write(const std::string& bytes) { writeBytes(path_, bytes); }
   TempRoot root_;
-  std::string path_;
+  const std::string path_ = root_.path() + "/db";
 };
 
 TEST_F(AreaFileTest, StripsInternationalPartAndTrunk) {

@@ -138,7 +138,6 @@ TEST_F(GuardTest, HooksOnInheritedMethodsKeepTheInheritedHost) {
 
 TEST_F(GuardTest, ReportBugOpensTheEscapedMailLink) {
   phone_.deviceFacts().systemName = "iPhone OS";
-  phone_.deviceFacts().systemVersion = "7.1.2";
   phone_.deviceFacts().model = "iPhone";
   phone_.run([&] { ZVException::showException("A b <c>"); });
   phone_.pressAlertButton(0);  // Close

@@ -9,6 +9,7 @@
 
 #include "core/settings_catalogue.h"
 #include "platform/plist.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -20,20 +21,13 @@ constexpr const char* kKeypadPlist =
 class SettingsTest : public testing::SimTest {
  protected:
   void writeSettings(const Dict& dict) {
-    auto path = root_ + ZVSettings::kPath;
-    ASSERT_TRUE(plist::writeFile(path, Value(dict)));
+    testing::writePlist(root_ + ZVSettings::kPath, dict);
   }
-  platform::SimProcess& phone() {
-    if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
-    return *phone_;
-  }
-
- private:
-  platform::SimProcess* phone_ = nullptr;
+  platform::SimProcess& phone_ = world_.launch("com.apple.mobilephone");
 };
 
 TEST_F(SettingsTest, DefaultsWithoutAFile) {
-  phone().run([] {
+  phone_.run([] {
     // One of each kind of default, and every key of every class.
     auto general = ZVGeneralSettings::sharedInstance();
     EXPECT_TRUE(general->Enable());
@@ -65,7 +59,7 @@ TEST_F(SettingsTest, DamagedFilesGiveDefaults) {
   for (const auto& bytes : damaged) {
     writeDeviceFile(ZVSettings::kPath, bytes);
     auto settings =
-        phone().run([] { return ZVSettings::make<ZVPhoneSettings>(); });
+        phone_.run([] { return ZVSettings::make<ZVPhoneSettings>(); });
     EXPECT_EQ(settings->MyInfo(), -1) << bytes.size();
     EXPECT_TRUE(settings->Enable());
     EXPECT_EQ(settings->AreaDatabase(), "China");
@@ -84,7 +78,7 @@ TEST_F(SettingsTest, ValuesAreConvertedWhateverTheirStoredType) {
       {"PrefixNumber", 17951},
       {"AreaNameContacts", false},
   });
-  phone().run([] {
+  phone_.run([] {
     auto phone = ZVSettings::make<ZVPhoneSettings>();
     EXPECT_FLOAT_EQ(phone->ConnectedVibrateIntensity(), 0.8f);
     EXPECT_TRUE(phone->EnableAvatar());
@@ -112,7 +106,7 @@ TEST_F(SettingsTest, ValuesAreConvertedWhateverTheirStoredType) {
 }
 
 TEST_F(SettingsTest, ListingPutsSuperclassKeysFirst) {
-  phone().run([] {
+  phone_.run([] {
     auto keys = ZVSettings::make<ZVSMSSettings>()->describe();
     ASSERT_EQ(keys.size(), 1u + 11u + 8u);
     EXPECT_EQ(keys[0].key, "Enable");
@@ -125,7 +119,7 @@ TEST_F(SettingsTest, ListingPutsSuperclassKeysFirst) {
 
 TEST_F(SettingsTest, SingletonsAreRegisteredOncePerProcess) {
   auto& springboard = world_.launch("com.apple.springboard");
-  auto inPhone = phone().run([] {
+  auto inPhone = phone_.run([] {
     auto a = ZVPhoneSettings::sharedInstance();
     EXPECT_EQ(a, ZVPhoneSettings::sharedInstance());
     ZVSettings::addSharedInstance(a);  // already there
@@ -145,7 +139,7 @@ TEST_F(SettingsTest, SingletonsAreRegisteredOncePerProcess) {
 
 TEST_F(SettingsTest, ReloadKeepsTheStringObject) {
   writeSettings({{"AreaDatabase", "Taiwan"}, {"PrefixNumber", "17951"}});
-  phone().run([&] {
+  phone_.run([&] {
     auto general = ZVGeneralSettings::sharedInstance();
     const std::string& area = general->AreaDatabase();
     const std::string& prefix = general->PrefixNumber();
@@ -182,8 +176,8 @@ TEST_F(SettingsTest, BurstOfNotificationsReloadsEachObjectOnce) {
     incoming = ZVIncomingCallSettings::sharedInstance();
   });
   auto phoneSettings =
-      phone().run([] { return ZVPhoneSettings::sharedInstance(); });
-  auto probe = phone().run([] { return ZVSettings::make<CountingSettings>(); });
+      phone_.run([] { return ZVPhoneSettings::sharedInstance(); });
+  auto probe = phone_.run([] { return ZVSettings::make<CountingSettings>(); });
   ASSERT_EQ(first->loads, 1);
 
   // The settings pane, another process, posts three times within 3 s.
@@ -214,7 +208,7 @@ TEST_F(SettingsTest, BurstOfNotificationsReloadsEachObjectOnce) {
 }
 
 TEST_F(SettingsTest, OneKeyHelpers) {
-  phone().run([&] {
+  phone_.run([&] {
     EXPECT_TRUE(objectForKey("ContactsChanged", kKeypadPlist).isNull());
 
     setObject(Value(true), "ContactsChanged", kKeypadPlist);

@@ -83,10 +83,6 @@ class DeviceImageTest : public ::testing::Test {
     if (summary) *summary = s;
     return root;
   }
-  static std::string db(const std::string& root, const char* devicePath) {
-    return root + devicePath;
-  }
-
   std::list<testing::TempRoot> roots_;
 };
 
@@ -102,7 +98,7 @@ DeviceImageOptions options(int contacts, int calls, uint64_t seed) {
 TEST_F(DeviceImageTest, ContactQueriesOfTheSearchEngineReadTheAddressBook) {
   DeviceImageSummary summary;
   std::string root = create(options(150, 50, 7), &summary);
-  std::string book = db(root, ps::kAddressBookPath);
+  std::string book = root + ps::kAddressBookPath;
 
   auto rows =
       query(book,
@@ -157,7 +153,7 @@ TEST_F(DeviceImageTest, ContactQueriesOfTheSearchEngineReadTheAddressBook) {
 TEST_F(DeviceImageTest, PicturesDecodeAndTheFirstNonEmptyRowIsThePicture) {
   DeviceImageSummary summary;
   std::string root = create(options(400, 0, 3), &summary);
-  std::string images = db(root, ps::kAddressBookImagesPath);
+  std::string images = root + ps::kAddressBookImagesPath;
   // Each record's pictures in the order of their formats.
   std::map<std::string, std::vector<std::string>> pictures;
   for (const Row& r : query(images,
@@ -196,8 +192,8 @@ TEST_F(DeviceImageTest, PicturesDecodeAndTheFirstNonEmptyRowIsThePicture) {
 
 TEST_F(DeviceImageTest, CallHistoryQueriesOfBothSystemVersions) {
   std::string root = create(options(80, 300, 11));
-  std::string store = db(root, ps::kCallHistoryStorePath);
-  std::string old = db(root, ps::kCallHistoryDbPath);
+  std::string store = root + ps::kCallHistoryStorePath;
+  std::string old = root + ps::kCallHistoryDbPath;
 
   auto recent = query(store,
                       "SELECT DISTINCT ZADDRESS FROM ZCALLRECORD WHERE "
@@ -239,7 +235,7 @@ TEST_F(DeviceImageTest, CallHistoryQueriesOfBothSystemVersions) {
   auto strangers = query(old, "SELECT 1 FROM call WHERE id=-1");
   ASSERT_FALSE(known.empty());
   EXPECT_FALSE(strangers.empty());
-  std::string book = db(root, ps::kAddressBookPath);
+  std::string book = root + ps::kAddressBookPath;
   for (const Row& r : known) {
     bool found = false;
     for (const Row& v : query(book,
@@ -264,17 +260,17 @@ TEST_F(DeviceImageTest, SameSeedSameBytesOtherSeedOtherPeople) {
                            ps::kCallHistoryStorePath, ps::kCallHistoryDbPath,
                            "/Library/Zorvel/avatar.png",
                            "/var/mobile/Library/Preferences/zorvel.plist"}) {
-    std::string bytes = readFile(db(a, path));
+    std::string bytes = readFile(a + path);
     ASSERT_FALSE(bytes.empty()) << path;
-    EXPECT_EQ(bytes, readFile(db(b, path))) << path;
+    EXPECT_EQ(bytes, readFile(b + path)) << path;
   }
   const std::string names =
       "SELECT First, Last, Organization FROM ABPerson ORDER BY ROWID";
-  EXPECT_NE(query(db(a, ps::kAddressBookPath), names),
-            query(db(c, ps::kAddressBookPath), names));
+  EXPECT_NE(query(a + ps::kAddressBookPath, names),
+            query(c + ps::kAddressBookPath, names));
   const std::string calls = "SELECT address, date FROM call ORDER BY ROWID";
-  EXPECT_NE(query(db(a, ps::kCallHistoryDbPath), calls),
-            query(db(c, ps::kCallHistoryDbPath), calls));
+  EXPECT_NE(query(a + ps::kCallHistoryDbPath, calls),
+            query(c + ps::kCallHistoryDbPath, calls));
 }
 
 TEST_F(DeviceImageTest, CountsInstalledDataAndBadInput) {
@@ -285,12 +281,12 @@ TEST_F(DeviceImageTest, CountsInstalledDataAndBadInput) {
   std::string root = create(o, &summary);
   EXPECT_EQ(summary.contacts, 1234);
   EXPECT_EQ(summary.calls, 567);
-  const std::string book = db(root, ps::kAddressBookPath);
+  const std::string book = root + ps::kAddressBookPath;
   EXPECT_EQ(cell(book, "SELECT COUNT(*) FROM ABPerson"), "1234");
-  EXPECT_EQ(cell(db(root, ps::kCallHistoryStorePath),
+  EXPECT_EQ(cell(root + ps::kCallHistoryStorePath,
                  "SELECT COUNT(*) FROM ZCALLRECORD"),
             "567");
-  EXPECT_EQ(cell(db(root, ps::kCallHistoryDbPath), "SELECT COUNT(*) FROM call"),
+  EXPECT_EQ(cell(root + ps::kCallHistoryDbPath, "SELECT COUNT(*) FROM call"),
             "567");
   // Deleted records leave gaps in the ids.
   EXPECT_GT(std::stoi(cell(book, "SELECT MAX(ROWID) FROM ABPerson")), 1234);
@@ -309,7 +305,7 @@ TEST_F(DeviceImageTest, CountsInstalledDataAndBadInput) {
 
   // An empty book still gets a call history, all from strangers.
   std::string empty = create(options(0, 30, 1));
-  EXPECT_EQ(cell(db(empty, ps::kCallHistoryDbPath),
+  EXPECT_EQ(cell(empty + ps::kCallHistoryDbPath,
                  "SELECT COUNT(*) FROM call WHERE id=-1"),
             "30");
 

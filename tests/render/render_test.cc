@@ -38,12 +38,7 @@ int countIn(const ui::Image& image, const ui::Rect& r, Pixel colour,
 
 class RenderTest : public testing::SimTest {
  protected:
-  // The UI classes live in a process of the simulated world.
   RenderTest() : proc_(world_.launch("com.example.render")) {}
-  template <typename F>
-  auto run(F&& f) {
-    return proc_.run(std::forward<F>(f));
-  }
   render::Scene scene() {
     render::Scene s;
     s.points = {320, 568};
@@ -61,11 +56,11 @@ TEST_F(RenderTest, PictureHasTheScreensPixelSizeOnEveryPhone) {
     render::Scene s;
     s.points = facts->screenPoints;
     s.scale = facts->screenScale;
-    auto image = run([&] { return renderer_->draw(s); });
+    auto image = proc_.run([&] { return renderer_->draw(s); });
     EXPECT_EQ(image.pixelWidth(), facts->screenPixels.width) << inches;
     EXPECT_EQ(image.pixelHeight(), facts->screenPixels.height) << inches;
     // The PNG says the same in its header.
-    auto png = run([&] { return renderer_->png(s); });
+    auto png = proc_.run([&] { return renderer_->png(s); });
     auto decoded = ui::Image::decode(png, 1);
     ASSERT_TRUE(decoded) << inches;
     EXPECT_EQ(decoded->pixelWidth(), facts->screenPixels.width);
@@ -73,7 +68,7 @@ TEST_F(RenderTest, PictureHasTheScreensPixelSizeOnEveryPhone) {
 }
 
 TEST_F(RenderTest, HiddenViewsAndTheirSubviewsLeaveNoPixels) {
-  run([&] {
+  proc_.run([&] {
     const Pixel red{255, 0, 0, 255};
     auto root = ui::make<ui::UIView>();
     root->setFrame({{0, 0}, {320, 568}});
@@ -108,7 +103,7 @@ TEST_F(RenderTest, HiddenViewsAndTheirSubviewsLeaveNoPixels) {
 }
 
 TEST_F(RenderTest, RoundAvatarShowsThePictureInsideAndTheScreenInTheCorners) {
-  run([&] {
+  proc_.run([&] {
     const Pixel green{0, 200, 0, 255}, white{255, 255, 255, 255};
     auto avatar = ui::make<ui::UIImageView>();
     avatar->setFrame({{100, 100}, {40, 40}});
@@ -137,7 +132,7 @@ TEST_F(RenderTest, RoundAvatarShowsThePictureInsideAndTheScreenInTheCorners) {
 
 TEST_F(RenderTest,
        ChineseNameOnTheLatinFontDrawsFallbackGlyphsAtTheModelsWidth) {
-  run([&] {
+  proc_.run([&] {
     render::TextPainter text;
     const ui::Font font{"Helvetica", 20};
     // The fallback face's ideographs are one em wide, as the model counts.
@@ -175,7 +170,7 @@ TEST_F(RenderTest,
 }
 
 TEST_F(RenderTest, AlertIsDrawnAboveEverythingOverADimmedScreen) {
-  run([&] {
+  proc_.run([&] {
     auto root = ui::make<ui::UIView>();
     root->setBackgroundColor(ui::Color{1, 0, 0, 1});
     auto s = scene();
@@ -202,7 +197,7 @@ struct WideSpacing : ui::LayoutManagerDelegate {
 };
 
 TEST_F(RenderTest, TextViewLinesAreDrawnWhereTheModelLaidThemOut) {
-  run([&] {
+  proc_.run([&] {
     const Pixel blue{0, 0, 255, 255};
     auto root = ui::make<ui::UIView>();
     root->setFrame({{0, 0}, {320, 568}});

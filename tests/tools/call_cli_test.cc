@@ -14,9 +14,9 @@ namespace {
 
 using nlohmann::json;
 
-class CallCliTest : public ::testing::Test {
+class CallCliTest : public testing::ZorvelCliTest {
  protected:
-  void SetUp() override {
+  CallCliTest() : ZorvelCliTest("call") {
     testing::writeFile(root() + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
     testing::writeFile(root() + "/Library/Zorvel/block.caf", "caff");
@@ -28,21 +28,6 @@ class CallCliTest : public ::testing::Test {
     testing::writePlist(prefs("zorvel.black.plist"),
                         Dict{{"10010", Value(true)}});
   }
-  const std::string& root() const { return root_.path(); }
-  std::string prefs(const std::string& name) const {
-    return root() + "/var/mobile/Library/Preferences/" + name;
-  }
-  testing::CliResult run(const std::string& args,
-                         const std::string& command = "call") {
-    return testing::runZorvel(command + " --root '" + root() + "' " + args);
-  }
-  std::vector<json> session(const std::string& args) {
-    auto r = run("--json " + args);
-    EXPECT_EQ(r.status, 0) << r.err;
-    return testing::jsonLines(r.out);
-  }
-
-  testing::TempRoot root_;
 };
 
 TEST_F(CallCliTest, BlockedCallsAreHungUpAndRemindedOnBothGenerations) {
@@ -99,7 +84,8 @@ TEST_F(CallCliTest, MissedCallRingTimeOnEightReachesBannerAndNextCommand) {
   EXPECT_EQ(effects[1]["type"], "ringDuration");
   EXPECT_EQ(effects[1]["seconds"], 12);
 
-  auto recents = run("--os 8.1 tab:recents", "phone");
+  auto recents =
+      testing::runZorvel("phone --root '" + root() + "' --os 8.1 tab:recents");
   ASSERT_EQ(recents.status, 0) << recents.err;
   EXPECT_NE(recents.out.find("13912345678 | 江苏省常州市 (12sec)"),
             std::string::npos)
@@ -112,32 +98,26 @@ TEST_F(CallCliTest, HiddenCallerAndUserActions) {
       "connect hangup answer");
   ASSERT_EQ(steps.size(), 9u);
   EXPECT_TRUE(steps[0]["calls"][0]["number"].is_null());
-  EXPECT_EQ(steps[1]["calls"][0]["status"], "active");
-  EXPECT_EQ(steps[2]["calls"][0]["status"], "held");
-  EXPECT_EQ(steps[3]["calls"][0]["status"], "active");
-  EXPECT_EQ(steps[4]["calls"][0]["status"], "ended");
-  EXPECT_EQ(steps[5]["calls"][1]["status"], "dialling");
-  EXPECT_EQ(steps[6]["calls"][1]["status"], "active");
-  EXPECT_EQ(steps[7]["calls"][1]["status"], "ended");
+  std::vector<std::string> statuses;  // of the newest call after each step
+  for (int i = 1; i <= 7; ++i)
+    statuses.push_back(steps[i]["calls"].back()["status"]);
+  EXPECT_EQ(statuses,
+            (std::vector<std::string>{"active", "held", "active", "ended",
+                                      "dialling", "active", "ended"}));
+  EXPECT_EQ(steps[5]["calls"].size(), 2u);
   EXPECT_FALSE(steps[7].contains("note"));
   EXPECT_EQ(steps[8]["note"], "no ringing call to answer");
 }
 
 TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
   const auto before = testing::fileSnapshot(root());
-  for (const char* args : {"incoming:10010 bogus", "incoming:1:contact=x",
-                           "incoming:1:platform-blocked:platform-blocked",
-                           "wait:-1", "wait:soon", "notify:", "outgoing:",
-                           "message:", "--os 9.0 answer", "--screen 6 answer",
-                           // CLI11's own parse errors: an unknown option, no
-                           // actions at all, an option without its value.
-                           "--bogus answer", "", "answer --os"}) {
-    SCOPED_TRACE(args);
-    auto r = run(args);
-    EXPECT_EQ(r.status, 2);
-    EXPECT_TRUE(r.out.empty());
-    EXPECT_EQ(r.errLines(), 1u) << r.err;
-  }
+  expectUsageErrors({"incoming:10010 bogus", "incoming:1:contact=x",
+                     "incoming:1:platform-blocked:platform-blocked", "wait:-1",
+                     "wait:soon", "notify:", "outgoing:", "message:",
+                     "--os 9.0 answer", "--screen 6 answer",
+                     // CLI11's own parse errors: an unknown option, no
+                     // actions at all, an option without its value.
+                     "--bogus answer", "", "answer --os"});
   // A missing device is not a usage error: exit 1, as every command.
   auto r = testing::runZorvel("call --root '" + root() + "/none' incoming:1");
   EXPECT_EQ(r.status, 1);

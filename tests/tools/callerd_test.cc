@@ -211,17 +211,12 @@ class CallerdTest : public ::testing::Test {
     std::vector<Note> out;
     for (GVariant* args : methodCalls(kNotesPath, "Notify", kNotes)) {
       // Notify(app, replaces, icon, summary, body, actions, hints, timeout)
-      auto arg = [&](int k) {
-        GVariant* v = nullptr;
-        g_variant_get_child(args, k, "v", &v);
-        return v;
-      };
-      Note n;
-      GVariant* summary = arg(3);
-      GVariant* body = arg(4);
-      GVariant* hints = arg(6);
-      n.summary = g_variant_get_string(summary, nullptr);
-      n.body = g_variant_get_string(body, nullptr);
+      GVariant *summary, *body, *hints;
+      g_variant_get_child(args, 3, "v", &summary);
+      g_variant_get_child(args, 4, "v", &body);
+      g_variant_get_child(args, 6, "v", &hints);
+      Note n{g_variant_get_string(summary, nullptr),
+             g_variant_get_string(body, nullptr)};
       guchar urgency = 0;
       if (g_variant_lookup(hints, "urgency", "y", &urgency))
         n.urgency = urgency;
@@ -274,11 +269,14 @@ const Dict kBlocking{{"EnableBlacklist", true},
                      {"BlacklistBlockMode", 3},
                      {"BlacklistBlockArea", "宿迁"},
                      {"BlacklistBlockingRemind", 3}};
+Dict blockingWith(const Dict& changes) {
+  Dict settings = kBlocking;
+  for (const auto& [key, value] : changes) settings[key] = value;
+  return settings;
+}
 
 TEST_F(CallerdTest, BlocksThroughModemManagerAndRemindsOnce) {
-  Dict settings = kBlocking;
-  settings["BlacklistBlockMode"] = 0;
-  start(settings);
+  start(blockingWith({{"BlacklistBlockMode", 0}}));
   const auto listed = ring(kBlacklisted);
   EXPECT_TRUE(waitUntil([&] { return hangups(listed) == 1; }, 1.0))
       << "the blacklisted call was not hung up within a second\n"
@@ -324,9 +322,7 @@ TEST_F(CallerdTest, AreaModeHangsUpStrangersFromBlockedAreasOnly) {
 }
 
 TEST_F(CallerdTest, HangingUpAllAsksTheModem) {
-  Dict settings = kBlocking;
-  settings["BlacklistBlockAction"] = 2;
-  start(settings);
+  start(blockingWith({{"BlacklistBlockAction", 2}}));
   const auto stranger = ring(kStranger);
   EXPECT_TRUE(
       waitUntil([&] { return calledTimes(kModem, "HangupAll") == 1; }, 1.0))
@@ -335,11 +331,10 @@ TEST_F(CallerdTest, HangingUpAllAsksTheModem) {
 }
 
 TEST_F(CallerdTest, ContactsCallShowsAreaAndOrganisationOnce) {
-  Dict settings = kBlocking;
-  settings["AreaStyleIncomingCall"] = 1;  // the area in the information view
-  settings["EnableInfo"] = true;
-  settings["InfoIncomingCallOrganization"] = true;
-  start(settings);
+  // The area goes in the information view.
+  start(blockingWith({{"AreaStyleIncomingCall", 1},
+                      {"EnableInfo", true},
+                      {"InfoIncomingCallOrganization", true}}));
   const auto contact = ring(kContact);
   ASSERT_TRUE(waitUntil([&] { return notes().size() == 1; }, 2.0)) << output();
   std::this_thread::sleep_for(std::chrono::milliseconds(300));

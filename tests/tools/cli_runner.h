@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "support/sim_fixture.h"
+
 namespace zv::testing {
 
 struct CliResult {
@@ -107,5 +109,36 @@ inline std::map<std::string, std::string> fileSnapshot(
     }
   return files;
 }
+
+// `zorvel COMMAND --root ROOT ...` on a fresh temporary device root.
+class ZorvelCliTest : public ::testing::Test {
+ protected:
+  explicit ZorvelCliTest(std::string command) : command_(std::move(command)) {}
+  const std::string& root() const { return root_.path(); }
+  std::string prefs(const std::string& name) const {
+    return root() + "/var/mobile/Library/Preferences/" + name;
+  }
+  CliResult run(const std::string& args) {
+    return runZorvel(command_ + " --root '" + root() + "' " + args);
+  }
+  // A --json session that must succeed, one object per action.
+  std::vector<nlohmann::json> session(const std::string& args) {
+    auto r = run("--json " + args);
+    EXPECT_EQ(r.status, 0) << r.err;
+    return jsonLines(r.out);
+  }
+  // Each script is a usage error: exit 2, nothing run or printed, one line.
+  void expectUsageErrors(std::initializer_list<const char*> scripts) {
+    for (const char* args : scripts) {
+      auto r = run(args);
+      EXPECT_EQ(r.status, 2) << args;
+      EXPECT_EQ(r.out, "") << args;
+      EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
+    }
+  }
+
+  TempRoot root_;
+  std::string command_;
+};
 
 }  // namespace zv::testing

@@ -16,40 +16,31 @@ namespace {
 
 using json = nlohmann::json;
 
-class ControlCenterCliTest : public ::testing::Test {
+class ControlCenterCliTest : public testing::ZorvelCliTest {
  protected:
-  void SetUp() override {
+  ControlCenterCliTest() : ZorvelCliTest("controlcenter") {
     DeviceImageOptions options;
     options.contacts = options.calls = 0;
-    createDeviceImage(root_.path(), options);
-    testing::writePlist(
-        root_.path() + "/var/mobile/Library/Preferences/zorvel.plist",
-        Dict{{"Enable", true},
-             {"ControlCenterHome", 1},
-             {"ControlCenterMultitasking", 2},
-             {"ControlCenterCellularData", 1}});
-  }
-  testing::CliResult run(const std::string& args) {
-    return testing::runZorvel("controlcenter --root '" + root_.path() + "' " +
-                              args);
+    createDeviceImage(root(), options);
+    testing::writePlist(prefs("zorvel.plist"),
+                        Dict{{"Enable", true},
+                             {"ControlCenterHome", 1},
+                             {"ControlCenterMultitasking", 2},
+                             {"ControlCenterCellularData", 1}});
   }
   static json button(const json& step, const std::string& name) {
     for (const auto& b : step["buttons"])
       if (b["name"] == name) return b;
     return json();
   }
-
-  testing::TempRoot root_;
 };
 
 TEST_F(ControlCenterCliTest, JsonSessionsOnBothGenerations) {
   for (const char* os : {"7.1", "8.1"}) {
     SCOPED_TRACE(os);
-    auto r = run(std::string("--json --os ") + os +
-                 " --screen 3.5 open tap:cellular tap:multitasking close "
-                 "tap:home");
-    ASSERT_EQ(r.status, 0) << r.err;
-    auto steps = testing::jsonLines(r.out);
+    auto steps = session(std::string("--os ") + os +
+                         " --screen 3.5 open tap:cellular tap:multitasking "
+                         "close tap:home");
     ASSERT_EQ(steps.size(), 5u);
     EXPECT_EQ(steps[0]["action"], "open");
     EXPECT_EQ(steps[0]["open"], true);
@@ -79,13 +70,8 @@ TEST_F(ControlCenterCliTest, TextShowsButtonsAndEffects) {
 }
 
 TEST_F(ControlCenterCliTest, BadScriptsFailWithOneLineBeforeRunning) {
-  for (const char* args : {"open jump", "open tap:torchlight", "open wait:-1",
-                           "--screen 6 open", "--os 9.0 open"}) {
-    auto r = run(args);
-    EXPECT_EQ(r.status, 2) << args;
-    EXPECT_EQ(r.out, "") << args;
-    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-  }
+  expectUsageErrors({"open jump", "open tap:torchlight", "open wait:-1",
+                     "--screen 6 open", "--os 9.0 open"});
 }
 
 }  // namespace

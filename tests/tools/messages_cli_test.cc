@@ -11,36 +11,26 @@
 namespace zv {
 namespace {
 
-class MessagesCliTest : public ::testing::Test {
+class MessagesCliTest : public testing::ZorvelCliTest {
  protected:
-  void SetUp() override {
+  MessagesCliTest() : ZorvelCliTest("messages") {
     DeviceImageOptions options;
     options.contacts = 60;
     options.calls = 0;
-    createDeviceImage(root_.path(), options);
-    testing::writeFile(root_.path() + "/Library/Zorvel/Area/China",
+    createDeviceImage(root(), options);
+    testing::writeFile(root() + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
     testing::writePlist(prefs("zorvel.plist"), Dict{{"Enable", true},
                                                     {"EnableAvatar", true},
                                                     {"SMSSelectGroup", true},
                                                     {"MyInfo", 1}});
   }
-  std::string prefs(const std::string& name) const {
-    return root_.path() + "/var/mobile/Library/Preferences/" + name;
-  }
-  testing::CliResult run(const std::string& args) {
-    return testing::runZorvel("messages --root '" + root_.path() + "' " + args);
-  }
-
-  testing::TempRoot root_;
 };
 
 TEST_F(MessagesCliTest, ListConversationAndGroupSession) {
-  auto r =
-      run("--json list open:1 back new to:10086 group pick:1:2 check:1 done "
-          "group save:Team");
-  ASSERT_EQ(r.status, 0) << r.err;
-  auto s = testing::jsonLines(r.out);
+  auto s = session(
+      "list open:1 back new to:10086 group pick:1:2 check:1 done group "
+      "save:Team");
   ASSERT_EQ(s.size(), 11u);
   EXPECT_EQ(s[0]["screen"], "list");
   ASSERT_GE(s[0]["rows"].size(), 8u);
@@ -68,14 +58,8 @@ TEST_F(MessagesCliTest, ListConversationAndGroupSession) {
 }
 
 TEST_F(MessagesCliTest, BadScriptsFailWithOneLineBeforeAnythingRuns) {
-  for (const char* args : {"list frobnicate", "open:0", "open:x", "pick:1",
-                           "to:", "list back:2", "--os 6.0 list"}) {
-    SCOPED_TRACE(args);
-    auto r = run(args);
-    EXPECT_EQ(r.status, 2);
-    EXPECT_EQ(r.out, "");
-    EXPECT_EQ(r.errLines(), 1u) << r.err;
-  }
+  expectUsageErrors({"list frobnicate", "open:0", "open:x", "pick:1",
+                     "to:", "list back:2", "--os 6.0 list"});
   // A well-formed action that does not fit the screen stops the session.
   auto r = run("group");
   EXPECT_EQ(r.status, 1);

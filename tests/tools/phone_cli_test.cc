@@ -15,34 +15,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class PhoneCliTest : public ::testing::Test {
+class PhoneCliTest : public testing::ZorvelCliTest {
  protected:
-  void SetUp() override {
+  PhoneCliTest() : ZorvelCliTest("phone") {
     testing::writeFile(root() + "/Library/Zorvel/Area/China",
                        testing::chinaDatabase());
     auto mary = testing::deviceContact(1, "Mary", "Jones", "13801700000");
     mary.phones[0] = {"138 0170 0000", "13801700000", 1};
     testing::writeDevicePeople(root(), {mary});
-    const std::string prefs = root() + "/var/mobile/Library/Preferences/";
-    testing::writePlist(prefs + "zorvel.plist",
+    testing::writePlist(prefs("zorvel.plist"),
                         Dict{{"EnablePrefix", true},
                              {"PrefixNumber", "17951"},
                              {"PrefixLocalAreaCode", "010"},
                              {"DialerFormatPhoneNubmer", false}});
-    testing::writePlist(prefs + "zorvel.keypad.plist",
+    testing::writePlist(prefs("zorvel.keypad.plist"),
                         Dict{{"EnableSearch", true}});
   }
-  const std::string& root() const { return root_.path(); }
-  testing::CliResult run(const std::string& args) {
-    return testing::runZorvel("phone --root '" + root() + "' " + args);
-  }
-  std::vector<nlohmann::json> session(const std::string& args) {
-    auto r = run("--json " + args);
-    EXPECT_EQ(r.status, 0) << r.err;
-    return testing::jsonLines(r.out);
-  }
-
-  testing::TempRoot root_;
 };
 
 TEST_F(PhoneCliTest, JsonSessionShowsTheMatchMenuAndWhatWasDialled) {
@@ -81,14 +69,9 @@ TEST_F(PhoneCliTest, OutgoingCallOnSevenShowsTheInCallScreenWithItsArea) {
 
 TEST_F(PhoneCliTest, BadScriptsFailWithOneLineBeforeAnyActionRuns) {
   // Mistakes in the script are usage errors: nothing runs, exit 2.
-  for (const char* args :
-       {"jump", "--screen 6 type:1", "type:12a", "call tab:nowhere",
-        "type:65 call menu:0", "call select:x"}) {
-    auto r = run(args);
-    EXPECT_EQ(r.status, 2) << args;
-    EXPECT_EQ(r.out, "") << args;  // the call before the mistake never ran
-    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-  }
+  expectUsageErrors({"jump", "--screen 6 type:1", "type:12a",
+                     "call tab:nowhere", "type:65 call menu:0",
+                     "call select:x"});
   // What the screen did not offer is a failure of the session itself.
   auto r = run("select:1");
   EXPECT_EQ(r.status, 1);

@@ -15,11 +15,9 @@ namespace {
 namespace fs = std::filesystem;
 using json = nlohmann::json;
 
-class SettingsCliTest : public ::testing::Test {
+class SettingsCliTest : public testing::ZorvelCliTest {
  protected:
-  testing::CliResult run(const std::string& args) {
-    return testing::runZorvel("settings --root '" + root() + "' " + args);
-  }
+  SettingsCliTest() : ZorvelCliTest("settings") {}
   static const json* find(const json& doc, std::string_view cls,
                           std::string_view key) {
     for (const auto& c : doc["classes"])
@@ -28,12 +26,6 @@ class SettingsCliTest : public ::testing::Test {
           if (k["key"] == key) return &k;
     return nullptr;
   }
-  const std::string& root() const { return root_.path(); }
-  std::string prefs(const std::string& name) const {
-    return root() + "/var/mobile/Library/Preferences/" + name;
-  }
-
-  testing::TempRoot root_;
 };
 
 TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {

@@ -18,6 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 using platform_schema::Database;
 using testing::CliResult;
+constexpr const char* kLegacyPath = platform_schema::kCallHistoryDbPath;
+constexpr const char* kStorePath = platform_schema::kCallHistoryStorePath;
 
 class ZvtoolTest : public ::testing::Test {
  protected:
@@ -25,16 +27,11 @@ class ZvtoolTest : public ::testing::Test {
     return testing::runZvtool(arguments, root_);
   }
 
-  void createLegacy() {
-    ASSERT_TRUE(platform_schema::createDatabase(
-        root_ + platform_schema::kCallHistoryDbPath, Database::kCallHistoryDb));
+  void createLegacy() { create(kLegacyPath, Database::kCallHistoryDb); }
+  void createModern() { create(kStorePath, Database::kCallHistoryStore); }
+  void create(const char* devicePath, Database which) {
+    ASSERT_TRUE(platform_schema::createDatabase(root_ + devicePath, which));
   }
-  void createModern() {
-    ASSERT_TRUE(platform_schema::createDatabase(
-        root_ + platform_schema::kCallHistoryStorePath,
-        Database::kCallHistoryStore));
-  }
-
   void exec(const char* devicePath, const std::string& sql) {
     testing::execSql(root_ + devicePath, sql);
   }
@@ -42,19 +39,19 @@ class ZvtoolTest : public ::testing::Test {
     return testing::columnValues<int64_t>(root_ + devicePath, sql);
   }
   std::vector<int64_t> legacy(const std::string& sql) {
-    return column(platform_schema::kCallHistoryDbPath, sql);
+    return column(kLegacyPath, sql);
   }
 
   // Calls dated 1000 * i (i = 1..n), then the platform deletes those below
   // `keepFrom`; the triggers back them up.
   void callsThenPlatformDeletes(int n, int keepFrom) {
     for (int i = 1; i <= n; ++i)
-      exec(platform_schema::kCallHistoryDbPath,
+      exec(kLegacyPath,
            "INSERT INTO call (ROWID, address, date, duration, flags) VALUES (" +
                std::to_string(i) + ", '1380000000" + std::to_string(i % 10) +
                "', " + std::to_string(1000 * i) + ", " + std::to_string(i) +
                ", 4)");
-    exec(platform_schema::kCallHistoryDbPath,
+    exec(kLegacyPath,
          "DELETE FROM call WHERE date < " + std::to_string(keepFrom));
   }
 
@@ -80,7 +77,7 @@ TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
     EXPECT_EQ(run.errLines(), 1u);
   }
   // Nothing was created on the way.
-  EXPECT_FALSE(fs::exists(root_ + platform_schema::kCallHistoryDbPath));
+  EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
   CliResult noRoot = testing::runZvtool("-c", "");
   EXPECT_EQ(noRoot.status, 1);
   EXPECT_EQ(noRoot.err, "zvtool: ZORVEL_ROOT is not set\n");
@@ -99,34 +96,33 @@ TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformDeletes) {
   EXPECT_EQ(legacy("SELECT duration FROM deleted ORDER BY date"),
             (std::vector<int64_t>{1, 2, 3}));
 
-  exec(platform_schema::kCallHistoryStorePath,
+  exec(kStorePath,
        "INSERT INTO ZCALLRECORD (Z_PK, ZDATE, ZDURATION) VALUES "
        "(1, 100.5, 0), (2, 200.5, 7); DELETE FROM ZCALLRECORD WHERE Z_PK = 2");
-  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
-                   "SELECT ZDURATION FROM ZVZCALLRECORD"),
+  EXPECT_EQ(column(kStorePath, "SELECT ZDURATION FROM ZVZCALLRECORD"),
             (std::vector<int64_t>{7}));
 
   // A call deleted, restored and deleted again is kept once.
   ASSERT_EQ(zvtool("-s 10").status, 0);
-  exec(platform_schema::kCallHistoryDbPath, "DELETE FROM call");
+  exec(kLegacyPath, "DELETE FROM call");
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM deleted"), (std::vector<int64_t>{5}));
 }
 
 TEST_F(ZvtoolTest, InstallNeedsOnlyOneOfTheDatabases) {
   createModern();
   ASSERT_EQ(zvtool("--install").status, 0);
-  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+  EXPECT_EQ(column(kStorePath,
                    "SELECT COUNT(*) FROM sqlite_master WHERE name IN "
                    "('ZVZCALLRECORD', 'zvtool_backup_ZCALLRECORD')"),
             (std::vector<int64_t>{2}));
-  EXPECT_FALSE(fs::exists(root_ + platform_schema::kCallHistoryDbPath));
+  EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
 }
 
 TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   createLegacy();
   ASSERT_EQ(zvtool("--install").status, 0);
   callsThenPlatformDeletes(8, 5500);  // 1000..5000 backed up
-  exec(platform_schema::kCallHistoryDbPath,
+  exec(kLegacyPath,
        "INSERT INTO deleted (ROWID, date) VALUES (20, 9000)");  // too new
   CliResult restored = zvtool("-s 3");
   ASSERT_EQ(restored.status, 0);
@@ -136,8 +132,7 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
 
   // With nothing left to restore the backup still empties.
-  exec(platform_schema::kCallHistoryDbPath,
-       "INSERT INTO deleted (ROWID, date) VALUES (30, 500)");
+  exec(kLegacyPath, "INSERT INTO deleted (ROWID, date) VALUES (30, 500)");
   ASSERT_EQ(zvtool("-s 0").status, 0);
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM call"), (std::vector<int64_t>{6}));
@@ -173,16 +168,14 @@ TEST_F(ZvtoolTest, AFailedRestoreLosesNothing) {
   for (const char* arguments : {"-s 5", "-d 1000", "-c"}) {
     CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 1) << arguments;
-    EXPECT_EQ(run.err, "zvtool: no backup table in " + root_ +
-                           platform_schema::kCallHistoryDbPath +
+    EXPECT_EQ(run.err, "zvtool: no backup table in " + root_ + kLegacyPath +
                            ": run zvtool --install\n");
   }
 
   ASSERT_EQ(zvtool("--install").status, 0);
   callsThenPlatformDeletes(4, 2500);  // 1000 and 2000 backed up
   // The platform reused a row id: putting call 2 back would collide.
-  exec(platform_schema::kCallHistoryDbPath,
-       "INSERT INTO call (ROWID, date) VALUES (2, 2400)");
+  exec(kLegacyPath, "INSERT INTO call (ROWID, date) VALUES (2, 2400)");
   CliResult run = zvtool("-s 5");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.errLines(), 1u) << run.err;
