@@ -79,33 +79,32 @@ TEST_F(KeypadViewsTest, ButtonsFadeWhileDraggingAndComeBackASecondLater) {
           pager->leftArrow()->alpha(), pager->rightArrow()->alpha()};
     });
   };
+  // A finger goes down (and, when `letGo`, lifts again).
+  auto drag = [&](bool letGo) {
+    proc_.run([&] {
+      auto& scroll = *pager->scrollView();
+      scroll.willBeginDragging(scroll);
+      if (letGo) scroll.didEndDecelerating(scroll);
+    });
+  };
   const std::vector<double> faded(4, 0.01), shown(4, 1.0);
   proc_.run([&] {
     pager = ZVKeypadView::make({{0, 45}, {375, 80}});
     pager->setPersons(people(3));
     pager->updateLCDViews();
-    // A finger goes down and stays: the drag has begun, not ended.
-    auto& scroll = *pager->scrollView();
-    scroll.willBeginDragging(scroll);
   });
+  drag(false);
   EXPECT_EQ(alphas(), faded);
   world_.advance(0.9);
   EXPECT_EQ(alphas(), faded);
   // A second drag restarts the second.
-  proc_.run([&] {
-    auto& scroll = *pager->scrollView();
-    scroll.willBeginDragging(scroll);
-  });
+  drag(false);
   world_.advance(0.5);
   EXPECT_EQ(alphas(), faded);
   world_.advance(0.6);
   EXPECT_EQ(alphas(), shown);
   // Letting go brings them back at once.
-  proc_.run([&] {
-    auto& scroll = *pager->scrollView();
-    scroll.willBeginDragging(scroll);
-    scroll.didEndDecelerating(scroll);
-  });
+  drag(true);
   EXPECT_EQ(alphas(), shown);
 }
 
