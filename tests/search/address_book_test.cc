@@ -72,8 +72,7 @@ TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
        "(1, 'Ann', 'Acme', 'R&D', 'Chemist', 'Annie', '" +
            std::to_string(kBirthday) +
            "', ''), (2, 'Bo', NULL, '', NULL, NULL, NULL, 'Call after six')");
-  auto& phone = launch();
-  phone.run([&] {
+  launch().run([&] {
     auto book = ZVAddressBook::sharedInstance();
     EXPECT_EQ(book->getAddressBookInfo(1, 1 | 32), "Acme");
     EXPECT_EQ(book->getAddressBookInfo(1, 63),
@@ -88,8 +87,7 @@ TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
   });
 
   // The birthday takes the device's locale.
-  auto& chinese = launch("zh_CN");
-  chinese.run([&] {
+  launch("zh_CN").run([&] {
     EXPECT_EQ(ZVAddressBook::sharedInstance()->getAddressBookInfo(1, 16),
               "1990年1月5日");
   });
