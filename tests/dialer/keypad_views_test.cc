@@ -79,33 +79,32 @@ TEST_F(KeypadViewsTest, ButtonsFadeWhileDraggingAndComeBackASecondLater) {
           pager->leftArrow()->alpha(), pager->rightArrow()->alpha()};
     });
   };
+  // A finger goes down (and, when `letGo`, lifts again).
+  auto drag = [&](bool letGo) {
+    proc_.run([&] {
+      auto& scroll = *pager->scrollView();
+      scroll.willBeginDragging(scroll);
+      if (letGo) scroll.didEndDecelerating(scroll);
+    });
+  };
   const std::vector<double> faded(4, 0.01), shown(4, 1.0);
   proc_.run([&] {
     pager = ZVKeypadView::make({{0, 45}, {375, 80}});
     pager->setPersons(people(3));
     pager->updateLCDViews();
-    // A finger goes down and stays: the drag has begun, not ended.
-    auto& scroll = *pager->scrollView();
-    scroll.willBeginDragging(scroll);
   });
+  drag(false);
   EXPECT_EQ(alphas(), faded);
   world_.advance(0.9);
   EXPECT_EQ(alphas(), faded);
   // A second drag restarts the second.
-  proc_.run([&] {
-    auto& scroll = *pager->scrollView();
-    scroll.willBeginDragging(scroll);
-  });
+  drag(false);
   world_.advance(0.5);
   EXPECT_EQ(alphas(), faded);
   world_.advance(0.6);
   EXPECT_EQ(alphas(), shown);
   // Letting go brings them back at once.
-  proc_.run([&] {
-    auto& scroll = *pager->scrollView();
-    scroll.willBeginDragging(scroll);
-    scroll.didEndDecelerating(scroll);
-  });
+  drag(true);
   EXPECT_EQ(alphas(), shown);
 }
 
@@ -168,30 +167,30 @@ TEST_F(KeypadViewsTest, NumberFontRampsByLengthAndLongNumbersAreNotSplit) {
 
 TEST_F(KeypadViewsTest, HighlightColoursAreAppliedToTheCentreLabels) {
   // Number red (2), name green (1); the runs outside keep the default.
-  auto& proc = launch(
-      Dict{{"DialerNumberHighlightColor", 2}, {"DialerNameHighlightColor", 1}});
-  proc.run([] {
-    auto pager = ZVKeypadView::make({{0, 45}, {375, 80}});
-    pager->setPersons(people(3));
-    pager->setInputNumber("55");
-    pager->updateLCDViews();
-    auto page = pager->lcdViews()[1];
-    const ui::Color red{1, 0.3137255, 0.3137255, 1};
-    const ui::Color green{0.19607843, 0.82352942, 0.3137255, 1};
-    const ui::Color blue{0, 0.47843137, 1, 1};
-    auto near = [](ui::Color a, ui::Color b) {
-      return std::abs(a.r - b.r) < 1e-6 && std::abs(a.g - b.g) < 1e-6 &&
-             std::abs(a.b - b.b) < 1e-6 && std::abs(a.a - b.a) < 1e-6;
-    };
-    EXPECT_EQ(page->numberLabels()[1]->text(), "55");
-    EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), red));
-    EXPECT_TRUE(near(page->nameLabels()[1]->textColor(), green));
-    EXPECT_FALSE(near(page->numberLabels()[2]->textColor(), red));
-    // A changed code is applied at the next update.
-    page->setNumberHighlightColor(0);
-    page->updateLCDView();
-    EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), blue));
-  });
+  launch(
+      Dict{{"DialerNumberHighlightColor", 2}, {"DialerNameHighlightColor", 1}})
+      .run([] {
+        auto pager = ZVKeypadView::make({{0, 45}, {375, 80}});
+        pager->setPersons(people(3));
+        pager->setInputNumber("55");
+        pager->updateLCDViews();
+        auto page = pager->lcdViews()[1];
+        const ui::Color red{1, 0.3137255, 0.3137255, 1};
+        const ui::Color green{0.19607843, 0.82352942, 0.3137255, 1};
+        const ui::Color blue{0, 0.47843137, 1, 1};
+        auto near = [](ui::Color a, ui::Color b) {
+          return std::abs(a.r - b.r) < 1e-6 && std::abs(a.g - b.g) < 1e-6 &&
+                 std::abs(a.b - b.b) < 1e-6 && std::abs(a.a - b.a) < 1e-6;
+        };
+        EXPECT_EQ(page->numberLabels()[1]->text(), "55");
+        EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), red));
+        EXPECT_TRUE(near(page->nameLabels()[1]->textColor(), green));
+        EXPECT_FALSE(near(page->numberLabels()[2]->textColor(), red));
+        // A changed code is applied at the next update.
+        page->setNumberHighlightColor(0);
+        page->updateLCDView();
+        EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), blue));
+      });
 }
 
 TEST_F(KeypadViewsTest, LabelRunsAndTheirFallbacks) {

@@ -92,6 +92,19 @@ class AvatarThreadsTest : public testing::ListsTest {
     return (cell * 7 + round * 5) % kPeople;
   }
 
+  // Runs show(cell, round) for every cell of every round in the process,
+  // letting the loads finished so far land between rounds.
+  template <typename Show>
+  void runRounds(ThreadedPhone& phone, Show show) {
+    for (int round = 0; round < kRounds; ++round) {
+      {
+        platform::Process::Scope scope(phone.context());
+        for (int i = 0; i < kCells; ++i) show(i, round);
+      }
+      phone.drainMain();
+    }
+  }
+
   // Once every load is done, each cell shows the person of the last round.
   void expectLastPeople(
       ThreadedPhone& phone,
@@ -120,20 +133,12 @@ TEST_F(AvatarThreadsTest,
     ZVRecentsController::sharedInstance()->setHost(host);
     for (int i = 0; i < kCells; ++i) cells.push_back(host->makeCell());
   }
-  for (int round = 0; round < kRounds; ++round) {
-    {
-      platform::Process::Scope scope(phone.context());
-      auto controller = ZVRecentsController::sharedInstance();
-      for (int i = 0; i < kCells; ++i) {
-        auto call = host->makeCall(
-            {.number = "10086", .person = people_[personFor(i, round)]});
-        host->show(cells[i], call, "name", "label");
-        controller->avatarCell(cells[i]);
-      }
-    }
-    // Some loads have finished by now, others are still running.
-    phone.drainMain();
-  }
+  runRounds(phone, [&](int i, int round) {
+    auto call = host->makeCall(
+        {.number = "10086", .person = people_[personFor(i, round)]});
+    host->show(cells[i], call, "name", "label");
+    ZVRecentsController::sharedInstance()->avatarCell(cells[i]);
+  });
   expectLastPeople(phone, cells);
 }
 
@@ -149,23 +154,17 @@ TEST_F(AvatarThreadsTest,
     for (int i = 0; i < kCells; ++i)
       cells.push_back(host->makeListCell({.name = "name"}));
   }
-  for (int round = 0; round < kRounds; ++round) {
-    {
-      platform::Process::Scope scope(phone.context());
-      auto controller = ZVContactsController::sharedInstance();
-      for (int i = 0; i < kCells; ++i) {
-        host->listCell(cells[i]).person = people_[personFor(i, round)];
-        controller->avatarCell(cells[i]);
-        // A card opened meanwhile drops a picture that may be loading.
-        if (i % 5 == round % 5) {
-          auto card = rt::create(rt::registerClass("FakeCard"));
-          host->showContact(card, personFor(i, round) + 1);
-          controller->viewWillAppear(card);
-        }
-      }
+  runRounds(phone, [&](int i, int round) {
+    auto controller = ZVContactsController::sharedInstance();
+    host->listCell(cells[i]).person = people_[personFor(i, round)];
+    controller->avatarCell(cells[i]);
+    // A card opened meanwhile drops a picture that may be loading.
+    if (i % 5 == round % 5) {
+      auto card = rt::create(rt::registerClass("FakeCard"));
+      host->showContact(card, personFor(i, round) + 1);
+      controller->viewWillAppear(card);
     }
-    phone.drainMain();
-  }
+  });
   expectLastPeople(phone, cells);
 }
 

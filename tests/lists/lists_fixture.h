@@ -68,13 +68,15 @@ class FakeRecentsHost : public RecentsHost {
                                                 double labelSize = 14) {
     auto cell = ui::UITableViewCell::make(ui::CellStyle::Default, "recents");
     cell->setFrame({{0, 0}, {375, 56}});
+    auto label = [](double size, ui::Rect frame) {
+      auto l = ui::make<ui::UILabel>();
+      l->setFont({"Helvetica", size});
+      l->setFrame(frame);
+      return l;
+    };
     FakeRow row;
-    row.name = ui::make<ui::UILabel>();
-    row.name->setFont({"Helvetica", nameSize});
-    row.name->setFrame({{15, 8}, {250, 22}});
-    row.label = ui::make<ui::UILabel>();
-    row.label->setFont({"Helvetica", labelSize});
-    row.label->setFrame({{15, 32}, {250, 18}});
+    row.name = label(nameSize, {{15, 8}, {250, 22}});
+    row.label = label(labelSize, {{15, 32}, {250, 18}});
     row.count = ui::make<ui::UILabel>();
     row.count->setFont({"Helvetica", nameSize});
     row.icon = ui::make<ui::UIImageView>();
@@ -174,11 +176,12 @@ class FakeContactsHost : public ContactsHost {
   // A card's phone cell: label and value.
   rt::Id makePhoneCell(std::string label, std::string value) {
     auto cell = rt::create(rt::registerClass("FakePhoneNumberCell"));
-    auto l = ui::make<ui::UILabel>();
-    l->setText(std::move(label));
-    auto v = ui::make<ui::UILabel>();
-    v->setText(std::move(value));
-    phones_[cell.get()] = {l, v};
+    auto text = [](std::string t) {
+      auto l = ui::make<ui::UILabel>();
+      l->setText(std::move(t));
+      return l;
+    };
+    phones_[cell.get()] = {text(std::move(label)), text(std::move(value))};
     return cell;
   }
   std::shared_ptr<ui::UILabel> label(const rt::Id& cell) {

@@ -47,6 +47,15 @@ class RecentsTest : public testing::RecentsControllerTest {
   rt::Id call(FakeCall data) {
     return run([&] { return host_->makeCall(std::move(data)); });
   }
+  // A new row showing a new call with the host's texts.
+  std::shared_ptr<ui::UITableViewCell> shown(FakeCall data, std::string name,
+                                             std::string label,
+                                             double nameSize = 17,
+                                             double labelSize = 14) {
+    auto row = cell(nameSize, labelSize);
+    host_->show(row, call(std::move(data)), std::move(name), std::move(label));
+    return row;
+  }
   std::string labelText(const rt::Id& c) { return host_->row(c).label->text(); }
 };
 
@@ -134,8 +143,7 @@ TEST_F(RecentsTest, SettingsAndSystemVersionDecideWhoGetsWhichArea) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.version + (" " + c.label));
     begin(c.settings, c.version);
-    auto row = cell();
-    host_->show(row, call(c.call), "x", c.label);
+    auto row = shown(c.call, "x", c.label);
     run([&] { controller_->areaCell(row); });
     EXPECT_EQ(labelText(row), c.expected);
   }
@@ -201,8 +209,7 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
     SCOPED_TRACE(c.expected);
     begin({{"CallHistoryRingDuration", true}}, c.version);
     if (c.chinese) proc_->setLocalizedStrings({{"sec", "秒"}});
-    auto row = cell();
-    host_->show(row, call(c.call), "x", c.label);
+    auto row = shown(c.call, "x", c.label);
     decorate(row);
     // The same row decorated again (a reused cell that kept its texts).
     decorate(row);
@@ -221,9 +228,8 @@ TEST_F(RecentsTest, BlanksFollowTheFontSizesAndAreNotRepeated) {
                {13, 11, 9, 10},  {21.5, 15, 6, 8},  {20, 16, 6, 10},
                {18.5, 15, 6, 8}, {19, 12, 7, 10}};
   for (const Case& c : cases) {
-    auto row = cell(c.nameSize, c.labelSize);
-    host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei",
-                "mobile");
+    auto row = shown({.number = testing::kUnknownNumber}, "Li Lei", "mobile",
+                     c.nameSize, c.labelSize);
     decorate(row);
     decorate(row);
     EXPECT_EQ(host_->row(row).name->text(),
@@ -236,9 +242,7 @@ TEST_F(RecentsTest, BlanksFollowTheFontSizesAndAreNotRepeated) {
 
 TEST_F(RecentsTest, CallTypeIconMovesAfterTheNameOrToTheLabelLine) {
   begin({{"EnableAvatar", true}, {"EnableArea", false}});
-  auto row = cell();
-  host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei",
-              "mobile");
+  auto row = shown({.number = testing::kUnknownNumber}, "Li Lei", "mobile");
   decorate(row);
   decorate(row);
   auto& r = host_->row(row);
@@ -279,8 +283,7 @@ TEST_F(RecentsTest, CallTypeIconMovesAfterTheNameOrToTheLabelLine) {
 
 TEST_F(RecentsTest, BeforeEightTheCountComesFromItsViewAndTheIconSitsHigher) {
   begin({{"EnableAvatar", true}, {"EnableArea", false}}, "7.1");
-  auto row = cell();
-  host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei", "");
+  auto row = shown({.number = testing::kUnknownNumber}, "Li Lei", "");
   auto& r = host_->row(row);
   r.grouped = 5;  // not asked before 8.0
   r.count->setText("(2)");
@@ -295,8 +298,7 @@ TEST_F(RecentsTest, BeforeEightTheCountComesFromItsViewAndTheIconSitsHigher) {
 
   // The same row on 8.x sits 4 points lower.
   begin({{"EnableAvatar", true}, {"EnableArea", false}});
-  auto row8 = cell();
-  host_->show(row8, call({.number = testing::kUnknownNumber}), "Li Lei", "");
+  auto row8 = shown({.number = testing::kUnknownNumber}, "Li Lei", "");
   run([&] { controller_->avatarCell(row8); });
   auto icon8 = row8->contentView()->viewWithTag(10086);
   ASSERT_TRUE(icon8);
@@ -308,14 +310,11 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   const ui::Pixel red{255, 0, 0, 255};
   auto withPicture = std::make_shared<FakePerson>(21, true, red);
   auto noPicture = std::make_shared<FakePerson>(22, false);
-  auto row = cell();
-  host_->show(row, call({.number = kBeijingMobile, .person = withPicture}),
-              "Li Lei", "mobile");
-  auto plain = cell();
-  host_->show(plain, call({.number = kBeijingMobile, .person = noPicture}),
-              "Han Meimei", "home");
-  auto stranger = cell();
-  host_->show(stranger, call({.number = kShanghaiMobile}), kShanghaiMobile, "");
+  auto row = shown({.number = kBeijingMobile, .person = withPicture}, "Li Lei",
+                   "mobile");
+  auto plain = shown({.number = kBeijingMobile, .person = noPicture},
+                     "Han Meimei", "home");
+  auto stranger = shown({.number = kShanghaiMobile}, kShanghaiMobile, "");
   decorate(row);
   decorate(plain);
   decorate(stranger);
@@ -338,17 +337,15 @@ TEST_F(RecentsTest, AvatarIsTheCachedPictureOrLoadsBehindThePlaceholder) {
   EXPECT_EQ(strangerImage->tag(), avatarViewTag(-1));
 
   // Now cached: a second row of the same contact shows it at once.
-  auto again = cell();
-  host_->show(again, call({.number = kBeijingMobile, .person = withPicture}),
-              "Li Lei", "mobile");
+  auto again = shown({.number = kBeijingMobile, .person = withPicture},
+                     "Li Lei", "mobile");
   decorate(again);
   EXPECT_TRUE(testing::allPixels(again->imageView()->image(), red));
 }
 
 TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {
   begin({{"EnableAvatar", true}, {"AvatarCallHistory", false}});
-  auto row = cell();
-  host_->show(row, call({.number = testing::kUnknownNumber}), "Li Lei", "x");
+  auto row = shown({.number = testing::kUnknownNumber}, "Li Lei", "x");
   decorate(row);
   run([&] { controller_->avatarLayoutCell(row); });
   EXPECT_EQ(host_->row(row).name->text(), "Li Lei");

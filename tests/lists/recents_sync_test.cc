@@ -5,6 +5,7 @@
 
 #include "lists/recents_controller.h"
 #include "lists_fixture.h"
+#include "support/call_rows.h"
 
 namespace zv {
 namespace {
@@ -24,9 +25,6 @@ class RecentsSyncTest : public testing::RecentsControllerTest {
     vc_ = run([] { return rt::create(rt::registerClass("FakeVC")); });
   }
 
-  void exec(const std::string& sql) {
-    testing::execSql(root_ + platform_schema::kCallHistoryStorePath, sql);
-  }
   std::vector<double> dates(const char* table) {
     return testing::columnValues<double>(
         root_ + platform_schema::kCallHistoryStorePath,
@@ -34,13 +32,9 @@ class RecentsSyncTest : public testing::RecentsControllerTest {
   }
   // `count` calls in `table` with dates first, first + 1, ...
   void addCalls(const char* table, int firstPk, double first, int count) {
-    std::string sql = "BEGIN;";
     for (int i = 0; i < count; ++i)
-      sql += std::string("INSERT INTO ") + table +
-             " (Z_PK, ZDATE, ZDURATION, ZADDRESS) VALUES (" +
-             std::to_string(firstPk + i) + ", " + std::to_string(first + i) +
-             ", 0, '10086');";
-    exec(sql + "COMMIT");
+      testing::insertModernCall(root_, firstPk + i, first + i, "10086", 0,
+                                false, table);
   }
   size_t changedPosts() {
     size_t n = 0;

@@ -61,9 +61,6 @@ class GroupScreensTest : public MessagesTest {
     alert->inputText = name;
     process_->pressAlertButton(button);
   }
-  void writeRaw(const std::string& bytes) {
-    writeDeviceFile(kRecipientsFile, bytes);
-  }
 
   std::shared_ptr<ui::UINavigationController> nav_;
   std::shared_ptr<ui::UIViewController> presenter_;
@@ -277,7 +274,7 @@ TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyOrLoseOnlyTheirBadLists) {
   for (const auto& [what, bytes] : damaged) {
     SCOPED_TRACE(what);
     std::filesystem::remove(root_ + kRecipientsFile);
-    if (what != "missing") writeRaw(bytes);
+    if (what != "missing") writeDeviceFile(kRecipientsFile, bytes);
     launchMessages({}).run([&] {
       auto g = open(kTwo);
       EXPECT_TRUE(g->savedRecipientsNames().empty());

@@ -60,17 +60,15 @@ class FakeSMSHost : public ZVSMSHost {
     FakeListCell c;
     c.cell = ui::UITableViewCell::make(ui::CellStyle::Subtitle, "cell");
     c.cell->setFrame({{0, 0}, {320, 76}});
-    c.from = ui::make<ui::UILabel>();
-    c.from->setFrame({{15, 10}, {200, 20}});
-    c.date = ui::make<ui::UILabel>();
-    c.date->setFrame({{250, 10}, {60, 20}});
-    c.summary = ui::make<ui::UILabel>();
-    c.summary->setFrame({{15, 20}, {290, 40}});
-    c.unread = ui::make<ui::UIImageView>();
-    c.unread->setFrame({{3, 30}, {10, 10}});
-    for (auto v : {c.from, c.date, c.summary})
-      c.cell->contentView()->addSubview(v);
-    c.cell->contentView()->addSubview(c.unread);
+    auto add = [&](auto view, ui::Rect frame) {
+      view->setFrame(frame);
+      c.cell->contentView()->addSubview(view);
+      return view;
+    };
+    c.from = add(ui::make<ui::UILabel>(), {{15, 10}, {200, 20}});
+    c.date = add(ui::make<ui::UILabel>(), {{250, 10}, {60, 20}});
+    c.summary = add(ui::make<ui::UILabel>(), {{15, 20}, {290, 40}});
+    c.unread = add(ui::make<ui::UIImageView>(), {{3, 30}, {10, 10}});
     auto key = c.cell.get();
     return cells_[key] = std::move(c);
   }

@@ -29,36 +29,36 @@ class SMSControllerTest : public MessagesTest {
 };
 
 TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsTheSettings) {
-  auto& p = launchMessages(
-      {{"EnableArea", Value(true)}, {"AreaOnlyStrangers", Value(true)}});
-  p.run([&] {
-    auto c = ZVSMSController::sharedInstance();
-    const std::string area = ZVAreaLoader::sharedInstance()
-                                 ->getArea(kMobile, true, false)
-                                 .value_or("");
-    ASSERT_FALSE(area.empty());
-    auto& cell = host_->addListCell();
-    auto stranger = conversation(kMobile);
-    c->areaCell(cell.cell, stranger);
-    c->areaCell(cell.cell, stranger);
-    auto label = areaLabel(cell);
-    ASSERT_NE(label, nullptr);
-    EXPECT_EQ(label->text(), area);
-    EXPECT_EQ(label->font().size, 14);
-    EXPECT_FALSE(label->userInteractionEnabled());
-    size_t tagged = 0;
-    for (const auto& v : cell.cell->contentView()->subviews())
-      tagged += v->tag() == ZVSMSController::kAreaLabelTag;
-    EXPECT_EQ(tagged, 1u);
+  launchMessages(
+      {{"EnableArea", Value(true)}, {"AreaOnlyStrangers", Value(true)}})
+      .run([&] {
+        auto c = ZVSMSController::sharedInstance();
+        const std::string area = ZVAreaLoader::sharedInstance()
+                                     ->getArea(kMobile, true, false)
+                                     .value_or("");
+        ASSERT_FALSE(area.empty());
+        auto& cell = host_->addListCell();
+        auto stranger = conversation(kMobile);
+        c->areaCell(cell.cell, stranger);
+        c->areaCell(cell.cell, stranger);
+        auto label = areaLabel(cell);
+        ASSERT_NE(label, nullptr);
+        EXPECT_EQ(label->text(), area);
+        EXPECT_EQ(label->font().size, 14);
+        EXPECT_FALSE(label->userInteractionEnabled());
+        size_t tagged = 0;
+        for (const auto& v : cell.cell->contentView()->subviews())
+          tagged += v->tag() == ZVSMSController::kAreaLabelTag;
+        EXPECT_EQ(tagged, 1u);
 
-    // The same cell reused for a contact's conversation loses the area.
-    c->areaCell(cell.cell, conversation(kMobile, 4));
-    EXPECT_EQ(label->text(), "");
-    // An unknown number clears it as well.
-    c->areaCell(cell.cell, stranger);
-    c->areaCell(cell.cell, conversation("abc"));
-    EXPECT_EQ(label->text(), "");
-  });
+        // The same cell reused for a contact's conversation loses the area.
+        c->areaCell(cell.cell, conversation(kMobile, 4));
+        EXPECT_EQ(label->text(), "");
+        // An unknown number clears it as well.
+        c->areaCell(cell.cell, stranger);
+        c->areaCell(cell.cell, conversation("abc"));
+        EXPECT_EQ(label->text(), "");
+      });
   // Without the rule contacts keep their area; with the switch off there is
   // no label at all.
   launchMessages(kAreaOn).run([&] {
@@ -77,8 +77,7 @@ TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsTheSettings) {
 }
 
 TEST_F(SMSControllerTest, AreaStandsBesideTheSenderAndIsClippedByTheDate) {
-  auto& p = launchMessages(kAreaOn);
-  p.run([&] {
+  launchMessages(kAreaOn).run([&] {
     auto c = ZVSMSController::sharedInstance();
     auto& cell = host_->addListCell();
     cell.from->setText("Li");
@@ -149,8 +148,7 @@ TEST_F(SMSControllerTest, ListPictureIsPlaceholderFirstThenTheFetchedOne) {
 }
 
 TEST_F(SMSControllerTest, PicturesOnlyOnTheSmallScreensAndWhenSwitchedOn) {
-  auto& big = launchMessages(kAvatarOn, fourPointSevenInch());
-  big.run([&] {
+  launchMessages(kAvatarOn, fourPointSevenInch()).run([&] {
     auto& cell = host_->addListCell();
     auto c = ZVSMSController::sharedInstance();
     c->avatarCell(cell.cell, conversation(kMobile));
@@ -158,19 +156,17 @@ TEST_F(SMSControllerTest, PicturesOnlyOnTheSmallScreensAndWhenSwitchedOn) {
     EXPECT_EQ(cell.cell->imageView()->image(), nullptr);
     EXPECT_EQ(cell.summary->frame().origin.x, 15);
   });
-  auto& off = launchMessages(
-      {{"EnableAvatar", Value(true)}, {"AvatarSMS", Value(false)}});
-  off.run([&] {
-    auto& cell = host_->addListCell();
-    ZVSMSController::sharedInstance()->avatarCell(cell.cell,
-                                                  conversation(kMobile));
-    EXPECT_EQ(cell.cell->imageView()->image(), nullptr);
-  });
+  launchMessages({{"EnableAvatar", Value(true)}, {"AvatarSMS", Value(false)}})
+      .run([&] {
+        auto& cell = host_->addListCell();
+        ZVSMSController::sharedInstance()->avatarCell(cell.cell,
+                                                      conversation(kMobile));
+        EXPECT_EQ(cell.cell->imageView()->image(), nullptr);
+      });
 }
 
 TEST_F(SMSControllerTest, LayoutMovesTheLabelsBesideThePicture) {
-  auto& p = launchMessages(kAvatarOn, fourInch("7.1"));
-  p.run([&] {
+  launchMessages(kAvatarOn, fourInch("7.1")).run([&] {
     auto c = ZVSMSController::sharedInstance();
     auto& cell = host_->addListCell();
     auto v = conversation(kMobile);
@@ -195,8 +191,7 @@ TEST_F(SMSControllerTest, LayoutMovesTheLabelsBesideThePicture) {
     EXPECT_EQ(editing.from->frame(), (ui::Rect{{70, 10}, {150, 20}}));
     EXPECT_EQ(editing.cell->separatorInset().left, 108);
   });
-  auto& eight = launchMessages(kAvatarOn);
-  eight.run([&] {
+  launchMessages(kAvatarOn).run([&] {
     auto c = ZVSMSController::sharedInstance();
     auto& cell = host_->addListCell();
     auto v = conversation(kMobile);
@@ -214,8 +209,7 @@ TEST_F(SMSControllerTest, ChatPicturesForReceivedAndSentMessages) {
   addPicture(3, {0, 0, 255, 255});
   auto settings = kAvatarOn;
   settings["MyInfo"] = Value(3);
-  auto& p = launchMessages(settings);
-  p.run([&] {
+  launchMessages(settings).run([&] {
     auto c = ZVSMSController::sharedInstance();
     auto transcript = composer();
     transcript->record = 7;
@@ -253,8 +247,7 @@ TEST_F(SMSControllerTest, ChatPicturesForReceivedAndSentMessages) {
 }
 
 TEST_F(SMSControllerTest, GroupButtonOnlyOnANewMessageWithoutALeftButton) {
-  auto& p = launchMessages({{"SMSSelectGroup", Value(true)}});
-  p.run([&] {
+  launchMessages({{"SMSSelectGroup", Value(true)}}).run([&] {
     auto c = ZVSMSController::sharedInstance();
     auto fresh = composer();
     c->groupButton(fresh);
@@ -277,8 +270,7 @@ TEST_F(SMSControllerTest, GroupButtonOnlyOnANewMessageWithoutALeftButton) {
     c->groupButton(reply);
     EXPECT_EQ(reply->navigationItem()->leftBarButtonItem, nullptr);
   });
-  auto& off = launchMessages({});
-  off.run([&] {
+  launchMessages({}).run([&] {
     auto fresh = composer();
     ZVSMSController::sharedInstance()->groupButton(fresh);
     EXPECT_EQ(fresh->navigationItem()->leftBarButtonItem, nullptr);

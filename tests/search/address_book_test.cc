@@ -9,6 +9,7 @@
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "support/device_db.h"
+#include "support/device_files.h"
 #include "support/picture_rows.h"
 #include "support/sim_fixture.h"
 
@@ -30,12 +31,16 @@ constexpr double kBirthday = 631497600.0 - 978307200.0;
 class AddressBookTest : public testing::SimTest {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(platform_schema::createDatabase(
-        root_ + platform_schema::kAddressBookPath,
-        platform_schema::Database::kAddressBook));
-    ASSERT_TRUE(platform_schema::createDatabase(
-        root_ + platform_schema::kAddressBookImagesPath,
-        platform_schema::Database::kAddressBookImages));
+    for (auto [path, which] :
+         {std::pair{platform_schema::kAddressBookPath,
+                    platform_schema::Database::kAddressBook},
+          std::pair{platform_schema::kAddressBookImagesPath,
+                    platform_schema::Database::kAddressBookImages}})
+      ASSERT_TRUE(platform_schema::createDatabase(root_ + path, which));
+  }
+  void writeSettings(const Dict& settings) {
+    testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                        settings);
   }
 
   void exec(const char* devicePath, const std::string& sql) {
@@ -67,8 +72,7 @@ TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
        "(1, 'Ann', 'Acme', 'R&D', 'Chemist', 'Annie', '" +
            std::to_string(kBirthday) +
            "', ''), (2, 'Bo', NULL, '', NULL, NULL, NULL, 'Call after six')");
-  auto& phone = launch();
-  phone.run([&] {
+  launch().run([&] {
     auto book = ZVAddressBook::sharedInstance();
     EXPECT_EQ(book->getAddressBookInfo(1, 1 | 32), "Acme");
     EXPECT_EQ(book->getAddressBookInfo(1, 63),
@@ -83,8 +87,7 @@ TEST_F(AddressBookTest, FactsFollowTheMaskAndSkipEmptyColumns) {
   });
 
   // The birthday takes the device's locale.
-  auto& chinese = launch("zh_CN");
-  chinese.run([&] {
+  launch("zh_CN").run([&] {
     EXPECT_EQ(ZVAddressBook::sharedInstance()->getAddressBookInfo(1, 16),
               "1990年1月5日");
   });
@@ -225,9 +228,7 @@ TEST_F(AddressBookTest, TheFiveHundredthPictureEmptiesTheCacheFirst) {
 }
 
 TEST_F(AddressBookTest, OwnPictureComesFromMyInfoAndIsLookedForOnce) {
-  ASSERT_TRUE(plist::writeFile(root_ + "/var/mobile/Library/Preferences/"
-                                       "zorvel.plist",
-                               Value(Dict{{"MyInfo", Value(3)}})));
+  writeSettings({{"MyInfo", Value(3)}});
   addPicture(3, 0, kBlue, 120, 60);
   launch().run([&] {
     auto book = ZVAddressBook::sharedInstance();
@@ -241,9 +242,7 @@ TEST_F(AddressBookTest, OwnPictureComesFromMyInfoAndIsLookedForOnce) {
   });
 
   auto& other = launch();
-  ASSERT_TRUE(plist::writeFile(root_ + "/var/mobile/Library/Preferences/"
-                                       "zorvel.plist",
-                               Value(Dict{{"MyInfo", Value(4)}})));
+  writeSettings({{"MyInfo", Value(4)}});
   other.run([&] {
     auto book = ZVAddressBook::sharedInstance();
     EXPECT_EQ(book->getMyAvatarWithSize({28, 28}), nullptr);

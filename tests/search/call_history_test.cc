@@ -10,6 +10,7 @@
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/ring_duration_file.h"
+#include "support/call_rows.h"
 #include "support/device_db.h"
 #include "support/sim_fixture.h"
 
@@ -36,19 +37,11 @@ class CallHistoryTest : public testing::SimTest {
     return testing::columnValues<double>(root_ + devicePath, sql);
   }
 
-  // Calls on 8.x: (Z_PK, ZDATE, ZDURATION).
   void addCall(int pk, double date, double duration) {
-    exec(platform_schema::kCallHistoryStorePath,
-         "INSERT INTO ZCALLRECORD (Z_PK, ZDATE, ZDURATION, ZREAD, ZADDRESS) "
-         "VALUES (" +
-             std::to_string(pk) + ", " + std::to_string(date) + ", " +
-             std::to_string(duration) + ", 1, '10086')");
+    testing::insertModernCall(root_, pk, date, "10086", duration);
   }
   void addLegacyCall(int rowid, int64_t date, int duration) {
-    exec(platform_schema::kCallHistoryDbPath,
-         "INSERT INTO call (ROWID, address, date, duration, flags) VALUES (" +
-             std::to_string(rowid) + ", '10086', " + std::to_string(date) +
-             ", " + std::to_string(duration) + ", 4)");
+    testing::insertLegacyCall(root_, rowid, date, "10086", duration);
   }
 
   platform::SimProcess& launch(const char* version = "8.1",

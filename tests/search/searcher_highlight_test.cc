@@ -60,21 +60,26 @@ TEST(HighlightTest, NameRangesByTheFormThatMatched) {
 }
 
 TEST(HighlightTest, NumberRanges) {
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("138-0013-8000", "138"),
-            (R{0, 3}));
-  // Separators between matched digits are taken in.
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("138-0013-8000", "800"),
-            (R{2, 4}));
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("138-0013-8000", "3800"),
-            (R{1, 5}));
-  // A key as long as the number, or covering all of it, shows nothing.
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("10086", "10086"), (R{}));
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("100-86", "10086"), (R{}));
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("100-86", ""), (R{}));
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("123", "9"), (R{}));
-  // Running out of digits ends the search at once.
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("1-2-3", "34"), (R{}));
-  EXPECT_EQ(ZVSearcher::getHighlightNumberRange("+86 10", "86"), (R{1, 2}));
+  const struct {
+    const char *number, *key;
+    R range;
+  } cases[] = {
+      {"138-0013-8000", "138", {0, 3}},
+      // Separators between matched digits are taken in.
+      {"138-0013-8000", "800", {2, 4}},
+      {"138-0013-8000", "3800", {1, 5}},
+      // A key as long as the number, or covering all of it, shows nothing.
+      {"10086", "10086", {}},
+      {"100-86", "10086", {}},
+      {"100-86", "", {}},
+      {"123", "9", {}},
+      // Running out of digits ends the search at once.
+      {"1-2-3", "34", {}},
+      {"+86 10", "86", {1, 2}},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ZVSearcher::getHighlightNumberRange(c.number, c.key), c.range)
+        << c.number << " " << c.key;
 }
 
 }  // namespace

@@ -225,8 +225,7 @@ TEST_F(SearcherLoadTest, CallHistoryOfBothPlatformGenerations) {
   writeCalls({"10086"}, /*store=*/true);
   platform::DeviceFacts old;
   old.systemVersion = "7.1";
-  auto& seven = world_.launch("com.apple.mobilephone", old);
-  seven.run([&] {
+  world_.launch("com.apple.mobilephone", old).run([&] {
     auto s = ZVSearcher::sharedInstance();
     ASSERT_EQ(s->callHistory().size(), 2u);  // "" and letters are skipped
     EXPECT_EQ(s->callHistory()[0], s->persons()[0]);

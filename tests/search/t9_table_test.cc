@@ -19,15 +19,12 @@ TEST(T9TableTest, LetterMapAndCharacterLengths) {
   EXPECT_EQ(keypadLetter('Q'), '7');
   EXPECT_EQ(keypadLetter('1'), 0);
 
-  EXPECT_EQ(utf8CharLength('a'), 1);
-  EXPECT_EQ(utf8CharLength(0x80), 1);  // stray continuation byte
-  EXPECT_EQ(utf8CharLength(0xC3), 2);
-  EXPECT_EQ(utf8CharLength(0xE5), 3);
-  EXPECT_EQ(utf8CharLength(0xF0), 4);
-  EXPECT_EQ(utf8CharLength(0xF8), 5);
-  EXPECT_EQ(utf8CharLength(0xFC), 6);
-  EXPECT_EQ(utf8CharLength(0xFE), 7);
-  EXPECT_EQ(utf8CharLength(0xFF), 1);
+  // 0x80 is a stray continuation byte.
+  const std::pair<unsigned char, int> lengths[] = {
+      {'a', 1},  {0x80, 1}, {0xC3, 2}, {0xE5, 3}, {0xF0, 4},
+      {0xF8, 5}, {0xFC, 6}, {0xFE, 7}, {0xFF, 1}};
+  for (auto [lead, length] : lengths)
+    EXPECT_EQ(utf8CharLength(lead), length) << int(lead);
 }
 
 TEST(T9TableTest, BucketArithmetic) {

@@ -6,6 +6,7 @@
 #include "hostsdk/telephony.h"
 #include "platform/platform.h"
 #include "search/call_history.h"
+#include "support/call_rows.h"
 #include "telephony_fixture.h"
 
 namespace zv::testing {
@@ -33,10 +34,8 @@ TEST_P(CallHistoryRowsTest, UnansweredCallRingsTwelveSecondsAndLeavesOneRow) {
   for (int second = 0; second < 12; ++second) {
     world_.advance(second == 0 ? 0 : 1);
     in(springboard, [&] {
-      rt::Id center =
-          rt::send(rt::classObject(rt::getClass(sdk::TUCallCenter::kName)),
-                   sdk::TUCallCenter::sharedInstance);
-      rt::Id call = rt::send(center, sdk::TUCallCenter::incomingCall);
+      rt::Id call =
+          rt::send(platform::callCenter(), sdk::TUCallCenter::incomingCall);
       ASSERT_NE(call, nullptr) << "at second " << second;
       EXPECT_EQ(rt::send(call, sdk::TUCall::status), kCallRinging);
     });
@@ -57,8 +56,8 @@ TEST_P(CallHistoryRowsTest, UnansweredCallRingsTwelveSecondsAndLeavesOneRow) {
       root_ + (modern() ? ps::kCallHistoryDbPath : ps::kCallHistoryStorePath)))
       << "only the generation's own database is written";
   in(springboard, [&] {
-    rt::Id center = platform::callCenter();
-    EXPECT_EQ(rt::send(center, sdk::TUCallCenter::incomingCall), nullptr);
+    EXPECT_EQ(rt::send(platform::callCenter(), sdk::TUCallCenter::incomingCall),
+              nullptr);
   });
 }
 
@@ -144,14 +143,10 @@ TEST_P(CallHistoryRowsTest, NewRowsFollowRowsAlreadyThere) {
   const auto which = ps::callHistoryDatabase(GetParam());
   const std::string file = root_ + ps::callHistoryPath(which);
   ASSERT_TRUE(ps::createDatabase(file, which));
-  {
-    sql::Database db(file, sql::Database::Mode::kReadWrite);
-    ASSERT_TRUE(db.exec(
-        modern() ? "INSERT INTO ZCALLRECORD (Z_PK, ZDATE, ZDURATION, "
-                   "ZADDRESS) VALUES (40, 999999999, 61, '10010')"
-                 : "INSERT INTO call (ROWID, address, date, duration, flags) "
-                   "VALUES (40, '10010', 2000000000, 61, 4)"));
-  }
+  if (modern())
+    insertModernCall(root_, 40, 999999999, "10010", 61);
+  else
+    insertLegacyCall(root_, 40, 2000000000, "10010", 61);
   launch("com.apple.springboard", GetParam());
   network().remoteHangup(network().incoming("13800138000"));
 

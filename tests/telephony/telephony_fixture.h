@@ -14,6 +14,7 @@
 #include "platform/runtime/object.h"
 #include "platform/sim/sim_platform.h"
 #include "platform/telephony/call_objects.h"
+#include "support/device_db.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -58,30 +59,25 @@ class TelephonyTest : public SimTest {
   void writeAddressBook(const std::vector<Phone>& phones) {
     const std::string file = root_ + ps::kAddressBookPath;
     ASSERT_TRUE(ps::createDatabase(file, ps::Database::kAddressBook));
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
+    std::string sql;
     int uid = 0;
     for (const Phone& p : phones) {
-      std::string sql =
-          "INSERT OR IGNORE INTO ABPerson (ROWID, First) VALUES (" +
-          std::to_string(p.record) + ", 'P');";
-      std::string labelId = "NULL";
-      if (!p.label.empty()) {
+      const std::string labelId =
+          p.label.empty()
+              ? "NULL"
+              : "(SELECT ROWID FROM ABMultiValueLabel WHERE value = '" +
+                    p.label + "')";
+      if (!p.label.empty())
         sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" +
                p.label + "');";
-        labelId = "(SELECT ROWID FROM ABMultiValueLabel WHERE value = '" +
-                  p.label + "')";
-      }
-      sql +=
-          "INSERT INTO ABMultiValue (UID, record_id, property, "
-          "identifier, label, value) VALUES (" +
-          std::to_string(++uid) + ", " + std::to_string(p.record) + ", 3, 0, " +
-          labelId + ", '" + p.number + "');";
-      ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr),
-                SQLITE_OK)
-          << sqlite3_errmsg(db);
+      sql += "INSERT OR IGNORE INTO ABPerson (ROWID, First) VALUES (" +
+             std::to_string(p.record) +
+             ", 'P');INSERT INTO ABMultiValue (UID, record_id, property, "
+             "identifier, label, value) VALUES (" +
+             std::to_string(++uid) + ", " + std::to_string(p.record) +
+             ", 3, 0, " + labelId + ", '" + p.number + "');";
     }
-    sqlite3_close(db);
+    execSql(file, sql);
   }
 
   // Every row of the 8.x store, oldest primary key first.
@@ -120,25 +116,13 @@ class TelephonyTest : public SimTest {
   platform::SimTelephony& network() { return world_.telephony(); }
 
   // Options of an incoming call.
-  static platform::IncomingOptions hidden() {
-    platform::IncomingOptions o;
-    o.hidden = true;
-    return o;
-  }
-  static platform::IncomingOptions video() {
-    platform::IncomingOptions o;
-    o.video = true;
-    return o;
-  }
+  static platform::IncomingOptions hidden() { return {.hidden = true}; }
+  static platform::IncomingOptions video() { return {.video = true}; }
   static platform::IncomingOptions contact(int32_t record) {
-    platform::IncomingOptions o;
-    o.abUID = record;
-    return o;
+    return {.abUID = record};
   }
   static platform::IncomingOptions platformBlocked() {
-    platform::IncomingOptions o;
-    o.platformBlocked = true;
-    return o;
+    return {.platformBlocked = true};
   }
 };
 
