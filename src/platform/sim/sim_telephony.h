@@ -38,10 +38,10 @@ class SimWorld;
 class SimProcess;
 
 struct IncomingOptions {
-  bool hidden = false;           // the caller withholds the number
-  std::optional<int32_t> abUID;  // report this record instead of a lookup
-  bool platformBlocked = false;  // on the platform's blocked-callers list
-  bool video = false;            // a video call (incomingVideoCall)
+  bool hidden = false;             // the caller withholds the number
+  std::optional<int32_t> abUID{};  // report this record instead of a lookup
+  bool platformBlocked = false;    // on the platform's blocked-callers list
+  bool video = false;              // a video call (incomingVideoCall)
 };
 
 class SimTelephony {
