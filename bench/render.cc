@@ -18,7 +18,7 @@
 #include "hosts/phone/app.h"
 #include "platform/render/renderer.h"
 #include "platform/sim/device_presets.h"
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/scenes.h"
 
 namespace {
 

@@ -63,6 +63,44 @@ TEST_F(UIModelTest, ViewTreeFindsTagsDepthFirstAndVisibilityGatesTouches) {
   });
 }
 
+TEST_F(UIModelTest, HitTestFindsTheTopmostTouchableViewUnderAPoint) {
+  proc_.run([] {
+    auto root = make<UIView>();
+    root->setFrame({{0, 0}, {100, 100}});
+    auto under = make<UIView>();
+    under->setFrame({{10, 10}, {50, 50}});
+    auto over = make<UIView>();
+    over->setFrame({{30, 30}, {50, 50}});
+    auto inner = make<UIView>();
+    inner->setFrame({{5, 5}, {10, 10}});
+    root->addSubview(under);
+    root->addSubview(over);
+    over->addSubview(inner);
+    EXPECT_EQ(root->hitTest({40, 40}), inner);  // later sibling, deepest
+    EXPECT_EQ(root->hitTest({50, 50}), over);
+    EXPECT_EQ(root->hitTest({15, 15}), under);
+    EXPECT_EQ(root->hitTest({95, 5}), root);
+    EXPECT_EQ(root->hitTest({100, 5}), nullptr);  // right edge is outside
+    over->setUserInteractionEnabled(false);        // takes its subtree along
+    EXPECT_EQ(root->hitTest({40, 40}), under);
+    under->setHidden(true);
+    EXPECT_EQ(root->hitTest({40, 40}), root);
+    over->setUserInteractionEnabled(true);
+    over->setScale(0.5);  // about its centre (55, 55): now spans 42.5..67.5
+    EXPECT_EQ(root->hitTest({40, 40}), root);
+    EXPECT_EQ(root->hitTest({45, 45}), inner);
+
+    auto scroll = make<UIScrollView>();
+    scroll->setFrame({{0, 0}, {100, 100}});
+    auto row = make<UIView>();
+    row->setFrame({{0, 150}, {100, 20}});
+    scroll->addSubview(row);
+    scroll->setContentOffset({0, 140});
+    EXPECT_EQ(scroll->hitTest({50, 15}), row);
+    EXPECT_EQ(scroll->hitTest({50, 5}), scroll);
+  });
+}
+
 TEST_F(UIModelTest, LabelSizesToTextAndShrinksWhenFittingWidth) {
   // An ideograph is as wide as the font is large; text grows with the font.
   const Font f{"Helvetica", 20};

@@ -12,7 +12,7 @@
 #include "platform/render/renderer.h"
 #include "support/device_people.h"
 #include "support/world.h"
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/scenes.h"
 
 namespace zv {
 namespace {

@@ -17,7 +17,7 @@
 #include "platform/sim/device_presets.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/output.h"
-#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/screens/pictures.h"
 
 namespace zv::cli {
 

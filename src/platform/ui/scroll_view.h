@@ -17,6 +17,11 @@ class UIScrollView : public UIView {
   void setContentSize(Size s) { content_size_ = s; }
   const Point& contentOffset() const { return offset_; }
   void setContentOffset(Point p) { offset_ = p; }
+  // Subviews sit in the content, which is shifted by the offset.
+  Point childPoint(const UIView& child, Point point) const override {
+    return UIView::childPoint(child,
+                              {point.x + offset_.x, point.y + offset_.y});
+  }
   bool isPagingEnabled() const { return paging_; }
   void setPagingEnabled(bool on) { paging_ = on; }
   bool isScrollEnabled() const { return scroll_enabled_; }

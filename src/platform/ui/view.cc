@@ -46,6 +46,26 @@ std::shared_ptr<UIView> UIView::viewWithTag(int tag) {
   return nullptr;
 }
 
+std::shared_ptr<UIView> UIView::hitTest(Point point) {
+  if (hidden_ || alpha_ <= 0.01 || !interaction_) return nullptr;
+  if (point.x < 0 || point.y < 0 || point.x >= frame_.size.width ||
+      point.y >= frame_.size.height)
+    return nullptr;
+  // Copy: the list may change while a caller acts on the result.
+  auto children = subviews_;
+  for (auto it = children.rbegin(); it != children.rend(); ++it)
+    if (auto hit = (*it)->hitTest(childPoint(**it, point))) return hit;
+  return sharedView();
+}
+
+Point UIView::childPoint(const UIView& child, Point point) const {
+  const Rect& f = child.frame_;
+  double s = child.scale_ > 0 ? child.scale_ : 1;
+  double cx = f.size.width / 2, cy = f.size.height / 2;
+  return {cx + (point.x - f.origin.x - cx) / s,
+          cy + (point.y - f.origin.y - cy) / s};
+}
+
 void UIView::onGesture(Gesture g, GestureHandler handler) {
   gestures_.emplace_back(g, std::move(handler));
 }

@@ -82,6 +82,15 @@ class UIView : public rt::Object {
   // whose tag is `tag`.
   std::shared_ptr<UIView> viewWithTag(int tag);
 
+  // Hit testing: the deepest view under `point` (in this view's bounds) that
+  // is shown and takes touches, later subviews first since they are drawn on
+  // top; nullptr when the point is outside this view or the view is hidden,
+  // transparent or takes no touches. A subview's scale is about its centre.
+  // Views that shift their content (scroll views) override childPoint().
+  std::shared_ptr<UIView> hitTest(Point point);
+  // `point` in this view's bounds, seen from `child`'s bounds.
+  virtual Point childPoint(const UIView& child, Point point) const;
+
   // Resizes the view to fit its content; plain views keep their size.
   virtual void sizeToFit() {}
 

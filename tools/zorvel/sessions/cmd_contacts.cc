@@ -17,9 +17,9 @@
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/list_screens.h"
-#include "tools/zorvel/pictures.h"
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/list_screens.h"
+#include "tools/zorvel/screens/pictures.h"
+#include "tools/zorvel/screens/scenes.h"
 
 namespace zv::cli {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/zorvel/caller_desk.h"
+#include "tools/zorvel/callerd/caller_desk.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
-#include "tools/zorvel/phone_screen.h"
+#include "tools/zorvel/screens/phone_screen.h"
 
 #include "callscreens/in_call_controller.h"
 #include "dialer/keypad_controller.h"
 #include "platform/process.h"
 #include "platform/ui/sheets.h"
-#include "tools/zorvel/list_screens.h"
+#include "tools/zorvel/screens/list_screens.h"
 
 namespace zv::cli {
 namespace {

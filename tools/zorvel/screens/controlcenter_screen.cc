@@ -1,4 +1,4 @@
-#include "tools/zorvel/controlcenter_screen.h"
+#include "tools/zorvel/screens/controlcenter_screen.h"
 
 #include <filesystem>
 

@@ -1,4 +1,4 @@
-#include "tools/zorvel/pictures.h"
+#include "tools/zorvel/screens/pictures.h"
 
 #include <dlfcn.h>
 #include <unistd.h>

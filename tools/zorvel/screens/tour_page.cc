@@ -1,4 +1,4 @@
-#include "tools/zorvel/tour_page.h"
+#include "tools/zorvel/screens/tour_page.h"
 
 namespace zv::cli {
 

@@ -1,4 +1,4 @@
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/scenes.h"
 
 #include <cctype>
 

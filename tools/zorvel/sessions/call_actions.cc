@@ -1,4 +1,4 @@
-#include "tools/zorvel/call_actions.h"
+#include "tools/zorvel/sessions/call_actions.h"
 
 #include <charconv>
 #include <cmath>

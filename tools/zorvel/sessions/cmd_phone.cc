@@ -26,9 +26,9 @@
 #include "platform/ui/sheets.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/phone_screen.h"
-#include "tools/zorvel/pictures.h"
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/phone_screen.h"
+#include "tools/zorvel/screens/pictures.h"
+#include "tools/zorvel/screens/scenes.h"
 
 namespace zv::cli {
 namespace {

@@ -22,8 +22,8 @@
 #include "platform/plist.h"
 #include "platform/ui/image.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/pictures.h"
-#include "tools/zorvel/tour_page.h"
+#include "tools/zorvel/screens/pictures.h"
+#include "tools/zorvel/screens/tour_page.h"
 
 extern char** environ;
 

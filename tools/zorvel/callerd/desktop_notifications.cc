@@ -1,4 +1,4 @@
-#include "tools/zorvel/desktop_notifications.h"
+#include "tools/zorvel/callerd/desktop_notifications.h"
 
 #include <gio/gio.h>
 

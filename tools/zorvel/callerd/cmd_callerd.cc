@@ -26,9 +26,9 @@
 #include "platform/linux/modem_telephony.h"
 #include "platform/telephony/call_objects.h"
 #include "platform/ui/bulletin.h"
-#include "tools/zorvel/caller_desk.h"
+#include "tools/zorvel/callerd/caller_desk.h"
+#include "tools/zorvel/callerd/desktop_notifications.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/desktop_notifications.h"
 
 namespace zv::cli {
 namespace {

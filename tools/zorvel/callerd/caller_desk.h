@@ -15,7 +15,7 @@
 
 #include "hosts/kit/call_screens.h"
 #include "platform/telephony/telephony.h"
-#include "tools/zorvel/desktop_notifications.h"
+#include "tools/zorvel/callerd/desktop_notifications.h"
 
 namespace zv::cli {
 

@@ -1,4 +1,4 @@
-#include "tools/zorvel/list_screens.h"
+#include "tools/zorvel/screens/list_screens.h"
 
 #include "hosts/contacts/card.h"
 

@@ -17,9 +17,9 @@
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/controlcenter_screen.h"
-#include "tools/zorvel/pictures.h"
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/controlcenter_screen.h"
+#include "tools/zorvel/screens/pictures.h"
+#include "tools/zorvel/screens/scenes.h"
 
 namespace zv::cli {
 namespace {

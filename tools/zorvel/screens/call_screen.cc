@@ -1,4 +1,4 @@
-#include "tools/zorvel/call_screen.h"
+#include "tools/zorvel/screens/call_screen.h"
 
 #include <map>
 #include <sstream>

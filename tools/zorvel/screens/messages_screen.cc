@@ -1,4 +1,4 @@
-#include "tools/zorvel/messages_screen.h"
+#include "tools/zorvel/screens/messages_screen.h"
 
 #include <sstream>
 

@@ -21,11 +21,11 @@
 #include "platform/linux/linux_platform.h"
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
-#include "tools/zorvel/call_actions.h"
-#include "tools/zorvel/call_screen.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/pictures.h"
-#include "tools/zorvel/scenes.h"
+#include "tools/zorvel/screens/call_screen.h"
+#include "tools/zorvel/screens/pictures.h"
+#include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/call_actions.h"
 
 namespace zv::cli {
 namespace {
