@@ -119,6 +119,7 @@ class Statement {
   bool done() const { return last_ == SQLITE_DONE; }
 
   // Columns count from 0, on the current row.
+  int columnCount() const { return stmt_ ? sqlite3_column_count(stmt_) : 0; }
   bool isNull(int column) const {
     return !stmt_ || sqlite3_column_type(stmt_, column) == SQLITE_NULL;
   }
