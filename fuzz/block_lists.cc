@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "callscreens/call_blocking_policy.h"
 #include "callscreens/incoming_call_controller.h"
 #include "fuzz/fuzz_device.h"
 
