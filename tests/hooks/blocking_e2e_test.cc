@@ -130,6 +130,18 @@ TEST_P(BlockingE2ETest, RulesSeeTheCallsFactsAndTheDatabasesAreas) {
   EXPECT_TRUE(events("disconnect").empty());
 }
 
+TEST_P(BlockingE2ETest, BlockAllModeHangsUpEveryCall) {
+  startHost({{"BlacklistBlockMode", 2}});
+  EXPECT_TRUE(blocked(kBeijing));
+  EXPECT_TRUE(blocked("", hidden()));
+  advance(1);
+  EXPECT_EQ(details("disconnect"),
+            (std::vector<std::string>{kBeijing, "(hidden)"}));
+  for (const auto& c : host().screenedCalls())
+    EXPECT_EQ(c.status, platform::kCallEnded);
+  EXPECT_FALSE(host().screenLabels());
+}
+
 TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {
   startHost({{"BlacklistBlockMode", 2}, {"BlacklistBlockingRemind", 3}});
   writeDeviceBytes(Policy::kBlockSoundPath, "caff");
