@@ -1,6 +1,8 @@
 // zorvel call: a scripted session on the simulated call screens, printed
 // as one JSON object per action, and one-line usage errors that leave the
 // device untouched.
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -123,6 +125,15 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.errLines(), 1u) << r.err;
   EXPECT_EQ(testing::fileSnapshot(root()), before);
+  // A call the device cannot record (a folder where its call history
+  // belongs) fails the command, with the reason on stderr.
+  std::filesystem::create_directories(
+      root() + "/var/mobile/Library/CallHistoryDB/CallHistory.storedata");
+  r = testing::runZorvel("call --root '" + root() +
+                         "' --os 8.1 incoming:10086 decline");
+  EXPECT_EQ(r.status, 1);
+  ASSERT_EQ(r.errLines(), 1u) << r.err;
+  EXPECT_NE(r.err.find("call history not written"), std::string::npos);
 }
 
 }  // namespace
