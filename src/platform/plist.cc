@@ -364,8 +364,10 @@ bool writeBytesAtomically(const std::string& path, const std::string& bytes) {
     done += static_cast<size_t>(n);
   }
   ::fchmod(fd, 0644);
-  if (::fsync(fd) != 0 || ::close(fd) != 0 ||
-      ::rename(tmp.c_str(), path.c_str()) != 0) {
+  // Closed whatever happens; the temporary file never outlives a failure.
+  const bool synced = ::fsync(fd) == 0;
+  const bool closed = ::close(fd) == 0;
+  if (!synced || !closed || ::rename(tmp.c_str(), path.c_str()) != 0) {
     ::unlink(tmp.c_str());
     return false;
   }
