@@ -3,7 +3,6 @@
 #include "hosts/contacts/text_sizes.h"
 #include "hostsdk/contacts.h"
 #include "hostsdk/phone.h"
-#include "platform/db/contact_lookup.h"
 #include "platform/platform.h"
 #include "platform/runtime/message.h"
 #include "platform/ui/application.h"
@@ -255,23 +254,11 @@ void RecentsCell::layOut() {
 void RecentsManager::reload() {
   const bool isModern = modern();
   const std::vector<Contact> contacts = loadContacts();
-  // Every phone of every contact, in the order findNumberOwner would try
-  // them, looked up through an index: a scan per row made the list's cost
-  // the product of its calls and the address book.
-  std::vector<std::pair<size_t, size_t>> phones;
-  platform_schema::SameNumberIndex index;
-  for (size_t c = 0; c < contacts.size(); ++c)
-    for (size_t p = 0; p < contacts[c].phones.size(); ++p) {
-      index.add(contacts[c].phones[p].value, phones.size());
-      phones.emplace_back(c, p);
-    }
-  auto findOwner = [&](const std::string& number) -> std::optional<NumberOwner> {
-    auto at = index.first(number);
-    if (!at) return std::nullopt;
-    return NumberOwner{contacts[phones[*at].first], phones[*at].second};
-  };
+  // Indexed: a scan of the book per row made the list's cost the product of
+  // its calls and the address book.
+  const NumberOwners owners(contacts);
   auto contactOf = [&](const std::string& number) {
-    auto owner = findOwner(number);
+    auto owner = owners.find(number);
     return owner ? owner->contact.recordId : -1;
   };
   calls.clear();
@@ -279,7 +266,7 @@ void RecentsManager::reload() {
                                          : sdk::RecentCall::kName);
   for (RecentCall& data : loadRecentCalls(isModern, contactOf)) {
     auto call = std::dynamic_pointer_cast<RecentCallObject>(rt::alloc(cls));
-    if (auto owner = findOwner(data.number)) {
+    if (auto owner = owners.find(data.number)) {
       call->name = owner->contact.name;
       call->label = labelText(owner->contact.phones[owner->phone].label);
       call->record = makeRecord(owner->contact);
