@@ -65,8 +65,7 @@ Times runSize(int contacts) {
   options.calls = 100;
   options.tableFile = std::string(ZV_SOURCE_DIR) + "/data/table/PinYin.txt";
   zv::createDeviceImage(root, options);
-  const std::string zorvel =
-      std::string(ZV_BINARY_DIR) + "/zorvel";
+  const std::string zorvel = std::string(ZV_BINARY_DIR) + "/zorvel";
   Times t;
   t.search = timeCommand(zorvel + " search --root '" + root + "' 6 4", 5);
   t.recents = timeCommand(

@@ -129,8 +129,8 @@ void standInForNulKeys(std::string& b, NulKeys& keys) {
       nul = b[at + i * unit] == '\0' &&
             (unit == 1 || b[at + i * unit + 1] == '\0');
     if (!nul) return;
-    std::string original = unit == 2 ? utf16Text(b, at, count)
-                                     : b.substr(at, count);
+    std::string original =
+        unit == 2 ? utf16Text(b, at, count) : b.substr(at, count);
     for (uint64_t i = 0; i < count; ++i)
       if (b[at + i * unit] == '\0' &&
           (unit == 1 || b[at + i * unit + 1] == '\0'))

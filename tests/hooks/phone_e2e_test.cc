@@ -1,9 +1,9 @@
 // The dialler end to end in the Phone app with the extension loaded: keys
 // pressed as a user would, what the host shows and dials, where the keypad's
 // views sit on each screen, and what going to the background clears.
-#include <filesystem>
-
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"

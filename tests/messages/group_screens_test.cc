@@ -289,10 +289,10 @@ TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyAndOtherShapesAreKept) {
       {"Empty", Value(Array{})},
       {"Numbers", Value(Array{Value(Array{Value(1), Value(2), Value(3)})})},
       {"Short", Value(Array{Value(Array{Value("1"), Value("A")})})},
-      {"Mixed", Value(Array{Value(Array{Value("2"), Value("B"), Value("y")}),
-                            Value("stray"),
-                            Value(Array{Value("3"), Value("C"), Value("z"),
-                                        Value("extra")})})}};
+      {"Mixed",
+       Value(Array{
+           Value(Array{Value("2"), Value("B"), Value("y")}), Value("stray"),
+           Value(Array{Value("3"), Value("C"), Value("z"), Value("extra")})})}};
   ASSERT_TRUE(plist::writeFile(root_ + kRecipientsFile, Value(others)));
   launchMessages({}).run([&] {
     auto g = open(kTwo);
@@ -319,7 +319,8 @@ TEST_F(GroupScreensTest, ListsAWriteCannotKeepAreNeverLost) {
   // or in a list's name, which the written file cannot: they read whole,
   // and a save that would have to drop them is refused and said so. So is
   // one on a device that cannot write (here, a folder in the file's place).
-  std::string nulName = readFile(ZV_SOURCE_DIR "/fuzz/corpus/recipients/binary");
+  std::string nulName =
+      readFile(ZV_SOURCE_DIR "/fuzz/corpus/recipients/binary");
   const size_t at = nulName.find("Work");
   ASSERT_NE(at, std::string::npos);
   nulName[at + 2] = '\0';
@@ -354,7 +355,8 @@ TEST_F(GroupScreensTest, ListsAWriteCannotKeepAreNeverLost) {
       size_t files = 0;
       for (const auto& e : std::filesystem::directory_iterator(
                std::filesystem::path(root_ + kRecipientsFile).parent_path()))
-        files += e.path().filename().string().rfind("zorvel.recipients", 0) == 0;
+        files +=
+            e.path().filename().string().rfind("zorvel.recipients", 0) == 0;
       EXPECT_EQ(files, 1u);
       if (!bytes.empty()) {
         ASSERT_TRUE(g->commitDelete({1, 0}));

@@ -290,8 +290,7 @@ TEST_F(CallHistoryTest, TrimmedCallsComeBackAndDeletedOnesNever) {
        "DELETE FROM ZCALLRECORD WHERE ZDATE + 978307200 = ",
        "SELECT ZDATE + 978307200 FROM ZVZCALLRECORD ORDER BY ZDATE"},
       {"7.1", Database::kCallHistoryDb, platform_schema::kCallHistoryDbPath,
-       "SELECT date FROM call ORDER BY date",
-       "DELETE FROM call WHERE date = ",
+       "SELECT date FROM call ORDER BY date", "DELETE FROM call WHERE date = ",
        "SELECT date FROM deleted ORDER BY date"},
   };
   for (const Generation& g : generations) {

@@ -153,16 +153,16 @@ TEST_P(CallHistoryRowsTest, NewRowsFollowEveryKeyEverUsedAndTheNewestStay) {
   }
   std::string more;
   for (int key = 11; key <= 100; ++key)
-    more += std::string(more.empty() ? "" : ", ") + "(" +
-            std::to_string(key) + ", " +
-            std::to_string((modern() ? 400000000 : 1400000000) + key) + ")";
-  execSql(file, modern() ? "INSERT INTO ZCALLRECORD (Z_PK, ZDATE) VALUES " +
-                               more +
-                               "; DELETE FROM ZCALLRECORD WHERE Z_PK = 150; "
-                               "INSERT INTO Z_PRIMARYKEY (Z_ENT, Z_MAX) "
-                               "VALUES (1, 150)"
-                         : "INSERT INTO call (ROWID, date) VALUES " + more +
-                               "; DELETE FROM call WHERE ROWID = 150");
+    more += std::string(more.empty() ? "" : ", ") + "(" + std::to_string(key) +
+            ", " + std::to_string((modern() ? 400000000 : 1400000000) + key) +
+            ")";
+  execSql(file, modern()
+                    ? "INSERT INTO ZCALLRECORD (Z_PK, ZDATE) VALUES " + more +
+                          "; DELETE FROM ZCALLRECORD WHERE Z_PK = 150; "
+                          "INSERT INTO Z_PRIMARYKEY (Z_ENT, Z_MAX) "
+                          "VALUES (1, 150)"
+                    : "INSERT INTO call (ROWID, date) VALUES " + more +
+                          "; DELETE FROM call WHERE ROWID = 150");
   launch("com.apple.springboard", GetParam());
   network().remoteHangup(network().incoming("13800138000"));
 

@@ -94,8 +94,8 @@ TEST_F(TelephonyTest, NumbersMatchAcrossPrefixesButNotByTheirTailsAlone) {
     index.add("12345678", 0);
     index.add(r.b, 2);
     index.add(r.b, 1);
-    EXPECT_EQ(index.first(r.a), r.same ? std::optional<size_t>(1)
-                                       : std::nullopt);
+    EXPECT_EQ(index.first(r.a),
+              r.same ? std::optional<size_t>(1) : std::nullopt);
   }
   // No address book at all: no contact, no failure.
   auto& springboard = launch("com.apple.springboard");

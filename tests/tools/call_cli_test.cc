@@ -1,10 +1,9 @@
 // zorvel call: a scripted session on the simulated call screens, printed
 // as one JSON object per action, and one-line usage errors that leave the
 // device untouched.
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "cli_runner.h"

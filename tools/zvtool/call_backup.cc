@@ -111,8 +111,7 @@ bool CallBackup::install(std::string& error) {
                    " SELECT * FROM " + table + " WHERE " + key +
                    " NOT IN (SELECT " + key + " FROM " + table + " ORDER BY " +
                    date + " DESC, " + key + " DESC LIMIT " +
-                   std::to_string(platform_schema::kCallHistoryKept) +
-                   "); END",
+                   std::to_string(platform_schema::kCallHistoryKept) + "); END",
                error);
   });
 }

@@ -81,9 +81,8 @@ std::optional<size_t> SameNumberIndex::first(std::string_view number) const {
   };
   consider(exact_, key);
   // A stored number that is this one less its country code...
-  for (size_t code = 1;
-       code <= kLongestCountryCode && code < key.size() &&
-       key.size() - code >= kMinimumDigits;
+  for (size_t code = 1; code <= kLongestCountryCode && code < key.size() &&
+                        key.size() - code >= kMinimumDigits;
        ++code)
     consider(exact_, key.substr(code));
   // ...or this one with a country code before it.
