@@ -358,7 +358,8 @@ TEST_F(GroupScreensTest, ListsAWriteCannotKeepAreNeverLost) {
         files +=
             e.path().filename().string().rfind("zorvel.recipients", 0) == 0;
       EXPECT_EQ(files, 1u);
-      if (!bytes.empty()) {
+      // Deleting another list would have to drop the NUL name too.
+      if (what == "name with a NUL") {
         ASSERT_TRUE(g->commitDelete({1, 0}));
         EXPECT_TRUE(g->deletions().empty());
         EXPECT_EQ(plist::readFile(root_ + kRecipientsFile), before);
