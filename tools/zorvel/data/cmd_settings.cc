@@ -86,8 +86,7 @@ FileState readState(const std::string& devicePath, const char* what) {
     f.status = "loaded";
   } else {
     f.status = "unparsable";
-    std::fprintf(stderr, "zorvel: %s %s does not parse; showing defaults\n",
-                 what, f.path.c_str());
+    warnUnparsable(devicePath.c_str(), what);
   }
   return f;
 }
