@@ -1,8 +1,9 @@
 # Installation: the programs in bin/, the extension and the platform
-# library in lib/ (the programs find the latter through their RUNPATH), and
-# the data a device needs in share/zorvel/ (the reading table, the compiled
-# area database, the sample settings), where `zorvel device create` looks
-# for it when there is no bundled sample device.
+# library in lib/ (the programs find the latter through their RUNPATH), the
+# data a device needs in share/zorvel/ (the reading table, the compiled area
+# database, the sample settings, the sample device), found by the programs
+# relative to themselves (tools/zorvel/install_layout.h), and the man pages
+# and bash completions.
 include(GNUInstallDirs)
 set_target_properties(zorvel zvtool zorvel_extension zvrender PROPERTIES
                       INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")

@@ -63,8 +63,7 @@ void describe(const CLI::App& app, const std::string& path, std::string& out) {
   for (const CLI::Option* o : app.get_options())
     if (o->get_positional()) synopsis += " " + positionalUsage(o);
   out += ".SS \"" + roff(synopsis) + "\"\n";
-  if (!app.get_description().empty())
-    out += roff(app.get_description()) + "\n";
+  if (!app.get_description().empty()) out += roff(app.get_description()) + "\n";
   for (const CLI::Option* o : app.get_options()) {
     if (!shown(o)) continue;
     out += ".TP\n";
@@ -73,7 +72,7 @@ void describe(const CLI::App& app, const std::string& path, std::string& out) {
     else
       out += ".B " + roff(optionUsage(o)) + "\n";
     out += roff(o->get_description().empty() ? "(no description)"
-                                              : o->get_description()) +
+                                             : o->get_description()) +
            "\n";
   }
   for (const CLI::App* sub : subs)
@@ -117,15 +116,15 @@ std::string manPage(const CLI::App& app, const std::string& version) {
   if (summary.rfind(name + ": ", 0) == 0)
     summary = summary.substr(name.size() + 2);
   out += ".SH NAME\n" + roff(name) + " \\- " + roff(summary) + "\n";
-  out += ".SH SYNOPSIS\n";
-  std::string commands;
-  describe(app, name, commands);
-  out += ".SH COMMANDS\n" + commands;
+  out += ".SH SYNOPSIS\n.B " + roff(name) + "\n" +
+         (subcommandsOf(app).empty() ? "[\\fIOPTIONS\\fR]\n"
+                                     : "\\fICOMMAND\\fR [\\fIOPTIONS\\fR] "
+                                       "[\\fIARGUMENTS\\fR]\n");
+  // Every (sub)command in order, the program's own options first.
+  out += ".SH USAGE\n";
+  describe(app, name, out);
   if (!app.get_footer().empty())
     out += ".SH NOTES\n" + roff(app.get_footer()) + "\n";
-  // The synopsis is the first section's first line.
-  const std::string first = commands.substr(5, commands.find('\n') - 5);
-  out.insert(out.find(".SH COMMANDS"), ".B " + first + "\n");
   return out;
 }
 

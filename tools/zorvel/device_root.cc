@@ -16,8 +16,7 @@ bool isDeviceRoot(const std::string& dir) {
 void requireDeviceRoot(const std::string& dir) {
   std::error_code ec;
   const auto status = fs::status(dir, ec);
-  if (!fs::exists(status))
-    throw CommandError("device root not found: " + dir);
+  if (!fs::exists(status)) throw CommandError("device root not found: " + dir);
   if (!fs::is_directory(status))
     throw CommandError("device root " + dir + " is not a folder");
   if (!isDeviceRoot(dir))

@@ -83,9 +83,9 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
     if (!docs.empty()) {
-      std::cout << (docs == "man" ? zv::cli::manPage(
-                                        app, zv::ZVException::kVersion)
-                                  : zv::cli::bashCompletion(app));
+      std::cout << (docs == "man"
+                        ? zv::cli::manPage(app, zv::ZVException::kVersion)
+                        : zv::cli::bashCompletion(app));
       std::cout.flush();
       return std::cout ? 0 : fail("cannot write output");
     }

@@ -18,8 +18,8 @@
 #include <nlohmann/json.hpp>
 
 #include "area/area_loader.h"
-#include "core/settings.h"
 #include "core/number_utils.h"
+#include "core/settings.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
 #include "tools/zorvel/command.h"
@@ -73,7 +73,7 @@ class Answers {
 
   void answer(const std::string& number) {
     ++line_;
-    const char* error = !validUtf8(number)            ? kBadUtf8
+    const char* error = !validUtf8(number)             ? kBadUtf8
                         : keypadString(number).empty() ? kNoNumber
                                                        : nullptr;
     if (error) {

@@ -17,10 +17,10 @@
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/sessions/session.h"
 #include "tools/zorvel/screens/list_screens.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
@@ -128,14 +128,12 @@ void run(const ContactsOptions& o) {
       },
       [&](const std::string& action) {
         Frame f;
-        f.screen =
-            proc.run([&] { return contactsScreen(*navigation(phone)); });
+        f.screen = proc.run([&] { return contactsScreen(*navigation(phone)); });
         f.text = renderContacts(f.screen);
         f.picture = runner.picture(proc, action, [&] {
-          return phone
-                     ? phoneScene(proc, *hosts::PhoneApplication::shared())
-                     : contactsScene(proc,
-                                     *hosts::ContactsApplication::shared());
+          return phone ? phoneScene(proc, *hosts::PhoneApplication::shared())
+                       : contactsScene(proc,
+                                       *hosts::ContactsApplication::shared());
         });
         return f;
       });

@@ -17,10 +17,10 @@
 #include "platform/sim/device_presets.h"
 #include "platform/sim/sim_platform.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/sessions/session.h"
 #include "tools/zorvel/screens/controlcenter_screen.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {

@@ -26,10 +26,10 @@
 #include "platform/ui/sheets.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
-#include "tools/zorvel/sessions/session.h"
 #include "tools/zorvel/screens/phone_screen.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {

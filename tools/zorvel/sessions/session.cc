@@ -79,13 +79,12 @@ void addSessionOptions(CLI::App& command, SessionOptions& options,
 }
 
 std::string argumentOf(const std::string& action, std::string_view verb) {
-  return action.size() > verb.size() + 1 ? action.substr(verb.size() + 1)
-                                         : "";
+  return action.size() > verb.size() + 1 ? action.substr(verb.size() + 1) : "";
 }
 
 double actionSeconds(const std::string& text, const std::string& action) {
-  if (!text.empty() && text.find_first_not_of("0123456789.") ==
-                           std::string::npos) {
+  if (!text.empty() &&
+      text.find_first_not_of("0123456789.") == std::string::npos) {
     try {
       size_t used = 0;
       const double v = std::stod(text, &used);
@@ -93,8 +92,7 @@ double actionSeconds(const std::string& text, const std::string& action) {
     } catch (const std::exception&) {
     }
   }
-  throw UsageError("bad number in action " + action +
-                   " (seconds: 0 or more)");
+  throw UsageError("bad number in action " + action + " (seconds: 0 or more)");
 }
 
 size_t actionCount(const std::string& text, const std::string& action) {
@@ -140,8 +138,7 @@ platform::SimWorld& SessionRunner::world(std::optional<double> epoch) {
   return *world_;
 }
 
-platform::SimProcess& SessionRunner::launch(
-    const hosts::HostDefinition& host) {
+platform::SimProcess& SessionRunner::launch(const hosts::HostDefinition& host) {
   platform::DeviceFacts facts = facts_;
   facts.bundleIdentifier = host.bundleIdentifier;
   auto& process = world().launch(host.bundleIdentifier, facts);
@@ -153,9 +150,9 @@ platform::SimProcess& SessionRunner::launch(
   return process;
 }
 
-std::string SessionRunner::picture(
-    platform::SimProcess& process, const std::string& action,
-    const std::function<render::Scene()>& make) {
+std::string SessionRunner::picture(platform::SimProcess& process,
+                                   const std::string& action,
+                                   const std::function<render::Scene()>& make) {
   if (!pictures_.enabled()) return "";
   return process.run([&] { return pictures_.take(action, make); });
 }
