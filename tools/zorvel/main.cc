@@ -60,9 +60,11 @@ platform::DeviceFacts sessionDevice(
 }
 
 void addRootOption(CLI::App& command, std::string& root) {
-  command.add_option("--root", root,
-                     "device root folder (default: $ZORVEL_ROOT or the "
-                     "bundled sample device)");
+  command
+      .add_option("--root", root,
+                  "device root folder (default: $ZORVEL_ROOT or the "
+                  "bundled sample device)")
+      ->type_name("DIR");
 }
 
 void applyRoot(const std::string& root) {

@@ -125,7 +125,14 @@ Registration reg([](CLI::App& app) {
       ->check(CLI::Range(0, 10000000))
       ->capture_default_str();
   cmd->add_option("--seed", args->options.seed, "random seed (0 or more)")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Validator(
+          [](std::string& value) {
+            // strtoull would take "-1" as the largest seed.
+            return value.find_first_not_of("0123456789") == std::string::npos
+                       ? std::string()
+                       : "a seed is a whole number of 0 or more, not " + value;
+          },
+          "SEED"))
       ->capture_default_str();
   cmd->add_option("--table", args->options.tableFile,
                   "reading table to install (default: the sample device's)");

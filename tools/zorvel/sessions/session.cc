@@ -65,17 +65,21 @@ void requireActions(const SessionOptions& options) {
 void addSessionOptions(CLI::App& command, SessionOptions& options,
                        const std::string& actionHelp, const char* versions) {
   addRootOption(command, options.root);
-  command.add_option("--screen", options.screen,
-                     "screen size: 3.5, 4, 4.7, 5.5");
-  command.add_option("--os", options.os,
-                     std::string("system version: ") + versions);
+  command
+      .add_option("--screen", options.screen, "screen size: 3.5, 4, 4.7, 5.5")
+      ->type_name("INCHES");
+  command
+      .add_option("--os", options.os,
+                  std::string("system version: ") + versions)
+      ->type_name("VERSION");
   command.add_flag("--json", options.json, "one JSON object per action");
   addPngOption(command, options.png);
   command.add_flag("--scratch", options.scratch,
                    "run on a throw-away copy of the device, leaving it as it "
                    "was");
   // Required here, not by CLI11, so that an unknown option is named first.
-  command.add_option("actions", options.actions, actionHelp);
+  command.add_option("actions", options.actions, actionHelp)
+      ->type_name("ACTION");
 }
 
 std::string argumentOf(const std::string& action, std::string_view verb) {
@@ -124,7 +128,7 @@ SessionRunner::SessionRunner(const SessionOptions& options,
 
 SessionRunner::~SessionRunner() = default;
 
-const std::string& SessionRunner::root() const {
+std::string SessionRunner::root() const {
   return platform::LinuxPlatform::instance().root();
 }
 

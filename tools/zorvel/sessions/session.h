@@ -75,7 +75,7 @@ class SessionRunner {
   SessionRunner& operator=(const SessionRunner&) = delete;
 
   platform::DeviceFacts& facts() { return facts_; }
-  const std::string& root() const;
+  std::string root() const;
   Pictures& pictures() { return pictures_; }
 
   // The simulated world on the device root; `epoch` (the virtual clock's
