@@ -100,16 +100,20 @@ TEST_F(AreaCliTest, UnparsableSettingsAreSaidAndNoSocketIsLeft) {
   EXPECT_TRUE(!fs::exists(folder) || fs::is_empty(folder));
 }
 
-TEST_F(AreaCliTest, WriteErrorsEndTheCommandWithOneLine) {
+TEST_F(AreaCliTest, WriteErrorsEndTheCommandWithOneLineOrQuietly) {
   auto r = runShell("'" + zorvelBinary() + "' " + area("010") + " >/dev/full");
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.err, "zorvel: cannot write output: No space left on device\n");
-  // A reader that goes away: a closed pipe is reported, not a silent death.
+  // A reader that goes away is no one to tell: the command stops there,
+  // quietly, whether it was reading numbers or writing a dump.
+  std::string numbers;
+  for (int i = 0; i < 100000; ++i) numbers += "13800138000\n";
+  r = runShell("'" + zorvelBinary() + "' " + area("") + " | head -1", numbers);
+  EXPECT_EQ(r.out, "北京市 中国移动\n");
+  EXPECT_EQ(r.err, "");
   r = runShell("'" + zorvelBinary() + "' areadb dump '" + kChina +
                "' | head -c 1 >/dev/null");
-  EXPECT_NE(r.err.find("zorvel: cannot write output: Broken pipe"),
-            std::string::npos)
-      << r.err;
+  EXPECT_EQ(r.err, "");
 }
 
 TEST_F(AreaCliTest, OutputOptionReplacesOnlyRegularFiles) {
@@ -212,15 +216,6 @@ TEST_F(AreaCliTest, AFolderThatIsNotADeviceIsRefusedUntouched) {
   EXPECT_EQ(fileSnapshot(root_), before);
   EXPECT_FALSE(fs::exists(notes + "/var"));
   EXPECT_FALSE(fs::exists(notes + "/Library"));
-}
-
-TEST_F(AreaCliTest, AReaderThatGoesAwayEndsTheCommandQuietly) {
-  std::string numbers;
-  for (int i = 0; i < 100000; ++i) numbers += "13800138000\n";
-  auto r =
-      runShell("'" + zorvelBinary() + "' " + area("") + " | head -1", numbers);
-  EXPECT_EQ(r.out, "北京市 中国移动\n");
-  EXPECT_EQ(r.err, "");
 }
 
 }  // namespace
