@@ -73,14 +73,18 @@ class ZvtoolTest : public ::testing::Test {
   const std::string& root_ = temp_.path();
 };
 
-TEST_F(ZvtoolTest, BadArgumentsPrintUsageAndExitTwo) {
+TEST_F(ZvtoolTest, BadArgumentsAreOneLineAndExitTwo) {
   createLegacy();
   for (const char* arguments : {"", "-s", "-s abc", "-s -1", "-d", "-d soon",
                                 "-x", "-c -s 3", "-c extra"}) {
     CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 2) << arguments;
-    EXPECT_NE(run.err.find("Usage: zvtool"), std::string::npos) << arguments;
+    EXPECT_EQ(run.err.rfind("zvtool: ", 0), 0u) << arguments;
+    EXPECT_EQ(run.errLines(), 1u) << arguments << ": " << run.err;
   }
+  CliResult run = zvtool("--version");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "zvtool 1.0.0 alpha7\n");
 }
 
 TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
