@@ -27,7 +27,7 @@ constexpr char kCallPath[] = "/org/freedesktop/ModemManager1/Call/1";
 constexpr char kVoice[] = "org.freedesktop.ModemManager1.Modem.Voice";
 constexpr char kMock[] = "org.freedesktop.DBus.Mock";
 
-std::string quoted(const std::string& s) { return "'" + s + "'"; }
+std::string shellQuoted(const std::string& s) { return "'" + s + "'"; }
 
 class WindowTest : public ::testing::Test {
  protected:
@@ -182,9 +182,9 @@ class WindowTest : public ::testing::Test {
 
   // What `zorvel phone --png` draws after `actions`, as a PNG path.
   std::string phonePicture(const std::string& actions) {
-    auto r = testing::runZorvel("phone --root " + quoted(root_) +
+    auto r = testing::runZorvel("phone --root " + shellQuoted(root_) +
                                 " --screen 3.5 --scratch --png " +
-                                quoted(pictures_) + " " + actions);
+                                shellQuoted(pictures_) + " " + actions);
     EXPECT_EQ(r.status, 0) << r.err;
     std::string last;
     for (const auto& e : fs::directory_iterator(pictures_))
@@ -197,12 +197,13 @@ class WindowTest : public ::testing::Test {
   // window could not be captured.
   long differentPixels(const std::string& id, const std::string& png) {
     const std::string shot = root_ + ".shot.png";
-    auto grab = testing::runShell("import -window " + id + " " + quoted(shot));
+    auto grab =
+        testing::runShell("import -window " + id + " " + shellQuoted(shot));
     if (grab.status != 0) return -1;
-    auto r =
-        testing::runShell("compare -metric AE \\( " + quoted(shot) +
-                          " -crop 640x920+0+40 +repage \\) \\( " + quoted(png) +
-                          " -crop 640x920+0+40 +repage \\) null: 2>&1");
+    auto r = testing::runShell("compare -metric AE \\( " + shellQuoted(shot) +
+                               " -crop 640x920+0+40 +repage \\) \\( " +
+                               shellQuoted(png) +
+                               " -crop 640x920+0+40 +repage \\) null: 2>&1");
     try {
       return std::stol(r.out);
     } catch (const std::exception&) {

@@ -180,12 +180,13 @@ class PhoneWindow final : public window::PhoneInput::Port {
   }
 
   void repaint() {
-    scene_ = scene();
-    surface_->show(scene_);
+    if (!surface_) return;  // still starting: the first picture follows
+    surface_->show(scene());
   }
 
   // What the app dialled since the last look goes out through the modem.
   void placeDialled() {
+    if (!app_) return;
     for (; dialled_ < app_->dialled.size(); ++dialled_) {
       const std::string number = app_->dialled[dialled_].number;
       if (!dialler_) {
@@ -207,7 +208,6 @@ class PhoneWindow final : public window::PhoneInput::Port {
   std::unique_ptr<window::PhoneInput> input_;
   std::unique_ptr<window::ModemDialer> dialler_;
   std::unique_ptr<window::Surface> surface_;
-  render::Scene scene_;
   platform::CallObserverToken calls_ = 0;
   size_t dialled_ = 0;
   std::string clock_;
