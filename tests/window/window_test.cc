@@ -26,6 +26,8 @@ constexpr char kModem[] = "/org/freedesktop/ModemManager1/Modem/0";
 constexpr char kCallPath[] = "/org/freedesktop/ModemManager1/Call/1";
 constexpr char kVoice[] = "org.freedesktop.ModemManager1.Modem.Voice";
 constexpr char kMock[] = "org.freedesktop.DBus.Mock";
+// Mary's number as it goes out: the dialling prefix 17951 in front.
+constexpr char kDialled[] = "1795113801700000";
 
 std::string shellQuoted(const std::string& s) { return "'" + s + "'"; }
 
@@ -93,7 +95,9 @@ class WindowTest : public ::testing::Test {
     g_variant_unref(r);
   }
 
-  // One modem whose CreateCall makes call 1, which Start sets dialling.
+  // One modem whose CreateCall announces call 1 (to the number the test
+  // expects) as ModemManager does, and whose call goes to dialling on
+  // Start.
   void startModemManager() {
     ASSERT_TRUE(bus_.ok()) << "dbus-daemon did not start a private bus";
     bus_.spawn({"/usr/bin/python3", "-m", "dbusmock", "--session", "-m", kMM,
@@ -110,19 +114,30 @@ class WindowTest : public ::testing::Test {
     mock(kModem, "AddMethod",
          g_variant_new("(sssss)", kVoice, "ListCalls", "", "ao",
                        "ret = dbus.Array([], signature='o')"));
-    mock(kModem, "AddMethod",
-         g_variant_new(
-             "(sssss)", kVoice, "CreateCall", "a{sv}", "o",
-             (std::string("ret = dbus.ObjectPath('") + kCallPath + "')")
-                 .c_str()));
     mock(kMMPath, "AddObject",
          g_variant_new_parsed(
              "(%s, 'org.freedesktop.ModemManager1.Call', "
-             "{'Number': <''>, 'Direction': <int32 2>, 'State': <int32 0>}, "
+             "{'Number': <%s>, 'Direction': <int32 2>, 'State': <int32 0>, "
+             "'StateReason': <int32 0>, 'Multiparty': <false>}, "
              "[('Start', '', '', \"self.UpdateProperties("
              "'org.freedesktop.ModemManager1.Call', {'State': "
              "dbus.Int32(1)})\")])",
-             kCallPath));
+             kCallPath, kDialled));
+    const std::string create = std::string("self.EmitSignal('") + kVoice +
+                               "', 'CallAdded', 'o', [dbus.ObjectPath('" +
+                               kCallPath + "')]); ret = dbus.ObjectPath('" +
+                               kCallPath + "')";
+    mock(kModem, "AddMethod",
+         g_variant_new("(sssss)", kVoice, "CreateCall", "a{sv}", "o",
+                       create.c_str()));
+    // Announced as ModemManager announces a modem it found.
+    mock(kMMPath, "EmitSignal",
+         g_variant_new_parsed(
+             "('org.freedesktop.DBus.ObjectManager', 'InterfacesAdded', "
+             "'oa{sa{sv}}', [<%o>, <{"
+             "'org.freedesktop.ModemManager1.Modem': {'State': <int32 8>}, "
+             "%s: {'Calls': <@ao []>}}>])",
+             kModem, kVoice));
   }
 
   // The numbers CreateCall was asked for, and how often Start was called.
@@ -262,7 +277,19 @@ TEST_F(WindowTest, TelArgumentOpensWithTheNumberAndReturnDialsItPrefixed) {
   press(id, "Return");
   ASSERT_TRUE(waitUntil([&] { return started() == 1; }, 5))
       << testing::readFile(root_ + ".window.out");
-  EXPECT_EQ(created(), std::vector<std::string>{"1795113801700000"});
+  EXPECT_EQ(created(), std::vector<std::string>{kDialled});
+}
+
+TEST_F(WindowTest, OnSevenTheInCallScreenFollowsTheModemsCall) {
+  const std::string calling = phonePicture("--os 7.1 type:13801700000 call");
+  const std::string id = open({"--os", "7.1", "tel:13801700000"});
+  ASSERT_FALSE(id.empty());
+  press(id, "Return");
+  ASSERT_TRUE(waitUntil([&] { return started() == 1; }, 5))
+      << testing::readFile(root_ + ".window.out");
+  EXPECT_EQ(settlesTo(id, calling), 0)
+      << root_ << ".shot.png against " << calling << "\n"
+      << testing::readFile(root_ + ".window.out");
 }
 
 TEST(WindowCliTest, BadArgumentsAndNoDisplayAreOneLine) {
