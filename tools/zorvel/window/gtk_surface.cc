@@ -1,6 +1,7 @@
 // libzvwindow.so: the GTK 4 window behind window/surface.h. A drawing area
-// shows the last picture the renderer made, scaled down (never up) to fit
-// when the window is smaller than the phone's screen and centred in it;
+// shows the last picture the renderer made, one picture pixel to one screen
+// pixel (on a high-density screen too), scaled down (never up) to fit when
+// the window is smaller than that and centred in it;
 // pointer, touch and key events are turned back into screen points and key
 // names for the program.
 #include <gtk/gtk.h>
@@ -60,8 +61,11 @@ class GtkSurface final : public Surface {
         cairo_image_surface_get_height(picture_) != h) {
       if (picture_) cairo_surface_destroy(picture_);
       picture_ = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h);
-      gtk_drawing_area_set_content_width(GTK_DRAWING_AREA(area_), w);
-      gtk_drawing_area_set_content_height(GTK_DRAWING_AREA(area_), h);
+      const int density = std::max(1, gtk_widget_get_scale_factor(area_));
+      gtk_drawing_area_set_content_width(GTK_DRAWING_AREA(area_),
+                                         (w + density - 1) / density);
+      gtk_drawing_area_set_content_height(GTK_DRAWING_AREA(area_),
+                                          (h + density - 1) / density);
     }
     // Cairo keeps premultiplied native-endian ARGB words.
     cairo_surface_flush(picture_);
@@ -86,9 +90,11 @@ class GtkSurface final : public Surface {
   }
 
  private:
-  // The picture's place in the area: its scale and top-left corner.
+  // The picture's place in the area: its top-left corner and the area's
+  // units per picture pixel (1 / density at full size).
   struct Placement {
     double k = 1, x = 0, y = 0;
+    bool exact = true;
   };
   Placement placement() const {
     Placement p;
@@ -97,7 +103,9 @@ class GtkSurface final : public Surface {
                  h = cairo_image_surface_get_height(picture_);
     const double aw = gtk_widget_get_width(area_),
                  ah = gtk_widget_get_height(area_);
-    p.k = std::min({1.0, aw / w, ah / h});
+    const double full = 1.0 / std::max(1, gtk_widget_get_scale_factor(area_));
+    p.k = std::min({full, aw / w, ah / h});
+    p.exact = p.k == full;
     p.x = std::max(0.0, (aw - w * p.k) / 2);
     p.y = std::max(0.0, (ah - h * p.k) / 2);
     return p;
@@ -116,7 +124,7 @@ class GtkSurface final : public Surface {
     cairo_scale(cr, p.k, p.k);
     cairo_set_source_surface(cr, self->picture_, 0, 0);
     // One to one stays pixel-exact; a shrunk picture is filtered.
-    cairo_pattern_set_filter(cairo_get_source(cr), p.k == 1
+    cairo_pattern_set_filter(cairo_get_source(cr), p.exact
                                                        ? CAIRO_FILTER_NEAREST
                                                        : CAIRO_FILTER_GOOD);
     cairo_paint(cr);
