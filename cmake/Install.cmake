@@ -5,11 +5,11 @@
 # relative to themselves (tools/zorvel/install_layout.h), and the man pages
 # and bash completions.
 include(GNUInstallDirs)
-set_target_properties(zorvel zvtool zorvel_extension zvrender PROPERTIES
+set_target_properties(zorvel zvtool zorvel_extension zvrender zvwindow PROPERTIES
                       INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
 install(TARGETS zorvel zvtool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(TARGETS zorvel_extension zvplatform zvrender
+install(TARGETS zorvel_extension zvplatform zvrender zvwindow
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/data/table/PinYin.txt
               ${PROJECT_SOURCE_DIR}/data/device/zorvel.plist
@@ -47,3 +47,9 @@ foreach(program zorvel zvtool)
           RENAME ${program})
 endforeach()
 add_custom_target(docs ALL DEPENDS ${zv_doc_files})
+
+# The window's desktop entry (the tel: link handler) and its icon.
+install(FILES ${PROJECT_SOURCE_DIR}/dist/zorvel-phone.desktop
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES ${PROJECT_SOURCE_DIR}/dist/icons/zorvel-phone.svg
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
