@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/render/chrome_layout.h"
 #include "platform/render/view_painter.h"
 #include "platform/ui/text_metrics.h"
 
@@ -73,20 +74,21 @@ void drawNavigationBar(cairo_t* cr, TextPainter& text, const Scene& scene,
 void drawTabBar(cairo_t* cr, TextPainter& text, const Scene& scene,
                 const TabBar& bar) {
   const double w = scene.points.width, h = scene.points.height;
-  fill(cr, {{0, h - 49}, {w, 49}}, kBar);
-  fill(cr, {{0, h - 49}, {w, 0.5}}, kLine);
-  if (bar.titles.empty()) return;
-  const double tab = w / bar.titles.size();
-  for (size_t i = 0; i < bar.titles.size(); ++i) {
-    const ui::Color c = static_cast<int>(i) == bar.selected
-                            ? kTint
-                            : ui::Color{0.57, 0.57, 0.57, 1};
+  fill(cr, {{0, h - kTabBarHeight}, {w, kTabBarHeight}}, kBar);
+  fill(cr, {{0, h - kTabBarHeight}, {w, 0.5}}, kLine);
+  for (const Place& tab : tabPlaces(scene.points, bar.titles.size())) {
+    const ui::Rect& r = tab.rect;
+    const ui::Color c =
+        tab.index == bar.selected ? kTint : ui::Color{0.57, 0.57, 0.57, 1};
     // The tab's glyph: a rounded square above its title.
     cairo_set_line_width(cr, 1.5);
-    roundedRect(cr, {{i * tab + tab / 2 - 11, h - 44}, {22, 22}}, 5);
+    roundedRect(
+        cr, {{r.origin.x + r.size.width / 2 - 11, r.origin.y + 5}, {22, 22}},
+        5);
     setColour(cr, c);
     cairo_stroke(cr);
-    text.draw(cr, {{i * tab, h - 20}, {tab, 16}}, bar.titles[i],
+    text.draw(cr, {{r.origin.x, h - 20}, {r.size.width, 16}},
+              bar.titles[tab.index],
               TextStyle{{"Helvetica", 10}, c, ui::TextAlignment::Center});
   }
 }
@@ -94,53 +96,39 @@ void drawTabBar(cairo_t* cr, TextPainter& text, const Scene& scene,
 void drawAlert(cairo_t* cr, TextPainter& text, const Scene& scene,
                const platform::Alert& alert) {
   dim(cr, scene);
-  const double w = 270;
-  const std::vector<std::string> buttons = alert.buttons();
-  const bool sideBySide = buttons.size() == 2;
-  const double rows = buttons.empty() ? 0 : sideBySide ? 1 : buttons.size();
-  const double titleH = alert.title.empty() ? 0 : 24;
-  const double messageH =
-      alert.message.empty()
-          ? 0
-          : 18 * std::min(6.0,
-                          1 + ui::textWidth(alert.message, {"Helvetica", 13}) /
-                                  (w - 32));
-  const double inputH = alert.textInput ? 36 : 0;
-  const double bodyH = 20 + titleH + messageH + inputH + 18;
-  const double h = bodyH + rows * 44;
-  const double x = (scene.points.width - w) / 2,
-               y = (scene.points.height - h) / 2;
-  fill(cr, {{x, y}, {w, h}}, {0.97, 0.97, 0.97, 1}, 13);
-  double cy = y + 20;
-  if (titleH > 0)
-    text.draw(cr, {{x + 16, cy}, {w - 32, titleH}}, alert.title,
+  const AlertLayout l = alertLayout(scene.points, alert);
+  const double x = l.box.origin.x, w = l.box.size.width;
+  fill(cr, l.box, {0.97, 0.97, 0.97, 1}, 13);
+  double cy = l.box.origin.y + 20;
+  if (l.titleH > 0)
+    text.draw(cr, {{x + 16, cy}, {w - 32, l.titleH}}, alert.title,
               TextStyle{{"Helvetica-Bold", 17},
                         kBlack,
                         ui::TextAlignment::Center,
                         ui::LineBreakMode::WordWrap,
                         0});
-  cy += titleH;
-  if (messageH > 0)
-    text.draw(cr, {{x + 16, cy}, {w - 32, messageH}}, alert.message,
+  cy += l.titleH;
+  if (l.messageH > 0)
+    text.draw(cr, {{x + 16, cy}, {w - 32, l.messageH}}, alert.message,
               TextStyle{{"Helvetica", 13},
                         kBlack,
                         ui::TextAlignment::Center,
                         ui::LineBreakMode::WordWrap,
                         0});
-  cy += messageH;
-  if (inputH > 0) {
+  cy += l.messageH;
+  if (l.inputH > 0) {
     fill(cr, {{x + 16, cy + 6}, {w - 32, 26}}, {1, 1, 1, 1}, 4);
     text.draw(cr, {{x + 20, cy + 6}, {w - 40, 26}}, alert.inputText,
               TextStyle{{"Helvetica", 13}, kBlack});
   }
-  cy = y + bodyH;
-  for (size_t i = 0; i < buttons.size(); ++i) {
-    const bool cancel = static_cast<int>(i) == alert.cancelButtonIndex();
-    ui::Rect r = sideBySide ? ui::Rect{{x + i * w / 2, cy}, {w / 2, 44}}
-                            : ui::Rect{{x, cy + i * 44}, {w, 44}};
+  const std::vector<std::string> buttons = alert.buttons();
+  const bool sideBySide = buttons.size() == 2;
+  for (const Place& b : l.buttons) {
+    const bool cancel = b.index == alert.cancelButtonIndex();
+    const ui::Rect& r = b.rect;
     fill(cr, {r.origin, {r.size.width, 0.5}}, kLine);
-    if (sideBySide && i == 1) fill(cr, {r.origin, {0.5, 44}}, kLine);
-    text.draw(cr, r, buttons[i],
+    if (sideBySide && b.index == 1) fill(cr, {r.origin, {0.5, 44}}, kLine);
+    text.draw(cr, r, buttons[b.index],
               TextStyle{{cancel ? "Helvetica-Bold" : "Helvetica", 17},
                         kTint,
                         ui::TextAlignment::Center});
@@ -150,37 +138,31 @@ void drawAlert(cairo_t* cr, TextPainter& text, const Scene& scene,
 void drawActionSheet(cairo_t* cr, TextPainter& text, const Scene& scene,
                      const ui::UIActionSheet& sheet) {
   dim(cr, scene);
-  const double W = scene.points.width, H = scene.points.height;
-  const double w = W - 16, x = 8;
-  std::vector<int> main;
-  for (int i = 0; i < static_cast<int>(sheet.buttons().size()); ++i)
-    if (i != sheet.cancelButtonIndex()) main.push_back(i);
-  const double titleH = sheet.title.empty() ? 0 : 44;
-  const double cancelH = sheet.cancelButtonIndex() >= 0 ? 57 + 8 : 0;
-  const double groupH = titleH + 57.0 * main.size();
-  double y = H - 8 - cancelH - groupH;
-  fill(cr, {{x, y}, {w, groupH}}, {0.97, 0.97, 0.97, 1}, 13);
-  if (titleH > 0)
-    text.draw(cr, {{x + 16, y}, {w - 32, titleH}}, sheet.title,
+  const SheetLayout l = sheetLayout(scene.points, sheet);
+  const double x = l.group.origin.x, w = l.group.size.width;
+  fill(cr, l.group, {0.97, 0.97, 0.97, 1}, 13);
+  if (l.titleH > 0)
+    text.draw(cr, {{x + 16, l.group.origin.y}, {w - 32, l.titleH}}, sheet.title,
               TextStyle{{"Helvetica", 13},
                         {0.56, 0.56, 0.58, 1},
                         ui::TextAlignment::Center});
-  y += titleH;
-  for (size_t k = 0; k < main.size(); ++k, y += 57) {
-    if (k > 0 || titleH > 0) fill(cr, {{x, y}, {w, 0.5}}, kLine);
-    const int i = main[k];
-    text.draw(
-        cr, {{x + 8, y}, {w - 16, 57}}, sheet.buttons()[i],
-        TextStyle{{"Helvetica", 20},
-                  i == sheet.destructiveButtonIndex() ? kDestructive : kTint,
-                  ui::TextAlignment::Center});
-  }
-  if (cancelH > 0) {
-    const ui::Rect r{{x, H - 8 - 57}, {w, 57}};
-    fill(cr, r, {1, 1, 1, 1}, 13);
-    text.draw(
-        cr, r, sheet.buttons()[sheet.cancelButtonIndex()],
-        TextStyle{{"Helvetica-Bold", 20}, kTint, ui::TextAlignment::Center});
+  bool first = true;
+  for (const Place& b : l.buttons) {
+    const ui::Rect& r = b.rect;
+    if (b.index == sheet.cancelButtonIndex()) {
+      fill(cr, r, {1, 1, 1, 1}, 13);
+      text.draw(
+          cr, r, sheet.buttons()[b.index],
+          TextStyle{{"Helvetica-Bold", 20}, kTint, ui::TextAlignment::Center});
+      continue;
+    }
+    if (!first || l.titleH > 0) fill(cr, {r.origin, {w, 0.5}}, kLine);
+    first = false;
+    text.draw(cr, {{x + 8, r.origin.y}, {w - 16, 57}}, sheet.buttons()[b.index],
+              TextStyle{{"Helvetica", 20},
+                        b.index == sheet.destructiveButtonIndex() ? kDestructive
+                                                                  : kTint,
+                        ui::TextAlignment::Center});
   }
 }
 

@@ -18,6 +18,7 @@
 #include "platform/plist.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/output.h"
 
 namespace zv::cli {
 namespace {
@@ -38,7 +39,8 @@ std::string plainText(const SettingInfo& info, const Value& value) {
   if (info.type == "boolean") return value.boolValue() ? "true" : "false";
   if (info.type == "float") return floatText(value.doubleValue());
   if (info.type == "string")
-    return nlohmann::ordered_json(value.stringValue()).dump();
+    return nlohmann::ordered_json(value.stringValue())
+        .dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
   return value.stringValue();
 }
 
@@ -86,8 +88,7 @@ FileState readState(const std::string& devicePath, const char* what) {
     f.status = "loaded";
   } else {
     f.status = "unparsable";
-    std::fprintf(stderr, "zorvel: %s %s does not parse; showing defaults\n",
-                 what, f.path.c_str());
+    warnUnparsable(devicePath.c_str(), what);
   }
   return f;
 }
@@ -165,7 +166,10 @@ void printJson(const std::vector<ClassListing>& classes,
   doc["keypadFlags"] = {{"file", flagsFile},
                         {"fileStatus", flagsStatus},
                         {"keys", jsonKeys(keypad.keys)}};
-  std::cout << doc.dump(2) << "\n";
+  // A text of the file that is not UTF-8 is shown with U+FFFD.
+  writeOut(doc.dump(2, ' ', false,
+                    nlohmann::ordered_json::error_handler_t::replace) +
+           "\n");
 }
 
 struct Options {

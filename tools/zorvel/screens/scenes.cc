@@ -20,29 +20,24 @@ std::string capitalised(std::string s) {
 
 // The keypad's twelve keys and the call button, below the display.
 void paintPad(const ui::UIView& view, render::Canvas& canvas) {
-  static const char* keys[] = {"1", "2", "3", "4", "5", "6",
-                               "7", "8", "9", "*", "0", "#"};
   static const char* letters[] = {"",     "ABC", "DEF",  "GHI", "JKL", "MNO",
                                   "PQRS", "TUV", "WXYZ", "",    "+",   ""};
-  const double w = view.frame().size.width, h = view.frame().size.height;
-  const double d = std::min(78.0, (h - 150 - 49 - 20) / 5.4);
-  const double gap = d * 0.3, top = 150;
-  const double left = (w - 3 * d - 2 * gap) / 2;
-  for (int i = 0; i < 12; ++i) {
-    const double x = left + (i % 3) * (d + gap),
-                 y = top + (i / 3) * (d + gap * 0.6);
-    canvas.fill({{x, y}, {d, d}}, kKeyGrey, d / 2);
-    canvas.text({{x, y + d * 0.12}, {d, d * 0.5}}, keys[i],
+  const auto keys = padKeys(view.frame().size);
+  for (size_t i = 0; i < 12; ++i) {
+    const ui::Rect& r = keys[i].rect;
+    const double x = r.origin.x, y = r.origin.y, d = r.size.width;
+    canvas.fill(r, kKeyGrey, d / 2);
+    canvas.text({{x, y + d * 0.12}, {d, d * 0.5}}, std::string(1, keys[i].key),
                 {"HelveticaNeue-Thin", d * 0.42}, kBlack,
                 ui::TextAlignment::Center);
     canvas.text({{x, y + d * 0.58}, {d, d * 0.22}}, letters[i],
                 {"Helvetica-Bold", d * 0.13}, kBlack,
                 ui::TextAlignment::Center);
   }
-  const double y = top + 4 * (d + gap * 0.6);
-  canvas.fill({{(w - d) / 2, y}, {d, d}}, {0.3, 0.85, 0.39, 1}, d / 2);
-  canvas.text({{(w - d) / 2, y}, {d, d}}, "Call", {"Helvetica-Bold", 15},
-              kWhite, ui::TextAlignment::Center);
+  const ui::Rect& call = keys[12].rect;
+  canvas.fill(call, {0.3, 0.85, 0.39, 1}, call.size.width / 2);
+  canvas.text(call, "Call", {"Helvetica-Bold", 15}, kWhite,
+              ui::TextAlignment::Center);
 }
 
 render::Painters& painters() {
@@ -103,16 +98,20 @@ std::string carrierOf(platform::SimProcess& process) {
   return carrier;
 }
 
-render::Scene base(platform::SimProcess& process) {
+render::Scene base(const platform::DeviceFacts& device,
+                   const std::string& carrier,
+                   std::shared_ptr<const platform::Alert> alert) {
   render::Scene s;
-  const auto& device = process.device();
   s.points = device.screenPoints;
   s.scale = device.screenScale;
-  s.carrier = carrierOf(process);
+  s.carrier = carrier;
   s.painters = &painters();
-  s.alert = process.openAlert();
+  s.alert = std::move(alert);
   s.sheet = ui::UIActionSheet::presented();
   return s;
+}
+render::Scene base(platform::SimProcess& process) {
+  return base(process.device(), carrierOf(process), process.openAlert());
 }
 
 // The controller on top of `root`, and the navigation controller it sits in.
@@ -167,9 +166,33 @@ void showTop(render::Scene& s,
 
 }  // namespace
 
+std::vector<PadKey> padKeys(platform::Size size) {
+  static const char keys[] = "123456789*0#";
+  const double w = size.width, h = size.height;
+  const double d = std::min(78.0, (h - 150 - 49 - 20) / 5.4);
+  const double gap = d * 0.3, top = 150;
+  const double left = (w - 3 * d - 2 * gap) / 2;
+  std::vector<PadKey> out;
+  for (int i = 0; i < 12; ++i)
+    out.push_back(
+        {keys[i],
+         {{left + (i % 3) * (d + gap), top + (i / 3) * (d + gap * 0.6)},
+          {d, d}}});
+  out.push_back({kCallKey, {{(w - d) / 2, top + 4 * (d + gap * 0.6)}, {d, d}}});
+  return out;
+}
+
 render::Scene phoneScene(platform::SimProcess& process,
                          hosts::PhoneApplication& app) {
-  render::Scene s = base(process);
+  return phoneScene(process.device(), carrierOf(process), process.openAlert(),
+                    app);
+}
+
+render::Scene phoneScene(const platform::DeviceFacts& device,
+                         const std::string& carrier,
+                         std::shared_ptr<const platform::Alert> alert,
+                         hosts::PhoneApplication& app) {
+  render::Scene s = base(device, carrier, std::move(alert));
   if (app.inCall && app.inCall->isShown()) {
     s.background = {0.1, 0.1, 0.12, 1};
     s.layers.push_back({app.inCall->view(), std::nullopt});

@@ -8,6 +8,10 @@
 // host changes.
 #pragma once
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "hosts/contacts/contacts_app.h"
 #include "hosts/kit/call_screens.h"
 #include "hosts/messages/app.h"
@@ -20,6 +24,21 @@ namespace zv::cli {
 
 render::Scene phoneScene(platform::SimProcess& process,
                          hosts::PhoneApplication& app);
+// The same for a Phone app on another platform (the window's), with what
+// the system shows besides: the carrier name and the open alert.
+render::Scene phoneScene(const platform::DeviceFacts& device,
+                         const std::string& carrier,
+                         std::shared_ptr<const platform::Alert> alert,
+                         hosts::PhoneApplication& app);
+
+// Where the keypad's painter puts its keys in the dialer view of `size`:
+// the twelve keys in order 1-9, *, 0, #, then the call button (kCallKey).
+struct PadKey {
+  char key;
+  ui::Rect rect;
+};
+inline constexpr char kCallKey = '\n';
+std::vector<PadKey> padKeys(platform::Size size);
 render::Scene contactsScene(platform::SimProcess& process,
                             hosts::ContactsApplication& app);
 render::Scene messagesScene(platform::SimProcess& process,
