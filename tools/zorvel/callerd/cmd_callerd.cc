@@ -92,6 +92,12 @@ class Desk final : public CallerDesk::Port {
     return title;
   }
 
+  bool blocksStrangers() const override {
+    auto settings = ZVIncomingCallSettings::sharedInstance();
+    return settings && settings->EnableBlacklist() &&
+           settings->BlacklistBlockStrangers();
+  }
+
   void show(const DesktopNotification& n, uint64_t key) override {
     notes_.show(n, key);
   }
