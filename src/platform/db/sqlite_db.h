@@ -82,6 +82,19 @@ class Statement {
   bool bindNull(int index) {
     return stmt_ && sqlite3_bind_null(stmt_, index) == SQLITE_OK;
   }
+  bool bindBlob(int index, std::string_view bytes) {
+    return stmt_ && sqlite3_bind_blob(stmt_, index, bytes.data(),
+                                      static_cast<int>(bytes.size()),
+                                      SQLITE_TRANSIENT) == SQLITE_OK;
+  }
+  // Makes the statement ready to run again, its parameters unbound.
+  void reset() {
+    if (stmt_) {
+      sqlite3_reset(stmt_);
+      sqlite3_clear_bindings(stmt_);
+    }
+    last_ = SQLITE_OK;
+  }
 
   // True while a row comes back; false at the end and on failure (then
   // done() tells them apart).
