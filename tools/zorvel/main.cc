@@ -17,6 +17,7 @@
 #include "platform/sim/device_presets.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/output.h"
+#include "tools/zorvel/phone_setup/device_home.h"
 #include "tools/zorvel/screens/pictures.h"
 
 namespace zv::cli {
@@ -129,7 +130,12 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version",
                        std::string("zorvel ") + zv::ZVException::kVersion);
   app.require_subcommand(1);
-  zv::platform::LinuxPlatform::instance().setDefaultRoot(ZV_SAMPLE_ROOT);
+  // The bundled sample device in a build folder; an installed zorvel on a
+  // phone has the phone's own device root instead.
+  zv::platform::LinuxPlatform::instance().setDefaultRoot(
+      std::filesystem::is_directory(ZV_SAMPLE_ROOT)
+          ? std::string(ZV_SAMPLE_ROOT)
+          : zv::cli::phoneDeviceRoot());
   for (auto& registrar : zv::cli::registrars()) registrar(app);
   try {
     app.parse(argc, argv);

@@ -10,8 +10,11 @@
 namespace zv::platform {
 namespace {
 
-// How long a book may take to come up before it counts as not answering.
-constexpr guint32 kConnectSeconds = 15;
+// A book is read as soon as it is open, without waiting for it to be
+// online ((guint32) -1): a remote one answers from its local copy, which is
+// what the phone has anyway (and a device without a network monitor never
+// calls a book online).
+constexpr guint32 kConnectSeconds = static_cast<guint32>(-1);
 
 std::string message(GError* error) {
   std::string out = error ? error->message : "unknown error";
