@@ -51,9 +51,9 @@ class CallerdPhoneTest : public ::testing::Test {
   // Everything the server and the mocks keep goes under the test's folder;
   // the bus (and through it every service it starts) inherits this.
   CallerdPhoneTest() {
-    for (const char* name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME",
-                             "XDG_CACHE_HOME", "XDG_RUNTIME_DIR",
-                             "GSETTINGS_BACKEND"})
+    for (const char* name :
+         {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+          "XDG_RUNTIME_DIR", "GSETTINGS_BACKEND"})
       if (const char* v = std::getenv(name)) saved_[name] = v;
     const std::string home = root_ + ".home";
     for (const char* sub : {"/.local/share", "/.config", "/.cache", "/run"})
@@ -69,9 +69,9 @@ class CallerdPhoneTest : public ::testing::Test {
   }
   ~CallerdPhoneTest() override {
     bus_.reset();
-    for (const char* name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME",
-                             "XDG_CACHE_HOME", "XDG_RUNTIME_DIR",
-                             "GSETTINGS_BACKEND"}) {
+    for (const char* name :
+         {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+          "XDG_RUNTIME_DIR", "GSETTINGS_BACKEND"}) {
       auto it = saved_.find(name);
       if (it == saved_.end()) {
         unsetenv(name);
@@ -81,7 +81,8 @@ class CallerdPhoneTest : public ::testing::Test {
     }
     std::error_code ec;
     fs::remove_all(root_ + ".home", ec);
-    for (const char* suffix : {".mm.out", ".notes.out", ".fb.out", ".callerd.out"})
+    for (const char* suffix :
+         {".mm.out", ".notes.out", ".fb.out", ".callerd.out"})
       fs::remove(root_ + suffix, ec);
     fs::remove_all(root_, ec);
   }
@@ -89,11 +90,13 @@ class CallerdPhoneTest : public ::testing::Test {
   void SetUp() override {
     ASSERT_TRUE(bus_->ok()) << "dbus-daemon did not start a private bus";
     ASSERT_EQ(testing::runZorvel("init --root '" + root_ + "'").status, 0);
-    bus_->spawn({kPython, "-m", "dbusmock", "--session", kMM, kMMPath, kMM},
-                root_ + ".mm.out");
-    bus_->spawn({kPython, "-m", "dbusmock", "--session", "-t",
-                 "notification_daemon"},
-                root_ + ".notes.out");
+    // ModemManager is an object manager (-m).
+    bus_->spawn(
+        {kPython, "-m", "dbusmock", "--session", "-m", kMM, kMMPath, kMM},
+        root_ + ".mm.out");
+    bus_->spawn(
+        {kPython, "-m", "dbusmock", "--session", "-t", "notification_daemon"},
+        root_ + ".notes.out");
     bus_->spawn({kPython, "-m", "dbusmock", "--session", kFeedback,
                  kFeedbackPath, kFeedback},
                 root_ + ".fb.out");
@@ -105,15 +108,16 @@ class CallerdPhoneTest : public ::testing::Test {
         15))
         << testing::readFile(root_ + ".mm.out");
     mock(kFeedbackPath, "AddMethod",
-         g_variant_new("(sssss)", kFeedback, "TriggerFeedback", "ssa{sv}i",
-                       "u", "ret = dbus.UInt32(1)"));
+         g_variant_new("(sssss)", kFeedback, "TriggerFeedback", "ssa{sv}i", "u",
+                       "ret = dbus.UInt32(1)"));
     mock(kMMPath, "AddObject",
-         g_variant_new_parsed(
-             "(%s, 'org.freedesktop.ModemManager1.Modem', "
-             "{'State': <int32 8>}, @a(ssss) [])",
-             kModem));
+         g_variant_new_parsed("(%s, 'org.freedesktop.ModemManager1.Modem', "
+                              "{'State': <int32 8>}, @a(ssss) [])",
+                              kModem));
     mock(kModem, "AddProperty",
          g_variant_new_parsed("(%s, 'Calls', <@ao []>)", kVoice));
+    mock(kModem, "AddProperty",
+         g_variant_new_parsed("(%s, 'EmergencyOnly', <false>)", kVoice));
     mock(kModem, "AddMethod",
          g_variant_new("(sssss)", kVoice, "ListCalls", "", "ao",
                        "ret = dbus.Array([], signature='o')"));
@@ -123,7 +127,7 @@ class CallerdPhoneTest : public ::testing::Test {
              "'oa{sa{sv}}', [<%o>, <{"
              "'org.freedesktop.ModemManager1.Modem': {'State': <int32 8>}, "
              "'org.freedesktop.ModemManager1.Modem.Voice': "
-             "{'Calls': <@ao []>}}>])",
+             "{'Calls': <@ao []>, 'EmergencyOnly': <false>}}>])",
              kModem));
   }
 
@@ -182,22 +186,26 @@ class CallerdPhoneTest : public ::testing::Test {
   }
 
   void addContact(const std::string& name, const std::string& number) {
-    const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + name +
-                             "\r\nN:" + name + ";;;;\r\nTEL;TYPE=CELL:" +
-                             number + "\r\nEND:VCARD\r\n";
+    const std::string card =
+        "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + name + "\r\nN:" + name +
+        ";;;;\r\nTEL;TYPE=CELL:" + number + "\r\nEND:VCARD\r\n";
     const std::string out = root_ + ".add.out";
     pid_t pid = bus_->spawn({kPython, "-c", kAddContact, card}, out);
-    ASSERT_TRUE(waitUntil([&] { return !testing::PrivateBus::running(pid); },
-                          30));
+    ASSERT_TRUE(
+        waitUntil([&] { return !testing::PrivateBus::running(pid); }, 30));
     ASSERT_EQ(bus_->end(pid), 0) << testing::readFile(out);
     fs::remove(out);
   }
 
   void start(const Dict& settings, std::vector<std::string> extra = {}) {
-    testing::writePlist(
-        root_ + "/var/mobile/Library/Preferences/zorvel.plist", settings);
-    std::vector<std::string> argv = {testing::zorvelBinary(), "callerd",
-                                     "--root", root_, "--bus", "session",
+    testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+                        settings);
+    std::vector<std::string> argv = {testing::zorvelBinary(),
+                                     "callerd",
+                                     "--root",
+                                     root_,
+                                     "--bus",
+                                     "session",
                                      "--echo"};
     argv.insert(argv.end(), extra.begin(), extra.end());
     callerd_ = bus_->spawn(argv, root_ + ".callerd.out");
@@ -227,8 +235,8 @@ class CallerdPhoneTest : public ::testing::Test {
 TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
   addContact("Lei", "13507551234");
   start(Dict{{"EnableBlacklist", true}, {"BlacklistBlockStrangers", true}});
-  ASSERT_TRUE(waitUntil([&] { return said("Evolution Data Server: 1 added"); },
-                        20))
+  ASSERT_TRUE(
+      waitUntil([&] { return said("Evolution Data Server: 1 added"); }, 20))
       << output();
   const auto contact = ring("13507551234");
   const auto stranger = ring("13407551234");
@@ -247,8 +255,8 @@ TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
   end(added);
 
   // Blacklisting that contact with the command hangs up its next call.
-  auto r = testing::runZorvel("blacklist add 136-0755-1234 --root '" + root_ +
-                              "'");
+  auto r =
+      testing::runZorvel("blacklist add 136-0755-1234 --root '" + root_ + "'");
   ASSERT_EQ(r.status, 0) << r.err;
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   const auto listed = ring("13607551234");

@@ -72,9 +72,10 @@ class PhoneSetupTest : public ::testing::Test {
 TEST_F(PhoneSetupTest, InitMakesAnEmptyDeviceOnceAndKeepsTheUsersData) {
   auto r = zorvel("init");
   ASSERT_EQ(r.status, 0) << r.err;
-  for (const char* data : {"/Library/Zorvel/Area/China", "/Library/Zorvel/Area/USA",
-                           "/Library/Zorvel/Table/PinYin.txt",
-                           "/Library/Zorvel/block.caf", "/Library/Zorvel/avatar.png"})
+  for (const char* data :
+       {"/Library/Zorvel/Area/China", "/Library/Zorvel/Area/USA",
+        "/Library/Zorvel/Table/PinYin.txt", "/Library/Zorvel/block.caf",
+        "/Library/Zorvel/avatar.png"})
     EXPECT_TRUE(fs::is_regular_file(file(data))) << data;
   EXPECT_TRUE(fs::perms::owner_exec ==
               (fs::status(file("/Library/Zorvel/zvtool")).permissions() &
@@ -123,13 +124,15 @@ TEST_F(PhoneSetupTest, SettingsAreTypedAsTheCatalogueSaysAndAnnounced) {
     const char *key, *typed, *shown;
     Value stored;
   };
-  for (const Case& c : {Case{"EnableBlacklist", "yes", "true", Value(true)},
-                        Case{"BlacklistBlockMode", "2", "2", Value(2)},
-                        Case{"ConnectedVibrateIntensity", "0.8", "0.8", Value(0.8)},
-                        Case{"BlacklistBlockArea", "'宿迁 苏州'", "宿迁 苏州",
-                             Value("宿迁 苏州")},
-                        Case{"MyInfo", "-1", "-1", Value(-1)}}) {
-    ASSERT_EQ(zorvel(std::string("settings set ") + c.key + " " + c.typed).status, 0)
+  for (const Case& c :
+       {Case{"EnableBlacklist", "yes", "true", Value(true)},
+        Case{"BlacklistBlockMode", "2", "2", Value(2)},
+        Case{"ConnectedVibrateIntensity", "0.8", "0.8", Value(0.8)},
+        Case{"BlacklistBlockArea", "'宿迁 苏州'", "宿迁 苏州",
+             Value("宿迁 苏州")},
+        Case{"MyInfo", "-1", "-1", Value(-1)}}) {
+    ASSERT_EQ(
+        zorvel(std::string("settings set ") + c.key + " " + c.typed).status, 0)
         << c.key;
     EXPECT_EQ(zorvel(std::string("settings get ") + c.key).out,
               std::string(c.shown) + "\n");
@@ -142,7 +145,8 @@ TEST_F(PhoneSetupTest, SettingsAreTypedAsTheCatalogueSaysAndAnnounced) {
             (std::vector<std::string>{"ZVSettingsChanged", "ZVAreaChanged"}));
   ASSERT_EQ(zorvel("settings unset EnableBlacklist").status, 0);
   EXPECT_EQ(zorvel("settings get EnableBlacklist").out, "false\n");
-  EXPECT_FALSE(plist::readDictionary(prefs("zorvel.plist"))->contains("EnableBlacklist"));
+  EXPECT_FALSE(plist::readDictionary(prefs("zorvel.plist"))
+                   ->contains("EnableBlacklist"));
   heard.names();
 
   // Wrong keys and values: one line naming the key, nothing written or said.
@@ -155,8 +159,10 @@ TEST_F(PhoneSetupTest, SettingsAreTypedAsTheCatalogueSaysAndAnnounced) {
       {"settings set BlacklistBlockMode 7", "BlacklistBlockMode"},
       {"settings set CallHistoryLimit 1.5", "CallHistoryLimit"},
       {"settings set MyInfo 99999999999", "MyInfo"},
-      {"settings set ConnectedVibrateIntensity nan", "ConnectedVibrateIntensity"},
-      {"settings set ConnectedVibrateIntensity 2", "ConnectedVibrateIntensity"}};
+      {"settings set ConnectedVibrateIntensity nan",
+       "ConnectedVibrateIntensity"},
+      {"settings set ConnectedVibrateIntensity 2",
+       "ConnectedVibrateIntensity"}};
   for (const auto& [args, key] : wrong) {
     auto r = zorvel(args);
     EXPECT_EQ(r.status, 2) << args;
@@ -179,9 +185,9 @@ TEST_F(PhoneSetupTest, ListsTakeNumbersAndPatternsThatCanMatch) {
   EXPECT_EQ(heard.names(), std::vector<std::string>{"ZVBlacklistChanged"});
   EXPECT_EQ(zorvel("blacklist list").out, "#0086*\n+15550100199\n138*\n");
   // Entries that no caller's number can match; one bad entry stops them all.
-  for (const char* args : {"blacklist add '*'", "blacklist add '**'",
-                           "blacklist add abc", "blacklist add ' - '",
-                           "blacklist add 139 13a8", "whitelist add x"}) {
+  for (const char* args :
+       {"blacklist add '*'", "blacklist add '**'", "blacklist add abc",
+        "blacklist add ' - '", "blacklist add 139 13a8", "whitelist add x"}) {
     r = zorvel(args);
     EXPECT_EQ(r.status, 2) << args;
     EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
@@ -204,47 +210,61 @@ TEST_F(PhoneSetupTest, ListsTakeNumbersAndPatternsThatCanMatch) {
 
 // A 1x1 PNG.
 constexpr char kPng[] =
-    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8DwHwAFBQIAX8jx0gAAAABJRU5ErkJggg==";
+    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8DwHwAFBQIAX8"
+    "jx0gAAAABJRU5ErkJggg==";
 
 TEST_F(PhoneSetupTest, ImportTakesEveryVCardVersionAndUpdatesInPlace) {
   ASSERT_EQ(zorvel("init").status, 0);
   const std::string vcf = root() + "/people.vcf";
   const std::string cards =
-      "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Li;Lei;;;\r\nTEL;CELL;PREF:135 0755 1234\r\n"
+      "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Li;Lei;;;\r\nTEL;CELL;PREF:135 0755 "
+      "1234\r\n"
       "TEL;WORK;FAX:010-12345678\r\nEND:VCARD\r\n"
-      "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:ann-1\r\nN:Smith;Ann;Q;Dr.;\r\nFN:Ann Smith\r\n"
+      "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:ann-1\r\nN:Smith;Ann;Q;Dr.;\r\nFN:Ann "
+      "Smith\r\n"
       "ORG:Acme;Sales\r\nTITLE:Buyer\r\nNICKNAME:Annie\r\nBDAY:1990-05-17\r\n"
       "NOTE:Call after 5\r\nTEL;TYPE=HOME:+1 555 010 0100\r\n"
       "EMAIL;TYPE=WORK:ann@example.org\r\nPHOTO;ENCODING=b;TYPE=PNG:" +
-      std::string(kPng) + "\r\nEND:VCARD\r\n"
+      std::string(kPng) +
+      "\r\nEND:VCARD\r\n"
       "BEGIN:VCARD\r\nVERSION:4.0\r\nUID:urn:uuid:bob\r\nFN:Bob Stone\r\n"
-      "N:Stone;Bob;;;\r\nTEL;VALUE=uri;TYPE=cell:tel:+1-555-010-0199\r\nEND:VCARD\r\n";
+      "N:Stone;Bob;;;\r\nTEL;VALUE=uri;TYPE=cell:tel:+1-555-010-0199\r\nEND:"
+      "VCARD\r\n";
   testing::writeFile(vcf, cards);
   auto r = zorvel("addressbook import '" + vcf + "'");
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, "3 added, 0 updated, 0 removed, 0 unchanged\n");
   const std::string book = file(ps::kAddressBookPath);
-  EXPECT_EQ(texts(book, "SELECT First || '|' || Last || '|' || IFNULL(Middle,'') || "
-                        "'|' || IFNULL(Organization,'') FROM ABPerson ORDER BY ROWID"),
-            (std::vector<std::string>{"Lei|Li||", "Ann|Smith|Q|Acme", "Bob|Stone||"}));
-  EXPECT_EQ(texts(book, "SELECT Department || Prefix || JobTitle || Nickname || Note "
-                        "FROM ABPerson WHERE First = 'Ann'"),
+  EXPECT_EQ(
+      texts(book,
+            "SELECT First || '|' || Last || '|' || IFNULL(Middle,'') || "
+            "'|' || IFNULL(Organization,'') FROM ABPerson ORDER BY ROWID"),
+      (std::vector<std::string>{"Lei|Li||", "Ann|Smith|Q|Acme",
+                                "Bob|Stone||"}));
+  EXPECT_EQ(texts(book,
+                  "SELECT Department || Prefix || JobTitle || Nickname || Note "
+                  "FROM ABPerson WHERE First = 'Ann'"),
             std::vector<std::string>{"SalesDr.BuyerAnnieCall after 5"});
   // 1990-05-17 noon UTC, in seconds since 2001.
-  EXPECT_EQ(texts(book, "SELECT CAST(Birthday AS INTEGER) FROM ABPerson "
-                        "WHERE First = 'Ann'"),
-            std::vector<std::string>{std::to_string(642902400 + 43200 - 978307200)});
-  EXPECT_EQ(texts(book, "SELECT v.value || ' ' || IFNULL(l.value, '-') FROM "
-                        "ABMultiValue v LEFT JOIN ABMultiValueLabel l ON "
-                        "v.label = l.ROWID ORDER BY v.record_id, v.identifier"),
+  EXPECT_EQ(
+      texts(book,
+            "SELECT CAST(Birthday AS INTEGER) FROM ABPerson "
+            "WHERE First = 'Ann'"),
+      std::vector<std::string>{std::to_string(642902400 + 43200 - 978307200)});
+  EXPECT_EQ(texts(book,
+                  "SELECT v.value || ' ' || IFNULL(l.value, '-') FROM "
+                  "ABMultiValue v LEFT JOIN ABMultiValueLabel l ON "
+                  "v.label = l.ROWID ORDER BY v.record_id, v.identifier"),
             (std::vector<std::string>{
                 "135 0755 1234 _$!<Mobile>!$_", "010-12345678 _$!<WorkFAX>!$_",
                 "+1 555 010 0100 _$!<Home>!$_", "ann@example.org _$!<Work>!$_",
                 "+1-555-010-0199 _$!<Mobile>!$_"}));
-  EXPECT_EQ(texts(file(ps::kAddressBookImagesPath),
-                  "SELECT COUNT(*) FROM ABThumbnailImage WHERE length(data) > 60"),
-            std::vector<std::string>{"1"});
-  EXPECT_EQ(plist::readDictionary(prefs("zorvel.keypad.plist"))->at("AddressBookChanged"),
+  EXPECT_EQ(
+      texts(file(ps::kAddressBookImagesPath),
+            "SELECT COUNT(*) FROM ABThumbnailImage WHERE length(data) > 60"),
+      std::vector<std::string>{"1"});
+  EXPECT_EQ(plist::readDictionary(prefs("zorvel.keypad.plist"))
+                ->at("AddressBookChanged"),
             Value(true));
 
   // The same cards again, Bob with a new number: one update, same record.
@@ -260,7 +280,8 @@ TEST_F(PhoneSetupTest, ImportTakesEveryVCardVersionAndUpdatesInPlace) {
 
   // Files that are not vCards change nothing.
   const auto before = testing::fileSnapshot(root());
-  testing::writeFile(root() + "/bad.vcf", "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut");
+  testing::writeFile(root() + "/bad.vcf",
+                     "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut");
   testing::writeFile(root() + "/none.vcf", "hello");
   for (const char* bad : {"/bad.vcf", "/none.vcf", "/missing.vcf"}) {
     r = zorvel("addressbook import '" + vcf + "' '" + root() + bad + "'");
@@ -276,7 +297,8 @@ TEST(SettingsKeysPage, IsGeneratedFromTheCatalogueAndExplainsEveryKey) {
   auto r = testing::runZorvel("settings keys --markdown");
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, testing::readFile(ZV_SOURCE_DIR "/docs/settings-keys.md"))
-      << "regenerate docs/settings-keys.md with zorvel settings keys --markdown";
+      << "regenerate docs/settings-keys.md with zorvel settings keys "
+         "--markdown";
   EXPECT_EQ(r.out.find("|  |"), std::string::npos) << "a key without a meaning";
 }
 

@@ -22,6 +22,7 @@
 
 #include "core/settings.h"
 #include "platform/db/platform_schema.h"
+#include "platform/platform.h"
 #include "platform/plist.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
