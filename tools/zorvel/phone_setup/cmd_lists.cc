@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "callscreens/call_blocking_policy.h"
 #include "callscreens/incoming_call_controller.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/phone_setup/device_edit.h"
@@ -88,9 +89,9 @@ void addListCommand(CLI::App& app, const char* name, const char* devicePath,
 }
 
 Registration reg([](CLI::App& app) {
-  addListCommand(app, "blacklist", ZVIncomingCallController::kBlacklistPath,
+  addListCommand(app, "blacklist", CallBlockingPolicy::kBlacklistPath,
                  "numbers and patterns whose calls are blocked");
-  addListCommand(app, "whitelist", ZVIncomingCallController::kWhitelistPath,
+  addListCommand(app, "whitelist", CallBlockingPolicy::kWhitelistPath,
                  "numbers and patterns that pass the whitelist mode");
 });
 

@@ -1,6 +1,6 @@
 #include "tools/zorvel/phone_setup/phone_services.h"
 
-#include "callscreens/incoming_call_controller.h"
+#include "callscreens/call_blocking_policy.h"
 #include "platform/linux/linux_platform.h"
 
 namespace zv::cli {
@@ -18,7 +18,7 @@ PhoneServices::PhoneServices(GDBusConnection* session, const Options& options,
     if (soundPlayed) soundPlayed();
     if (!feedback) return;
     // The only sounds the call hosts play are the block reminder's.
-    if (id == ZVIncomingCallController::kVibrateSoundID) {
+    if (id == CallBlockingPolicy::kVibrateSoundID) {
       feedback->vibrate(platform::FeedbackEvents::kBlockedCall);
     } else if (const std::string file = platform.soundFile(id); !file.empty()) {
       feedback->play(platform::FeedbackEvents::kBlockedCall, file);
