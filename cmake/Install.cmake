@@ -24,13 +24,14 @@ install(DIRECTORY ${ZV_SAMPLE_ROOT}/Library/Zorvel/
         DESTINATION ${CMAKE_INSTALL_DATADIR}/zorvel/Library/Zorvel
         PATTERN zvtool EXCLUDE)
 
-# The systemd user unit, pointing at the installed program.
+# The systemd user unit, pointing at the program installed under the
+# configured prefix (the package is configured with /usr).
 file(READ ${PROJECT_SOURCE_DIR}/dist/zorvel-callerd.service zv_unit)
 string(REPLACE "/usr/bin/zorvel" "${CMAKE_INSTALL_FULL_BINDIR}/zorvel" zv_unit
        "${zv_unit}")
 file(WRITE ${CMAKE_BINARY_DIR}/dist/zorvel-callerd.service "${zv_unit}")
 install(FILES ${CMAKE_BINARY_DIR}/dist/zorvel-callerd.service
-        DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/user)
+        DESTINATION lib/systemd/user)
 
 # Desktop entries, their icons and man pages, where the project has them:
 # dist/*.desktop, dist/icons/<theme>/<size>/apps/*, dist/man/*.1.
