@@ -180,9 +180,14 @@ class CallerdPhoneTest : public ::testing::Test {
                               path.c_str()));
     return path;
   }
+  // The call ends and ModemManager deletes it.
   void end(const std::string& path) {
     mock(path, "UpdateProperties",
          g_variant_new_parsed("(%s, {'State': <int32 7>})", kCall));
+    mock(kMMPath, "RemoveObject", g_variant_new("(s)", path.c_str()));
+    mock(kModem, "EmitSignal",
+         g_variant_new_parsed("(%s, 'CallDeleted', 'o', [<%o>])", kVoice,
+                              path.c_str()));
   }
 
   void addContact(const std::string& name, const std::string& number) {
@@ -239,10 +244,13 @@ TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
       waitUntil([&] { return said("Evolution Data Server: 1 added"); }, 20))
       << output();
   const auto contact = ring("13507551234");
-  const auto stranger = ring("13407551234");
-  ASSERT_TRUE(waitUntil([&] { return hangups(stranger) == 1; }, 2)) << output();
+  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2)) << output();
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(hangups(contact), 0u) << output();
   end(contact);
+  const auto stranger = ring("13407551234");
+  ASSERT_TRUE(waitUntil([&] { return hangups(stranger) == 1; }, 2)) << output();
+  end(stranger);
 
   // A contact added while callerd runs passes on its next call.
   addContact("Wang", "13607551234");
@@ -253,6 +261,7 @@ TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(hangups(added), 0u) << output();
   end(added);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
 
   // Blacklisting that contact with the command hangs up its next call.
   auto r =
