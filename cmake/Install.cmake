@@ -53,3 +53,19 @@ install(FILES ${PROJECT_SOURCE_DIR}/dist/zorvel-phone.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${PROJECT_SOURCE_DIR}/dist/icons/zorvel-phone.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+
+# What `zorvel init` copies into a new device's /Library/Zorvel: the area
+# databases, the reading table, the pictures and the reminder sound of the
+# sample device (zvtool is installed from bin/ with its triggers).
+install(DIRECTORY ${ZV_SAMPLE_ROOT}/Library/Zorvel/
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zorvel/Library/Zorvel
+        PATTERN zvtool EXCLUDE)
+
+# The systemd user unit, pointing at the program installed under the
+# configured prefix (the package is configured with /usr).
+file(READ ${PROJECT_SOURCE_DIR}/dist/zorvel-callerd.service zv_unit)
+string(REPLACE "/usr/bin/zorvel" "${CMAKE_INSTALL_FULL_BINDIR}/zorvel" zv_unit
+       "${zv_unit}")
+file(WRITE ${CMAKE_BINARY_DIR}/dist/zorvel-callerd.service "${zv_unit}")
+install(FILES ${CMAKE_BINARY_DIR}/dist/zorvel-callerd.service
+        DESTINATION lib/systemd/user)

@@ -22,6 +22,7 @@
 #include "tools/zorvel/device_root.h"
 #include "tools/zorvel/install_layout.h"
 #include "tools/zorvel/output.h"
+#include "tools/zorvel/phone_setup/device_home.h"
 #include "tools/zorvel/screens/pictures.h"
 
 namespace zv::cli {
@@ -144,6 +145,18 @@ void checkSubcommand(const CLI::App& app, int argc, char** argv) {
 
 }  // namespace
 
+// The device a command works on without --root or $ZORVEL_ROOT: the build
+// folder's sample device when run from the build, else the phone's own
+// device once `zorvel init` has made it, else the installed sample device.
+static std::string defaultRoot() {
+  std::error_code ec;
+  const auto beside = zv::cli::programFolder() / "sample-device";
+  if (std::filesystem::is_directory(beside, ec)) return beside.string();
+  const std::string phone = zv::cli::phoneDeviceRoot();
+  if (zv::cli::isDeviceRoot(phone)) return phone;
+  return zv::cli::sampleDevice();
+}
+
 int main(int argc, char** argv) {
   // A closed pipe is a write error that the commands see (and end on
   // quietly), not a signal in the middle of writing a file.
@@ -156,8 +169,7 @@ int main(int argc, char** argv) {
   app.add_option("--docs", docs, "write the man page or bash completion")
       ->check(CLI::IsMember({"man", "bash-completion"}))
       ->group("");  // for the build only
-  zv::platform::LinuxPlatform::instance().setDefaultRoot(
-      zv::cli::sampleDevice());
+  zv::platform::LinuxPlatform::instance().setDefaultRoot(defaultRoot());
   for (auto& registrar : zv::cli::registrars()) registrar(app);
   try {
     if (argc < 2 || std::string(argv[1]) != "--docs")

@@ -1,8 +1,9 @@
 // zorvel settings: the effective value of every settings key on a device,
 // grouped by settings class, and whether it came from the settings file or
 // the built-in default; then the keypad's own flags (EnableSearch,
-// AddressBookChanged) from zorvel.keypad.plist. Reads only; nothing is
-// written to the device.
+// AddressBookChanged) from zorvel.keypad.plist. The listing reads only; nothing
+// is written to the device. (Its actions, which change one key, are
+// phone_setup/settings_edit.h.)
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -19,6 +20,7 @@
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/output.h"
+#include "tools/zorvel/phone_setup/settings_edit.h"
 
 namespace zv::cli {
 namespace {
@@ -211,7 +213,11 @@ Registration reg([](CLI::App& app) {
   addRootOption(*cmd, options->root);
   cmd->add_flag("--json", options->json,
                 "print one JSON document {file, fileStatus, classes}");
-  cmd->callback([options] { run(*options); });
+  // get/set/unset/keys change or read one key; without one, the listing.
+  addSettingsEdits(*cmd);
+  cmd->callback([options, cmd] {
+    if (cmd->get_subcommands().empty()) run(*options);
+  });
 });
 
 }  // namespace
