@@ -119,6 +119,7 @@ TEST_F(PhoneSetupTest, InitRefusesAFolderThatIsNotADeviceAndFindsItsDefault) {
 }
 
 TEST_F(PhoneSetupTest, SettingsAreTypedAsTheCatalogueSaysAndAnnounced) {
+  ASSERT_EQ(zorvel("init").status, 0);
   Heard heard(root());
   struct Case {
     const char *key, *typed, *shown;
@@ -179,6 +180,7 @@ TEST_F(PhoneSetupTest, SettingsAreTypedAsTheCatalogueSaysAndAnnounced) {
 }
 
 TEST_F(PhoneSetupTest, ListsTakeNumbersAndPatternsThatCanMatch) {
+  ASSERT_EQ(zorvel("init").status, 0);
   Heard heard(root());
   auto r = zorvel("blacklist add '+1 (555) 010-0199' '138*' '#0086*'");
   ASSERT_EQ(r.status, 0) << r.err;
