@@ -25,18 +25,6 @@
 namespace zv::cli {
 namespace {
 
-// The shortest text that reads back as the same float ("0.3", not
-// "0.300000011920929").
-std::string floatText(double value) {
-  const float f = static_cast<float>(value);
-  char buf[32];
-  for (int precision = 1; precision <= 9; ++precision) {
-    std::snprintf(buf, sizeof buf, "%.*g", precision, f);
-    if (std::strtof(buf, nullptr) == f) break;
-  }
-  return buf;
-}
-
 std::string plainText(const SettingInfo& info, const Value& value) {
   if (info.type == "boolean") return value.boolValue() ? "true" : "false";
   if (info.type == "float") return floatText(value.doubleValue());

@@ -37,20 +37,10 @@ SettingInfo findKey(const std::string& key) {
                    " (`zorvel settings keys` lists them)");
 }
 
-std::string shortest(double value) {
-  const float f = static_cast<float>(value);
-  char buf[32];
-  for (int precision = 1; precision <= 9; ++precision) {
-    std::snprintf(buf, sizeof buf, "%.*g", precision, f);
-    if (std::strtof(buf, nullptr) == f) break;
-  }
-  return buf;
-}
-
 std::string text(const SettingInfo& info, const Value& value) {
   if (info.type == "boolean") return value.boolValue() ? "true" : "false";
   if (info.type == "integer") return std::to_string(value.intValue());
-  if (info.type == "float") return shortest(value.doubleValue());
+  if (info.type == "float") return floatText(value.doubleValue());
   return value.stringValue();
 }
 
@@ -58,9 +48,9 @@ void checkRange(const SettingInfo& info, double number) {
   const KeyReference* ref = keyReference(info.key);
   if (!ref) return;
   if ((ref->min && number < *ref->min) || (ref->max && number > *ref->max))
-    throw UsageError(info.key + " takes " + shortest(ref->min.value_or(0)) +
-                     " to " + shortest(ref->max.value_or(0)) + ", not " +
-                     shortest(number));
+    throw UsageError(info.key + " takes " + floatText(ref->min.value_or(0)) +
+                     " to " + floatText(ref->max.value_or(0)) + ", not " +
+                     floatText(number));
 }
 
 // The value as the settings pane stores it: a boolean, an integer, a real or
@@ -156,6 +146,16 @@ void keys(const EditOptions& o) {
 }
 
 }  // namespace
+
+std::string floatText(double value) {
+  const float f = static_cast<float>(value);
+  char buf[32];
+  for (int precision = 1; precision <= 9; ++precision) {
+    std::snprintf(buf, sizeof buf, "%.*g", precision, f);
+    if (std::strtof(buf, nullptr) == f) break;
+  }
+  return buf;
+}
 
 void addSettingsEdits(CLI::App& settings) {
   auto o = std::make_shared<EditOptions>();

@@ -8,10 +8,15 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <string>
 
 namespace zv::cli {
 
 // Adds the four actions under the `settings` command.
 void addSettingsEdits(CLI::App& settings);
+
+// The shortest text that reads back as the same float ("0.3", not
+// "0.300000011920929"), as settings values are shown.
+std::string floatText(double value);
 
 }  // namespace zv::cli
