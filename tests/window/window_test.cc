@@ -83,6 +83,17 @@ class WindowTest : public ::testing::Test {
     ASSERT_TRUE(waitUntil(
         [&] { return fs::exists("/tmp/.X11-unix/X" + std::to_string(n)); }, 10))
         << "Xvfb did not start: " << testing::readFile(root_ + ".x.out");
+    // The socket appears before the server takes clients; on a busy machine
+    // a window started at once may find no display.
+    ASSERT_TRUE(waitUntil(
+        [&] {
+          return testing::runShell(
+                     "DISPLAY=" + display_ +
+                     " xdotool getdisplaygeometry >/dev/null 2>&1")
+                     .status == 0;
+        },
+        10))
+        << "Xvfb takes no clients: " << testing::readFile(root_ + ".x.out");
     setenv("DISPLAY", display_.c_str(), 1);
     // No accessibility bus for the window on the private bus.
     setenv("GTK_A11Y", "none", 1);
