@@ -222,12 +222,7 @@ class CallerdPhoneTest : public ::testing::Test {
     return output().find(text) != std::string::npos;
   }
   size_t count(const std::string& text) {
-    const std::string out = output();
-    size_t n = 0;
-    for (size_t at = out.find(text); at != std::string::npos;
-         at = out.find(text, at + 1))
-      ++n;
-    return n;
+    return testing::occurrences(output(), text);
   }
 
   std::string root_ = testing::freshRoot();

@@ -263,12 +263,7 @@ class CallerdTest : public ::testing::Test {
     return output().find(text) != std::string::npos;
   }
   size_t count(const std::string& text) {
-    const std::string out = output();
-    size_t n = 0;
-    for (size_t at = out.find(text); at != std::string::npos;
-         at = out.find(text, at + 1))
-      ++n;
-    return n;
+    return testing::occurrences(output(), text);
   }
   long rssKiB() {
     std::ifstream status("/proc/" + std::to_string(callerd_) + "/status");
