@@ -288,11 +288,15 @@ plist_t toNode(const Value& v) {
 }
 
 // True when libplist cannot write `v` as it is: a text or dictionary key
-// anywhere in it holds a NUL byte, or a date lies outside the 32-bit seconds
-// libplist keeps (a file may hold either; writing it would change it).
+// anywhere in it holds a NUL byte, a date lies outside the 32-bit seconds
+// libplist keeps, or an object was of a kind read as no value (a binary
+// list's UID or set): a file may hold any of these, and writing it would
+// change it.
 bool unwritable(const Value& v, int depth) {
-  if (depth > 512) return false;
+  // Reads stop at the same depth, so anything deeper was not read whole.
+  if (depth > 512) return true;
   const auto& s = v.storage();
+  if (std::holds_alternative<std::monostate>(s)) return true;
   if (auto str = std::get_if<std::string>(&s))
     return str->find('\0') != std::string::npos;
   if (auto date = std::get_if<Date>(&s)) return !writableDate(date->seconds);
