@@ -164,6 +164,7 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
     bool chinese;
     FakeCall call;
     std::string label, expected;
+    bool off = false;  // CallHistoryRingDuration
   } cases[] = {
       {"8.1",
        false,
@@ -172,6 +173,14 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
         .recordId = 4},
        "mobile",
        "mobile 北京市 (12sec)"},
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000000.25}),
+        .number = kBeijingMobile,
+        .recordId = 4},
+       "mobile",
+       "mobile 北京市",
+       true},
       {"8.1",
        false,
        {.occurrences = occurrences({437000000.25, 437000100.0, 437000200.5}),
@@ -207,7 +216,7 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.expected);
-    begin({{"CallHistoryRingDuration", true}}, c.version);
+    begin({{"CallHistoryRingDuration", !c.off}}, c.version);
     if (c.chinese) proc_->setLocalizedStrings({{"sec", "秒"}});
     auto row = shown(c.call, "x", c.label);
     decorate(row);
