@@ -111,16 +111,17 @@ TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
   // The cached false is final: an area rule that now covers the number
   // (and blocks its whitelisted neighbour) reaches it only once
   // "ZVBlacklistChanged" drops the cache.
+  EXPECT_FALSE(blocks("13912348888"));
   writePlist(kSettingsPath, Dict{{"EnableBlacklist", true},
                                  {"BlacklistBlockMode", 1},
-                                 {"BlacklistBlockArea", "138"}});
+                                 {"BlacklistBlockArea", "南京"}});
   platform::current().post("ZVSettingsChanged");
   world_.advance(3.5);
-  EXPECT_TRUE(blocks("13800002222"));
-  EXPECT_FALSE(blocks("13800001111"));
+  EXPECT_TRUE(blocks("139123418888"));
+  EXPECT_FALSE(blocks("13912348888"));
   platform::current().post(ZVIncomingCallController::kChangedNotification);
   world_.advance(0);
-  EXPECT_TRUE(blocks("13800001111"));
+  EXPECT_TRUE(blocks("13912348888"));
 }
 
 // Where the prose promises that a whitelisted number from a blocked area is

@@ -139,8 +139,9 @@ TEST_F(CallerInfoTest, EachDetailSwitchAddsItsOwnLine) {
   };
   for (const auto& [key, line] : cases) {
     SCOPED_TRACE(key);
-    start(
-        {{"EnableInfo", true}, {"InfoIncomingCallNumber", false}, {key, true}});
+    Dict settings{{"EnableInfo", true}, {"InfoIncomingCallNumber", false}};
+    settings[key] = true;
+    start(settings);
     host_->lcd = ui::make<ui::UIView>();
     auto screen = rt::create(callClass_);
     host_->screenCalls[screen.get()] = call(kNumber, 7);
