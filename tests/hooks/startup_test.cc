@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "hooks/modules.h"
-#include "hostsdk/contacts.h"
-#include "hostsdk/messages.h"
-#include "hostsdk/phone.h"
 #include "support/device_files.h"
 #include "support/sim_fixture.h"
 
@@ -94,7 +91,7 @@ TEST_F(StartupTest, FeatureRoutinesWithTheirSwitchesOffInstallNothing) {
   } cases[] = {
       {"com.apple.mobilephone",
        zvrecents_init,
-       {sdk::PHRecentsViewController::kName, sdk::PHRecentsCell::kName},
+       {"PHRecentsViewController", "PHRecentsCell"},
        {{"EnableArea", false},
         {"EnableAvatar", false},
         {"CallHistoryRingDuration", false},
@@ -102,13 +99,13 @@ TEST_F(StartupTest, FeatureRoutinesWithTheirSwitchesOffInstallNothing) {
        {{"CallHistoryLimit", 101}}},
       {"com.apple.MobileAddressBook",
        zvcontacts_init,
-       {sdk::ABPropertyPhoneNumberCell::kName,
-        sdk::ABContactViewController::kName, sdk::ABMembersDataSource::kName},
+       {"ABPropertyPhoneNumberCell", "ABContactViewController",
+        "ABMembersDataSource"},
        noArea,
        {{"EnableAvatar", true}}},
       {"com.apple.MobileSMS",
        zvsms_init,
-       {sdk::CKConversationListCell::kName, sdk::CKTranscriptController::kName},
+       {"CKConversationListCell", "CKTranscriptController"},
        noArea,
        {{"SMSSelectGroup", true}}},
   };
