@@ -35,4 +35,18 @@ platform::SimProcess& launchSimulated(platform::SimWorld& world,
   return process;
 }
 
+std::shared_ptr<ui::UIWindow> keyWindow(platform::SimProcess& process) {
+  auto app = ui::UIApplication::shared();
+  auto window =
+      app ? app->keyWindow()
+          : ui::UIWindow::makeForScreen(process.device().screenPoints);
+  std::string carrier = "Carrier";
+  for (const auto& e : process.world().events())
+    if (e.kind == "carrier") carrier = e.detail;
+  window->statusBar()->carrier = carrier;
+  window->alert = process.openAlert();
+  window->layoutIfNeeded();
+  return window;
+}
+
 }  // namespace zv::hosts

@@ -49,4 +49,10 @@ platform::SimProcess& launchSimulated(platform::SimWorld& world,
                                       platform::DeviceFacts facts,
                                       ExtensionEntry extension = nullptr);
 
+// The key window of the application running in `process` (call inside
+// it), with what the system adds: the carrier name the status bar shows and
+// the open alert; laid out, ready to draw (render::paintWindow) or to hit
+// test. A process without an application gets an empty window.
+std::shared_ptr<ui::UIWindow> keyWindow(platform::SimProcess& process);
+
 }  // namespace zv::hosts

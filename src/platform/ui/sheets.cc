@@ -1,8 +1,42 @@
 #include "platform/ui/sheets.h"
 
+#include "platform/ui/canvas.h"
+
 #include "platform/platform.h"
 
 namespace zv::ui {
+
+void UIActionSheet::draw(Canvas& canvas) const {
+  const Color kLine{0.7, 0.7, 0.72, 1};
+  const double W = frame().size.width, H = frame().size.height;
+  canvas.fill({{0, 0}, frame().size}, {0, 0, 0, 0.4});
+  const double w = W - 16, x = 8;
+  std::vector<int> main;
+  for (int i = 0; i < static_cast<int>(buttons_.size()); ++i)
+    if (i != cancel_index_) main.push_back(i);
+  const double titleH = title.empty() ? 0 : 44;
+  const double cancelH = cancel_index_ >= 0 ? 57 + 8 : 0;
+  const double groupH = titleH + 57.0 * main.size();
+  double y = H - 8 - cancelH - groupH;
+  canvas.fill({{x, y}, {w, groupH}}, {0.97, 0.97, 0.97, 1}, 13);
+  if (titleH > 0)
+    canvas.text({{x + 16, y}, {w - 32, titleH}}, title, {"Helvetica", 13},
+                {0.56, 0.56, 0.58, 1}, TextAlignment::Center);
+  y += titleH;
+  for (size_t k = 0; k < main.size(); ++k, y += 57) {
+    if (k > 0 || titleH > 0) canvas.fill({{x, y}, {w, canvas.hairline()}}, kLine);
+    const int i = main[k];
+    canvas.text({{x + 8, y}, {w - 16, 57}}, buttons_[i], {"Helvetica", 20},
+                i == destructive_index_ ? Color{1, 0.23, 0.19, 1} : kTintColor,
+                TextAlignment::Center);
+  }
+  if (cancelH > 0) {
+    const Rect r{{x, H - 8 - 57}, {w, 57}};
+    canvas.fill(r, {1, 1, 1, 1}, 13);
+    canvas.text(r, buttons_[cancel_index_], {"Helvetica-Bold", 20}, kTintColor,
+                TextAlignment::Center);
+  }
+}
 namespace {
 
 struct PresentedSheet {
