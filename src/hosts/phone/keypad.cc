@@ -193,15 +193,19 @@ void PhonePad::build() {
 
 void PhonePad::layoutSubviews() {
   const double w = frame().size.width, h = frame().size.height;
-  // Four rows of keys and the call row, the rows 0.18 of a key apart.
-  const double d = std::max(0.0, std::min(78.0, (h - 10) / 5.72));
+  // The keys take the upper three quarters of the pad, in four rows 0.18
+  // of a key apart; the call button is centred in the rest.
+  const double keysHeight = h * 0.74;
+  const double d = std::max(0.0, std::min(78.0, keysHeight / 4 / 1.18));
   const double gap = d * 0.3, row = d * 1.18;
-  const double left = (w - 3 * d - 2 * gap) / 2, top = (h - 5.72 * d) / 2;
+  const double left = (w - 3 * d - 2 * gap) / 2;
+  const double top = (keysHeight - 4 * row + d * 0.18) / 2;
   for (size_t i = 0; i < keys_.size(); ++i)
     keys_[i]->setFrame(
         {{left + (i % 3) * (d + gap), top + (i / 3) * row}, {d, d}});
   if (call_button_) {
-    call_button_->setFrame({{(w - d) / 2, top + 4 * row}, {d, d}});
+    call_button_->setFrame(
+        {{(w - d) / 2, keysHeight + (h - keysHeight - d) / 2}, {d, d}});
     call_button_->setCornerRadius(d / 2);
   }
 }
