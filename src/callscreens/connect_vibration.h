@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "callscreens/call_status.h"
 #include "core/device.h"
 #include "platform/platform.h"
 
@@ -22,10 +23,10 @@ class ConnectVibration {
  public:
   static constexpr double kDelay = 0.1;
 
-  // Whether a call now in `status` (1 active) should vibrate: true once per
-  // connection of an outgoing call.
+  // Whether a call now in `status` should vibrate: true once per
+  // connection (kCallActive) of an outgoing call.
   bool shouldVibrate(int32_t status, bool outgoing) {
-    if (status != 1) {
+    if (status != kCallActive) {
       latch_ = false;
       return false;
     }

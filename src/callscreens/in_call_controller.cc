@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "area/area_loader.h"
+#include "callscreens/call_status.h"
 #include "core/device.h"
 #include "core/settings_catalogue.h"
 #include "core/style.h"
@@ -45,7 +46,7 @@ ZVInCallController::ZVInCallController()
       _area(ZVAreaLoader::sharedInstance()) {}
 
 void ZVInCallController::clearCurCallInfo() {
-  _curCallStatus = 0;
+  _curCallStatus = kCallStatusNone;
   _curRecordID = -1;
   _curNumber.clear();
   _curArea.clear();
@@ -68,7 +69,7 @@ void ZVInCallController::areaInCall(const rt::Id& controller,
   int record = host_->abUID(call);
   if (s.AreaOnlyStrangers() && record != -1) return clearCurCallInfo();
   int status = host_->status(call);
-  if (status == 2 || status == 5 || status == 6) return clearCurCallInfo();
+  if (isOffLine(status)) return clearCurCallInfo();
   auto number = host_->destinationID(call);
   if (!number || number->empty()) return clearCurCallInfo();
   if (*number == _curNumber && status == _curCallStatus) return;
@@ -77,9 +78,9 @@ void ZVInCallController::areaInCall(const rt::Id& controller,
   _curRecordID = record;
   _curNumber = *number;
   std::optional<std::string> area;
-  if (status == 1)
+  if (status == kCallActive)
     area = _area->getArea(_curNumber, s.AreaNameInCall(), s.AreaTypeInCall());
-  else if (status == 3)
+  else if (status == kCallDialling)
     area = _area->getArea(_curNumber, s.AreaNameOutgoingCall(),
                           s.AreaTypeOutgoingCall());
   else
@@ -112,7 +113,7 @@ std::string ZVInCallController::areaInCall(const rt::Id& lcd,
     } else if (label.empty()) {
       result = area;
     } else if (!endsWith(label, area)) {
-      if (_curCallStatus == 3 && s.AreaReplaceTextOutgoingCall())
+      if (_curCallStatus == kCallDialling && s.AreaReplaceTextOutgoingCall())
         result = area;
       else
         result = label + "  " + area;

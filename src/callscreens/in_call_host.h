@@ -20,7 +20,7 @@ class InCallHost {
   virtual ~InCallHost() = default;
 
   // --- The call --------------------------------------------------------------
-  // 1 active, 2 held, 3 dialling out, 4 ringing in, 5 and 6 ending and ended.
+  // A CallStatus (call_status.h).
   virtual int status(const rt::Id& call) = 0;
   // The other party's number; nullopt when withheld.
   virtual std::optional<std::string> destinationID(const rt::Id& call) = 0;

@@ -54,25 +54,22 @@ void ZVIncomingCallController::ZVBlacklistChanged() {
 
 void ZVIncomingCallController::init() {
   _settings = ZVIncomingCallSettings::sharedInstance();
-  _area = ZVAreaLoader::sharedInstance();
-  _addressbook = ZVAddressBook::sharedInstance();
-  _callhistory = ZVCallHistory::sharedInstance();
+  auto area = ZVAreaLoader::sharedInstance();
+  auto callHistory = ZVCallHistory::sharedInstance();
+  blocking_ = std::make_shared<CallBlockingPolicy>(_settings, area);
+  info_ = std::make_shared<CallerInfoViews>(
+      _settings, area, ZVAddressBook::sharedInstance(), callHistory);
+  ring_ = std::make_shared<RingTimer>(_settings, callHistory);
   // Below 8.0 the incoming-call screen lives in the springboard, whose class
   // is registered only some seconds after launch.
   if (UIDevice::OSVersion() < 8.0f) scheduleInitHook();
-  _haveInCallLabel = true;
-  _lastBlockedNumber.clear();
 }
 
-ZVIncomingCallController::~ZVIncomingCallController() {
-  unloadBlacklist();
-  if (_soundID != 0 && host_) {
-    try {
-      host_->disposeSystemSound(_soundID);
-    } catch (...) {
-      // The process is going away; a sound it cannot release goes with it.
-    }
-  }
+void ZVIncomingCallController::setHost(std::shared_ptr<IncomingCallHost> host) {
+  blocking_->setHost(host);
+  info_->setHost(host);
+  ring_->setHost(host);
+  host_ = std::move(host);
 }
 
 void ZVIncomingCallController::scheduleInitHook() {
@@ -93,10 +90,38 @@ void ZVIncomingCallController::initHook() {
 
 int ZVIncomingCallController::initHookAttempts() { return initHookCounter(); }
 
-void ZVIncomingCallController::unloadBlacklist() {
-  _blacklist.reset();
-  _whitelist.reset();
-  _lastBlockedNumber.clear();
+std::optional<std::string> ZVIncomingCallController::areaBulletin(
+    const rt::Id& bulletin, std::optional<std::string> title) {
+  // The banner of a call that just stopped ringing: its ring time first, so
+  // that the banner can show it.
+  if (ring_->isIncomingCall() && info_->annotatesBulletin(bulletin))
+    ring_->stopRingDuration();
+  return info_->areaBulletin(bulletin, std::move(title));
+}
+
+void ZVIncomingCallController::callStateChangedNotification(
+    const rt::Id& notification) {
+  if (!_settings || !host_) return;
+  rt::Id call = host_->notificationObject(notification);
+  info_->callStateChanged(call);
+  if (_settings->EnableConnectedVibrate()) connectedVibrate(call);
+}
+
+void ZVIncomingCallController::deallocCall() {
+  ring_->deallocCall();
+  info_->deallocCall();
+}
+
+void ZVIncomingCallController::connectedVibrate(const rt::Id& call) {
+  if (!_settings || !_settings->EnableConnectedVibrate() || !call || !host_)
+    return;
+  if (connect_vibration_.shouldVibrate(host_->status(call),
+                                       host_->isOutgoing(call)))
+    ConnectVibration::schedule(*this);
+}
+
+void ZVIncomingCallController::vibrate() {
+  if (_settings) ConnectVibration::vibrate(*_settings);
 }
 
 }  // namespace zv

@@ -62,8 +62,8 @@ class IncomingCallHost {
   // AudioServicesDisposeSystemSoundID.
   virtual void disposeSystemSound(uint32_t soundId) = 0;
 
-  // status: 1 active, 2 held, 3 dialling out, 4 ringing in, 5/6 ending/ended;
-  // 0 when the object has none.
+  // status: a CallStatus (call_status.h); kCallStatusNone when the object
+  // has none.
   virtual int32_t status(const rt::Id& call) = 0;
   // A notification's object (the call of a call-status notification).
   virtual rt::Id notificationObject(const rt::Id& notification) = 0;

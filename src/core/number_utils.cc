@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/phone_number_class.h"
+#include "platform/runtime/message.h"
 #include "platform/runtime/object.h"
 #include "platform/utf8.h"
 
@@ -67,13 +69,15 @@ std::string keypadString(std::string_view text) {
 
 std::string formattedStringValue(std::string_view text) {
   if (utf16Length(text) < 4) return std::string(text);
-  rt::Class* cls = rt::getClass("CNPhoneNumber");
+  using Number = platform::CNPhoneNumber;
+  rt::Class* cls = rt::getClass(Number::kName);
   if (!cls) return std::string(text);
-  rt::Id number = rt::send<rt::Id>(
-      rt::classObject(cls), "phoneNumberWithStringValue:", std::string(text));
+  rt::Id number =
+      rt::send(rt::classObject(cls), Number::phoneNumberWithStringValue,
+               std::string(text));
   // What the platform's formatter gives is the answer, an empty text
   // included: callers show what the platform would.
-  return rt::send<std::string>(number, "formattedStringValue");
+  return rt::send(number, Number::formattedStringValue);
 }
 
 size_t indexOfPhoneNumber(const std::vector<std::string>& patterns,

@@ -26,18 +26,15 @@ void popLastCharacter(std::string& s) {
 }  // namespace
 
 KeypadGeometry keypadGeometry() {
-  KeypadGeometry g{16, 80, 89, 80, 20};
-  if (UIDevice::isPhone4screen())
-    g = {12, 70, 75, 290, 20};
-  else if (UIDevice::isPhone5screen())
-    g = {21, 80, 89, 335, 20};
-  else if (UIDevice::isPhone6screen())
-    g = {45, 80, 142, 356, 20};
-  else if (UIDevice::isPhone6pscreen())
-    g = {55, 100, 170, 380, 25};
+  const KeypadScreen screen = UIDevice::isPhone4screen()    ? k35InchScreen
+                              : UIDevice::isPhone5screen()  ? k4InchScreen
+                              : UIDevice::isPhone6screen()  ? k47InchScreen
+                              : UIDevice::isPhone6pscreen() ? k55InchScreen
+                                                            : kOtherScreen;
+  KeypadGeometry g = kKeypadScreens[screen];
   if (UIDevice::OSVersion() < 7.1f) {
-    g.pagerTop = 20;
-    g.listTop = UIDevice::isPhone4screen() ? 87 : 98;
+    g.pagerTop = kPre71PagerTop;
+    g.listTop = UIDevice::isPhone4screen() ? kPre71ListTop35 : kPre71ListTop;
   }
   return g;
 }
@@ -472,7 +469,8 @@ void ZVKeypadController::showKeypadView() {
     }
     if (!_onoffButton) {
       _onoffButton = ui::make<ui::UIButton>();
-      _onoffButton->setFrame({{0, g.buttonTop}, {70, 35}});
+      _onoffButton->setFrame(
+          {{0, g.buttonTop}, {kOnOffButtonWidth, kOnOffButtonHeight}});
       _onoffButton->addTarget(ui::kTouchUpInside, [weak](const rt::Id&) {
         if (auto me = weak.lock()) me->onoffButtonPressed();
       });

@@ -18,6 +18,7 @@
 #include <optional>
 #include <string>
 
+#include "dialer/keypad_geometry.h"
 #include "dialer/keypad_host.h"
 #include "dialer/keypad_list_view.h"
 #include "dialer/keypad_view.h"
@@ -27,12 +28,6 @@
 namespace zv {
 
 class ZVAreaLoader;
-
-// Where the result views sit on the host keypad, by screen and system.
-struct KeypadGeometry {
-  double pagerTop, pagerHeight, listTop, listHeight, buttonTop;
-};
-KeypadGeometry keypadGeometry();
 
 class ZVKeypadController
     : public ZVKeypadViewDelegate,

@@ -55,24 +55,23 @@ void registerPhoneNumberClass(rt::Runtime& runtime) {
   rt::Class* cls = runtime.getClass(kClassName);
   if (cls) return;
   cls = runtime.registerClass(kClassName);
-  rt::addMethod<rt::Id(std::string)>(
-      cls->metaClass(), "phoneNumberWithStringValue:",
-      [cls](const rt::Id&, std::string text) -> rt::Id {
-        auto number = rt::create(cls);
-        number->setIvar(kStringIvar, std::move(text));
-        return number;
-      });
-  rt::addMethod<std::string()>(
-      cls, "formattedStringValue", [](const rt::Id& self) -> std::string {
-        auto text = rt::getIvar<std::string>(self, kStringIvar);
-        if (!text) return "";
-        return formatPhoneNumber(*text,
-                                 regionOfLocale(current().device().locale));
-      });
-  rt::addMethod<std::string()>(
-      cls, "stringValue", [](const rt::Id& self) -> std::string {
-        return rt::getIvar<std::string>(self, kStringIvar).value_or("");
-      });
+  rt::define(runtime, CNPhoneNumber::phoneNumberWithStringValue,
+             [cls](const rt::Id&, std::string text) -> rt::Id {
+               auto number = rt::create(cls);
+               number->setIvar(kStringIvar, std::move(text));
+               return number;
+             });
+  rt::define(runtime, CNPhoneNumber::formattedStringValue,
+             [](const rt::Id& self) -> std::string {
+               auto text = rt::getIvar<std::string>(self, kStringIvar);
+               if (!text) return "";
+               return formatPhoneNumber(
+                   *text, regionOfLocale(current().device().locale));
+             });
+  rt::define(runtime, CNPhoneNumber::stringValue,
+             [](const rt::Id& self) -> std::string {
+               return rt::getIvar<std::string>(self, kStringIvar).value_or("");
+             });
 }
 
 }  // namespace zv::platform

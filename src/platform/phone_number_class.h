@@ -10,9 +10,21 @@
 #include <string>
 #include <string_view>
 
+#include "platform/runtime/message.h"
 #include "platform/runtime/object.h"
 
 namespace zv::platform {
+
+// The class and its selectors as typed messages, declared once: defined
+// here, sent by the number utilities.
+struct CNPhoneNumber {
+  static constexpr std::string_view kName = "CNPhoneNumber";
+  static constexpr rt::Message<rt::Id(std::string)> phoneNumberWithStringValue{
+      kName, "phoneNumberWithStringValue:", true};
+  static constexpr rt::Message<std::string()> formattedStringValue{
+      kName, "formattedStringValue"};
+  static constexpr rt::Message<std::string()> stringValue{kName, "stringValue"};
+};
 
 // Registers "CNPhoneNumber" in `runtime` (again: nothing changes).
 void registerPhoneNumberClass(rt::Runtime& runtime);

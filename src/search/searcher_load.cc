@@ -21,14 +21,6 @@ constexpr char kContactsQuery[] =
     "ABPerson,ABMultiValue WHERE ABPerson.ROWID=ABMultiValue.record_id AND "
     "property=3 ORDER BY ABMultiValue.record_id DESC";
 
-// A text column as the C API hands it out: up to its first NUL byte, empty
-// for NULL.
-std::string_view cText(sqlite3_stmt* stmt, int column) {
-  const auto* p =
-      reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
-  return p ? std::string_view(p) : std::string_view();
-}
-
 }  // namespace
 
 void ZVSearcher::loadAddressBook() {
@@ -59,33 +51,28 @@ void ZVSearcher::loadAddressBookDb() {
       const bool company = settings_->DialerCompany();
       EncodedName encoded;
       PersonArena arena;
-      sqlite3_stmt* stmt = nullptr;
-      if (sqlite3_prepare_v2(db.handle(), kContactsQuery, -1, &stmt, nullptr) ==
-          SQLITE_OK) {
-        while (sqlite3_step(stmt) == SQLITE_ROW) {
-          if (sqlite3_column_type(stmt, 0) == SQLITE_NULL) continue;
-          auto person = arena.make();
-          person->setRecordId(sqlite3_column_int(stmt, 0));
-          std::string organization;
-          const bool hasOrganization =
-              company && sqlite3_column_type(stmt, 3) != SQLITE_NULL;
-          if (hasOrganization) organization = cText(stmt, 3);
-          std::string name = composeDisplayName(
-              cText(stmt, 1), cText(stmt, 2),
-              hasOrganization ? &organization : nullptr, lastFirst);
-          const bool hasNumber = sqlite3_column_type(stmt, 4) != SQLITE_NULL;
-          // A label column holding text converts as its leading integer.
-          if (sqlite3_column_type(stmt, 5) != SQLITE_NULL)
-            person->setPhoneType(sqlite3_column_int(stmt, 5));
-          encodeName(name, t9hash_.get(), encoded);
-          person->setTexts(hasNumber ? cText(stmt, 4) : std::string_view(),
-                           encoded.jianPin, encoded.english, encoded.pinYin,
-                           encoded.first, name, hasNumber);
-          person->setNameLength(encoded.nameLength);
-          persons_.push_back(std::move(person));
-        }
+      sql::Statement rows(db, kContactsQuery);
+      while (rows.step()) {
+        if (rows.isNull(0)) continue;
+        auto person = arena.make();
+        person->setRecordId(static_cast<int>(rows.int64(0)));
+        std::string organization;
+        const bool hasOrganization = company && !rows.isNull(3);
+        if (hasOrganization) organization = rows.cText(3);
+        std::string name = composeDisplayName(
+            rows.cText(1), rows.cText(2),
+            hasOrganization ? &organization : nullptr, lastFirst);
+        const bool hasNumber = !rows.isNull(4);
+        // A label column holding text converts as its leading integer.
+        if (!rows.isNull(5))
+          person->setPhoneType(static_cast<int>(rows.int64(5)));
+        encodeName(name, t9hash_.get(), encoded);
+        person->setTexts(hasNumber ? rows.cText(4) : std::string_view(),
+                         encoded.jianPin, encoded.english, encoded.pinYin,
+                         encoded.first, name, hasNumber);
+        person->setNameLength(encoded.nameLength);
+        persons_.push_back(std::move(person));
       }
-      sqlite3_finalize(stmt);
       unloadT9();
     }
   }

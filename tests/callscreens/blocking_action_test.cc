@@ -9,6 +9,7 @@ namespace zv::testing {
 namespace {
 
 using C = ZVIncomingCallController;
+using Policy = CallBlockingPolicy;
 using Actions = std::vector<std::string>;
 
 TEST_F(BlockingTest, ActionHangsUpTheCallEveryCallOrNothing) {
@@ -32,7 +33,7 @@ TEST_F(BlockingTest, ActionHangsUpTheCallEveryCallOrNothing) {
 }
 
 TEST_F(BlockingTest, ReminderComesOnceASecondAfterTheLastBlockedCall) {
-  writeDeviceFile(C::kBlockSoundPath, "caf");
+  writeDeviceFile(Policy::kBlockSoundPath, "caf");
   start({{"BlacklistBlockMode", 2}, {"BlacklistBlockingRemind", 3}});
   EXPECT_TRUE(blocks("10010"));
   world_.advance(0.5);
@@ -55,7 +56,7 @@ TEST_F(BlockingTest, ReminderComesOnceASecondAfterTheLastBlockedCall) {
 }
 
 TEST_F(BlockingTest, ReminderBitsChooseVibrationAndSound) {
-  writeDeviceFile(C::kBlockSoundPath, "caf");
+  writeDeviceFile(Policy::kBlockSoundPath, "caf");
   // Remind off: nothing is even scheduled.
   start({{"BlacklistBlockMode", 2}, {"BlacklistBlockAction", 1}});
   size_t before = world_.pending();
@@ -83,7 +84,7 @@ TEST_F(BlockingTest, MissingOrRefusedSoundLeavesTheVibration) {
   world_.advance(1);
   EXPECT_EQ(takeActions(), (Actions{"sound 4095"}));
   // The file arrives, but the platform refuses it: tried on every reminder.
-  writeDeviceFile(C::kBlockSoundPath, "caf");
+  writeDeviceFile(Policy::kBlockSoundPath, "caf");
   host_->refuseSounds = true;
   EXPECT_TRUE(blocks("10010"));
   world_.advance(1);
@@ -107,7 +108,7 @@ TEST_F(BlockingTest, ReminderOutlivesNoController) {
 
 TEST_F(BlockingTest, RingtoneDecisionSilencesWithoutActingTwice) {
   start({{"BlacklistBlockMode", 0}, {"BlacklistBlockingRemind", 1}});
-  writeList(C::kBlacklistPath, {"10010"});
+  writeList(Policy::kBlacklistPath, {"10010"});
   host_->incoming = call("10010");
   EXPECT_TRUE(controller_->blockInCall(nullptr));
   EXPECT_TRUE(controller_->blockRingtone(nullptr));
@@ -124,7 +125,7 @@ TEST_F(BlockingTest, RingtoneDecisionSilencesWithoutActingTwice) {
 
 TEST_F(BlockingTest, RingtoneDecisionStartsFromAnEmptyCache) {
   start({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, {"10010"});
+  writeList(Policy::kBlacklistPath, {"10010"});
   host_->incoming = call("10010");
   EXPECT_TRUE(controller_->blockInCall(nullptr));
   // The user switches to area-only blocking; the settings reload 3 s later.

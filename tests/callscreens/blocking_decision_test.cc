@@ -6,7 +6,7 @@
 namespace zv::testing {
 namespace {
 
-using C = ZVIncomingCallController;
+using Policy = CallBlockingPolicy;
 using Actions = std::vector<std::string>;
 constexpr int32_t kContact = 12;
 
@@ -15,7 +15,7 @@ TEST_F(BlockingTest, MasterSwitchOffBlocksNothingEvenInBlockAllMode) {
          {"BlacklistBlockMode", 2},
          {"BlacklistBlockStrangers", true},
          {"BlacklistBlockArea", "南京"}});
-  writeList(C::kBlacklistPath, {"13912345678"});
+  writeList(Policy::kBlacklistPath, {"13912345678"});
   EXPECT_FALSE(blocks("13912345678"));
   EXPECT_FALSE(controller_->blockInCall(nullptr));
   EXPECT_FALSE(controller_->blockRingtone(nullptr));
@@ -28,7 +28,7 @@ TEST_F(BlockingTest, MasterSwitchOffBlocksNothingEvenInBlockAllMode) {
 
 TEST_F(BlockingTest, BlockAllModeBlocksContactsWhitelistedAndHiddenCallers) {
   start({{"BlacklistBlockMode", 2}});
-  writeList(C::kWhitelistPath, {"13912345678"});
+  writeList(Policy::kWhitelistPath, {"13912345678"});
   EXPECT_TRUE(blocks("13912345678", kContact));
   EXPECT_TRUE(blocks(std::nullopt));
   EXPECT_EQ(takeActions(),
@@ -43,7 +43,7 @@ TEST_F(BlockingTest, StrangersAndPlatformBlockedCallersComeBeforeTheLists) {
   start({{"BlacklistBlockMode", 1},
          {"BlacklistBlockStrangers", true},
          {"BlacklistBlockBlockedCaller", true}});
-  writeList(C::kWhitelistPath, {"13912345678", "10086"});
+  writeList(Policy::kWhitelistPath, {"13912345678", "10086"});
   // A whitelisted stranger is blocked by the strangers switch.
   EXPECT_TRUE(blocks("13912345678"));
   // A whitelisted contact passes; a whitelisted contact the platform blocks
@@ -78,7 +78,7 @@ TEST_F(BlockingTest, WhitelistModeWithMissingOrEmptyWhitelistBlocksEveryCall) {
   EXPECT_TRUE(blocks("13912345678", kContact));
   EXPECT_TRUE(blocks("10086"));
   // A missing file is tried again on every lookup.
-  writePlist(C::kWhitelistPath, Dict{});
+  writePlist(Policy::kWhitelistPath, Dict{});
   EXPECT_TRUE(blocks("075512345678"));
   EXPECT_TRUE(controller_->whitelist());
   EXPECT_TRUE(controller_->whitelist()->empty());
@@ -88,7 +88,7 @@ TEST_F(BlockingTest, WhitelistModeWithMissingOrEmptyWhitelistBlocksEveryCall) {
 
 TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
   start({{"BlacklistBlockMode", 1}});
-  writeList(C::kWhitelistPath, {"138####", "*8888"});
+  writeList(Policy::kWhitelistPath, {"138####", "*8888"});
   EXPECT_FALSE(blocks("13800001111"));
   EXPECT_FALSE(blocks("+86 010 6666 8888"));
   EXPECT_TRUE(blocks("13900001111"));
@@ -103,11 +103,11 @@ TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
 // cache until the lists reload.
 TEST_F(BlockingTest, WhitelistedNumberInABlockedAreaIsBlockedAndStaysBlocked) {
   start({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "南京"}});
-  writeList(C::kWhitelistPath, {"13912345678"});
+  writeList(Policy::kWhitelistPath, {"13912345678"});
   EXPECT_TRUE(blocks("13912345678"));
   EXPECT_EQ(controller_->lastBlockedNumber().at("13912345678"), true);
-  std::filesystem::remove(root_ + C::kWhitelistPath);
-  writeList(C::kWhitelistPath, {"13912345678"});
+  std::filesystem::remove(root_ + Policy::kWhitelistPath);
+  writeList(Policy::kWhitelistPath, {"13912345678"});
   EXPECT_TRUE(blocks("13912345678"));
   EXPECT_EQ(takeActions(),
             (Actions{"disconnect 13912345678", "disconnect 13912345678"}));
@@ -115,7 +115,7 @@ TEST_F(BlockingTest, WhitelistedNumberInABlockedAreaIsBlockedAndStaysBlocked) {
 
 TEST_F(BlockingTest, BlacklistModeBlocksListedNumbersAndPatterns) {
   start({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath,
+  writeList(Policy::kBlacklistPath,
             {"10010", "95###", "*5678", "400*", "0755*123", "*"});
   // "#" patterns match a prefix ("95588 1234"); "*" alone matches nothing.
   for (const char* n : {"10010", "95588", "95588 1234", "+86 139-1234-5678",
@@ -129,7 +129,7 @@ TEST_F(BlockingTest, BlacklistModeBlocksListedNumbersAndPatterns) {
 
 TEST_F(BlockingTest, BlacklistModeStillAppliesTheAreaRuleToOtherNumbers) {
   start({{"BlacklistBlockMode", 0}, {"BlacklistBlockArea", "深圳 1860"}});
-  writeList(C::kBlacklistPath, {"10010"});
+  writeList(Policy::kBlacklistPath, {"10010"});
   EXPECT_TRUE(blocks("075512345678"));  // its area holds the word
   EXPECT_TRUE(blocks("18601234567"));   // it starts with the prefix
   EXPECT_FALSE(blocks("13912345678"));
@@ -141,7 +141,7 @@ TEST_F(BlockingTest, BlacklistModeStillAppliesTheAreaRuleToOtherNumbers) {
 
 TEST_F(BlockingTest, OtherModesUseOnlyTheAreaRuleAndTheSwitches) {
   start({{"BlacklistBlockMode", 3}, {"BlacklistBlockArea", "深圳"}});
-  writeList(C::kBlacklistPath, {"13912345678"});
+  writeList(Policy::kBlacklistPath, {"13912345678"});
   EXPECT_FALSE(blocks("13912345678"));
   EXPECT_TRUE(blocks("075512345678"));
   EXPECT_FALSE(controller_->blacklist());
@@ -158,7 +158,7 @@ TEST_F(BlockingTest, OtherModesUseOnlyTheAreaRuleAndTheSwitches) {
 
 TEST_F(BlockingTest, InCallDecisionFindsTheScreensCallOrTheIncomingOne) {
   start({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, {"10010", "10011"});
+  writeList(Policy::kBlacklistPath, {"10010", "10011"});
   auto screen = rt::create(callClass_);
   host_->incoming = call("10086");
   host_->incomingVideo = call("10011");

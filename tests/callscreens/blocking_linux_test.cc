@@ -17,6 +17,7 @@ namespace zv::testing {
 namespace {
 
 using C = ZVIncomingCallController;
+using Policy = CallBlockingPolicy;
 
 bool readByte(int fd, double seconds) {
   pollfd p{fd, POLLIN, 0};
@@ -26,7 +27,7 @@ bool readByte(int fd, double seconds) {
 }
 
 void writeList(const std::string& root, const std::string& number) {
-  writePlist(root + C::kBlacklistPath, {{number, true}});
+  writePlist(root + Policy::kBlacklistPath, {{number, true}});
 }
 
 // The call screen's process. Exit status 0 when the first call was blocked

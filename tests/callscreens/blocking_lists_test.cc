@@ -12,6 +12,7 @@ namespace zv::testing {
 namespace {
 
 using C = ZVIncomingCallController;
+using Policy = CallBlockingPolicy;
 
 std::string binaryPlist(const Dict& dict) {
   plist_t root = plist_new_dict();
@@ -30,13 +31,13 @@ std::string binaryPlist(const Dict& dict) {
 // through the kept list until the lists are dropped.
 TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
   start({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, {"10010", "10011"});
+  writeList(Policy::kBlacklistPath, {"10010", "10011"});
   EXPECT_FALSE(controller_->blacklist());  // read on first use
   EXPECT_TRUE(blocks("10010"));
   ASSERT_TRUE(controller_->blacklist());
   EXPECT_EQ(*controller_->blacklist(),
             (std::vector<std::string>{"10010", "10011"}));
-  writeList(C::kBlacklistPath, {"10086"});
+  writeList(Policy::kBlacklistPath, {"10086"});
   EXPECT_TRUE(blocks("10010"));
   EXPECT_FALSE(blocks("10086"));
   controller_->unloadBlacklist();
@@ -48,7 +49,7 @@ TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
 
 TEST_F(BlockingTest, BinaryListFilesAreRead) {
   start({{"BlacklistBlockMode", 0}});
-  writeDeviceFile(C::kBlacklistPath, binaryPlist({{"10010", true}}));
+  writeDeviceFile(Policy::kBlacklistPath, binaryPlist({{"10010", true}}));
   EXPECT_TRUE(blocks("10010"));
 }
 
@@ -67,22 +68,22 @@ class DamagedListTest : public BlockingTest,
 TEST_P(DamagedListTest, IsAnEmptyListThatIsNeverWritten) {
   start({{"BlacklistBlockMode", 0}});
   const std::string& bytes = GetParam().bytes;
-  writeDeviceFile(C::kBlacklistPath, bytes);
-  writeDeviceFile(C::kWhitelistPath, bytes);
+  writeDeviceFile(Policy::kBlacklistPath, bytes);
+  writeDeviceFile(Policy::kWhitelistPath, bytes);
   EXPECT_FALSE(blocks("10010"));
   EXPECT_FALSE(controller_->blacklist());
   EXPECT_FALSE(controller_->isInWhitelist("10010"));
   EXPECT_FALSE(controller_->whitelist());
   EXPECT_TRUE(controller_->lastBlockedNumber().empty());
-  EXPECT_EQ(readDeviceFile(C::kBlacklistPath), bytes);
-  EXPECT_EQ(readDeviceFile(C::kWhitelistPath), bytes);
+  EXPECT_EQ(readDeviceFile(Policy::kBlacklistPath), bytes);
+  EXPECT_EQ(readDeviceFile(Policy::kWhitelistPath), bytes);
 
-  writeList(C::kBlacklistPath, {"10010"});
+  writeList(Policy::kBlacklistPath, {"10010"});
   EXPECT_TRUE(blocks("10010"));
 
   start({{"BlacklistBlockMode", 1}});
   EXPECT_TRUE(blocks("10010"));
-  EXPECT_EQ(readDeviceFile(C::kWhitelistPath), bytes);
+  EXPECT_EQ(readDeviceFile(Policy::kWhitelistPath), bytes);
 }
 
 std::vector<DamagedList> damagedLists() {
@@ -120,19 +121,19 @@ INSTANTIATE_TEST_SUITE_P(Files, DamagedListTest,
 
 TEST_F(BlockingTest, ADirectoryInPlaceOfTheListIsAnEmptyList) {
   start({{"BlacklistBlockMode", 0}});
-  std::filesystem::create_directories(root_ + C::kBlacklistPath);
+  std::filesystem::create_directories(root_ + Policy::kBlacklistPath);
   EXPECT_FALSE(blocks("10010"));
-  EXPECT_TRUE(std::filesystem::is_directory(root_ + C::kBlacklistPath));
+  EXPECT_TRUE(std::filesystem::is_directory(root_ + Policy::kBlacklistPath));
 }
 
 TEST_F(BlockingTest, ChangedNotificationFromAnotherProcessDropsListsAndCache) {
   start({{"BlacklistBlockMode", 0}});
   controller_ = C::sharedInstance();
   controller_->setHost(host_);
-  writeList(C::kBlacklistPath, {"10010"});
+  writeList(Policy::kBlacklistPath, {"10010"});
   EXPECT_TRUE(blocks("10010"));
   EXPECT_FALSE(blocks("10086"));
-  writeList(C::kBlacklistPath, {"10086"});
+  writeList(Policy::kBlacklistPath, {"10086"});
 
   auto& pane = world_.launch("com.apple.Preferences");
   pane.run([] { platform::current().post(C::kChangedNotification); });

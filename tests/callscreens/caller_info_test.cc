@@ -1,10 +1,12 @@
-// ZVIncomingCallController's caller information and ring extras against a
-// fake host: the joiners' branches and flags, the banner's date units and
-// unit text, the information view's place and reuse, the status-change
-// removal and the lock-screen answers per generation.
+// The call screens' caller information and ring extras against a fake host: the
+// joiners' branches and flags, the banner's date units and unit text, the
+// information view's place and reuse, the status-change removal and the
+// lock-screen answers per generation.
 #include <gtest/gtest.h>
 
 #include "callscreens/blocking_fixture.h"
+#include "callscreens/ring_timer.h"
+#include "core/settings_catalogue.h"
 #include "platform/ui/label.h"
 #include "platform/ui/text_view.h"
 #include "search/call_history.h"
@@ -136,18 +138,20 @@ TEST_F(CallerInfoTest, StatusChangeRemovesOwnViewsOnlyForSomeStatuses) {
   }
 }
 
+// The ring timer stands alone: settings in, answers out.
 TEST_F(CallerInfoTest, DeclineButtonAnswersPerGeneration) {
   for (const char* version : {"7.1", "8.1"}) {
     SCOPED_TRACE(version);
     start({{"IncomingCallDeclineButton", true}}, version);
-    EXPECT_EQ(controller_->areDeclineButton(), std::string(version) == "8.1");
-    controller_->initCall();
-    EXPECT_TRUE(controller_->areDeclineButton());
-    EXPECT_EQ(controller_->areDeclineButton(), std::string(version) == "8.1");
-    controller_->deallocCall();
+    RingTimer ring(ZVIncomingCallSettings::sharedInstance(), nullptr);
+    EXPECT_EQ(ring.areDeclineButton(), std::string(version) == "8.1");
+    ring.initCall();
+    EXPECT_TRUE(ring.areDeclineButton());
+    EXPECT_EQ(ring.areDeclineButton(), std::string(version) == "8.1");
   }
   start({}, "8.1");
-  EXPECT_FALSE(controller_->areDeclineButton());
+  EXPECT_FALSE(RingTimer(ZVIncomingCallSettings::sharedInstance(), nullptr)
+                   .areDeclineButton());
 }
 
 }  // namespace

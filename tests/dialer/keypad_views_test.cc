@@ -7,8 +7,8 @@
 #include "dialer/keypad_list_view.h"
 #include "dialer/keypad_view.h"
 #include "dialer/zv_label.h"
-#include "dialer_fixture.h"
 #include "platform/ui/text_metrics.h"
+#include "support/phone_process.h"
 #include "support/picture_rows.h"
 
 namespace zv {
@@ -26,7 +26,7 @@ ZVSearcher::PersonList people(int n) {
   return out;
 }
 
-class KeypadViewsTest : public testing::DialerTest {
+class KeypadViewsTest : public testing::PhoneProcessTest {
  protected:
   KeypadViewsTest()
       : proc_(launch(Dict{{"DialerFormatPhoneNubmer", false},

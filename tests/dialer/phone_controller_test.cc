@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "dialer_fixture.h"
+#include "support/phone_process.h"
 
 namespace zv {
 namespace {
 
-class PhoneControllerTest : public testing::DialerTest {
+class PhoneControllerTest : public testing::PhoneProcessTest {
  protected:
   Dict base() {
     return Dict{{"EnablePrefix", true},

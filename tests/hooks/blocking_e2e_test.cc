@@ -14,6 +14,7 @@ namespace zv::testing {
 namespace {
 
 using C = ZVIncomingCallController;
+using Policy = CallBlockingPolicy;
 using platform::IncomingOptions;
 
 IncomingOptions hidden() {
@@ -143,7 +144,7 @@ TEST_P(BlockingE2ETest, BlockAllModeHangsUpEveryCall) {
 
 TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {
   startHost({{"BlacklistBlockMode", 2}, {"BlacklistBlockingRemind", 3}});
-  writeDeviceBytes(C::kBlockSoundPath, "caff");
+  writeDeviceBytes(Policy::kBlockSoundPath, "caff");
   EXPECT_TRUE(blocked(kBeijing));
   advance(0.5);
   EXPECT_TRUE(blocked(kShenzhen));
@@ -152,7 +153,7 @@ TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {
   advance(0.01);
   auto made = details("soundCreate");
   ASSERT_EQ(made.size(), 1u);
-  EXPECT_EQ(made[0].substr(made[0].find(' ') + 1), C::kBlockSoundPath);
+  EXPECT_EQ(made[0].substr(made[0].find(' ') + 1), Policy::kBlockSoundPath);
   EXPECT_EQ(
       details("sound"),
       (std::vector<std::string>{"4095", made[0].substr(0, made[0].find(' '))}));
@@ -182,7 +183,7 @@ TEST_P(BlockingE2ETest, ActionOneNeitherAnswersNorHangsUp) {
 
 TEST_P(BlockingE2ETest, ActionTwoHangsUpEveryCall) {
   startHost({{"BlacklistBlockMode", 0}, {"BlacklistBlockAction", 2}});
-  writeList(C::kBlacklistPath, kShenzhen);
+  writeList(Policy::kBlacklistPath, kShenzhen);
   platform::CallId mine = network().dial(kBeijing);
   advance(0);
   network().connect(mine);
@@ -196,9 +197,9 @@ TEST_P(BlockingE2ETest, ActionTwoHangsUpEveryCall) {
 
 TEST_P(BlockingE2ETest, ChangedNotificationDropsTheLists) {
   startHost({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, kShenzhen);
+  writeList(Policy::kBlacklistPath, kShenzhen);
   EXPECT_TRUE(blocked(kShenzhen));
-  writeList(C::kBlacklistPath, kBeijing);
+  writeList(Policy::kBlacklistPath, kBeijing);
   EXPECT_TRUE(blocked(kShenzhen));  // the cached verdict
   auto& pane = world_.launch("com.apple.Preferences");
   pane.post(C::kChangedNotification, platform::Scope::System);
@@ -209,7 +210,7 @@ TEST_P(BlockingE2ETest, ChangedNotificationDropsTheLists) {
 
 TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
   startHost({{"BlacklistBlockMode", 0}});
-  writeList(C::kBlacklistPath, kShenzhen);
+  writeList(Policy::kBlacklistPath, kShenzhen);
   process_->run([] {
     rt::addMethod<std::optional<std::string>()>(
         rt::getClass("TUCall"), "destinationID",
@@ -294,7 +295,7 @@ class InCallServiceBlockingTest : public World {
 };
 
 TEST_F(InCallServiceBlockingTest, BlockedCallIsHungUpOnceAndRemindedOnce) {
-  writeDevicePlist(C::kBlacklistPath, {{"10010", true}});
+  writeDevicePlist(Policy::kBlacklistPath, {{"10010", true}});
   auto& ics =
       startService({{"BlacklistBlockMode", 0}, {"BlacklistBlockingRemind", 1}});
   world_.telephony().incoming("10010");
@@ -314,7 +315,7 @@ TEST_F(InCallServiceBlockingTest, BlockedCallIsHungUpOnceAndRemindedOnce) {
 // while its screen is up (call waiting) builds no new screen: only its
 // ringtone is refused, and nothing hangs it up.
 TEST_F(InCallServiceBlockingTest, OutgoingCallsPassAndAWaitingCallIsSilenced) {
-  writeDevicePlist(C::kBlacklistPath, {{"10010", true}, {"10011", true}});
+  writeDevicePlist(Policy::kBlacklistPath, {{"10010", true}, {"10011", true}});
   auto& ics = startService({{"BlacklistBlockMode", 0}});
   platform::CallId mine = world_.telephony().dial("10011");
   advance(0);

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "dialer/dialer_fixture.h"
 #include "lists/contacts_controller.h"
 #include "lists/contacts_host.h"
 #include "lists/recents_controller.h"
@@ -20,6 +19,7 @@
 #include "platform/ui/table_view.h"
 #include "search/address_book.h"
 #include "support/device_db.h"
+#include "support/phone_process.h"
 
 namespace zv::testing {
 
@@ -248,7 +248,7 @@ class FakeContactsHost : public ContactsHost {
   std::map<const rt::Object*, std::optional<int32_t>> cards_;
 };
 
-class ListsTest : public DialerTest {
+class ListsTest : public PhoneProcessTest {
  protected:
   ListsTest() {
     platform_schema::createDatabase(

@@ -5,11 +5,11 @@
 
 #include <map>
 
-#include "dialer/dialer_fixture.h"
 #include "messages/sms_controller.h"
 #include "platform/db/platform_schema.h"
 #include "platform/sim/device_presets.h"
 #include "support/device_db.h"
+#include "support/phone_process.h"
 
 namespace zv::testing {
 
@@ -176,7 +176,7 @@ inline platform::DeviceFacts fourPointSevenInch() {
   return platform::DeviceFacts{};
 }
 
-class MessagesTest : public DialerTest {
+class MessagesTest : public PhoneProcessTest {
  protected:
   static constexpr const char* kRecipientsFile =
       "/var/mobile/Library/Preferences/zorvel.recipients.plist";

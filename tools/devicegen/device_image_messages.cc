@@ -2,8 +2,6 @@
 // (conversations with Chinese and Western contacts, service numbers and
 // strangers, some unread), address-book groups for the recipient-group
 // screen, and the checklist's check-mark pictures.
-#include <sqlite3.h>
-
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -78,19 +76,19 @@ void writeMessagesDb(const std::string& file, const DevicePeople& people) {
   fs::create_directories(fs::path(file).parent_path());
   SqliteWriter db(file, SqliteWriter::Open::kFresh);
   db.exec(ms::kSchemaSql);
-  sqlite3_stmt* handle = db.prepare(
+  sql::Statement handle = db.prepare(
       "INSERT INTO handle (id, country, service, uncanonicalized_id) "
       "VALUES (?, ?, ?, ?)");
-  sqlite3_stmt* chat = db.prepare(
+  sql::Statement chat = db.prepare(
       "INSERT INTO chat (guid, style, state, chat_identifier, service_name) "
       "VALUES (?, 45, 3, ?, ?)");
-  sqlite3_stmt* chatHandle = db.prepare(
+  sql::Statement chatHandle = db.prepare(
       "INSERT INTO chat_handle_join (chat_id, handle_id) VALUES (?, ?)");
-  sqlite3_stmt* message = db.prepare(
+  sql::Statement message = db.prepare(
       "INSERT INTO message (guid, text, handle_id, service, date, date_read, "
       "date_delivered, is_from_me, is_read, is_sent, is_delivered) "
       "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-  sqlite3_stmt* chatMessage = db.prepare(
+  sql::Statement chatMessage = db.prepare(
       "INSERT INTO chat_message_join (chat_id, message_id) VALUES (?, ?)");
 
   auto conversations = pickConversations(people);
@@ -112,20 +110,20 @@ void writeMessagesDb(const std::string& file, const DevicePeople& people) {
     const Conversation& c = conversations[i];
     const std::string service =
         c.iMessage ? ms::kServiceIMessage : ms::kServiceSMS;
-    bindExactText(handle, 1, c.address);
-    bindExactText(handle, 2, c.address[0] == '+' ? "us" : "cn");
-    bindExactText(handle, 3, service);
-    bindExactText(handle, 4, c.address);
+    handle.bindText(1, c.address);
+    handle.bindText(2, c.address[0] == '+' ? "us" : "cn");
+    handle.bindText(3, service);
+    handle.bindText(4, c.address);
     db.run(handle);
     const int64_t handleId = db.lastId();
     const std::string chatGuid = service + ";-;" + c.address;
-    bindExactText(chat, 1, chatGuid);
-    bindExactText(chat, 2, c.address);
-    bindExactText(chat, 3, service);
+    chat.bindText(1, chatGuid);
+    chat.bindText(2, c.address);
+    chat.bindText(3, service);
     db.run(chat);
     const int64_t chatId = db.lastId();
-    sqlite3_bind_int64(chatHandle, 1, chatId);
-    sqlite3_bind_int64(chatHandle, 2, handleId);
+    chatHandle.bind(1, chatId);
+    chatHandle.bind(2, handleId);
     db.run(chatHandle);
     // Conversations are half a day apart, newest first; messages within
     // one are six minutes apart.
@@ -137,20 +135,20 @@ void writeMessagesDb(const std::string& file, const DevicePeople& people) {
       const bool read = fromMe || !(c.unread && newest);
       const int64_t date = static_cast<int64_t>(
           last - 360.0 * static_cast<double>(lines.size() - 1 - m));
-      bindExactText(message, 1, "D0C5A11E-" + std::to_string(++messageNo));
-      bindExactText(message, 2, lines[m].second);
-      sqlite3_bind_int64(message, 3, handleId);
-      bindExactText(message, 4, service);
-      sqlite3_bind_int64(message, 5, date);
-      sqlite3_bind_int64(message, 6, read && !fromMe ? date + 60 : 0);
-      sqlite3_bind_int64(message, 7, fromMe ? date + 2 : 0);
-      sqlite3_bind_int(message, 8, fromMe);
-      sqlite3_bind_int(message, 9, read);
-      sqlite3_bind_int(message, 10, fromMe);
-      sqlite3_bind_int(message, 11, fromMe);
+      message.bindText(1, "D0C5A11E-" + std::to_string(++messageNo));
+      message.bindText(2, lines[m].second);
+      message.bind(3, handleId);
+      message.bindText(4, service);
+      message.bind(5, date);
+      message.bind(6, read && !fromMe ? date + 60 : 0);
+      message.bind(7, fromMe ? date + 2 : 0);
+      message.bind(8, fromMe);
+      message.bind(9, read);
+      message.bind(10, fromMe);
+      message.bind(11, fromMe);
       db.run(message);
-      sqlite3_bind_int64(chatMessage, 1, chatId);
-      sqlite3_bind_int64(chatMessage, 2, db.lastId());
+      chatMessage.bind(1, chatId);
+      chatMessage.bind(2, db.lastId());
       db.run(chatMessage);
     }
   }
@@ -177,18 +175,18 @@ void writeGroups(const std::string& addressBook, const DevicePeople& people) {
       {"Friends", mixed},
       {"Book Club", {}}};
   SqliteWriter db(addressBook, SqliteWriter::Open::kExisting);
-  sqlite3_stmt* group =
+  sql::Statement group =
       db.prepare("INSERT INTO ABGroup (Name, StoreID) VALUES (?, 0)");
-  sqlite3_stmt* member = db.prepare(
+  sql::Statement member = db.prepare(
       "INSERT INTO ABGroupMembers (group_id, member_type, member_id) "
       "VALUES (?, 0, ?)");
   for (const auto& [name, members] : groups) {
-    bindExactText(group, 1, name);
+    group.bindText(1, name);
     db.run(group);
     const int64_t id = db.lastId();
     for (int64_t m : members) {
-      sqlite3_bind_int64(member, 1, id);
-      sqlite3_bind_int64(member, 2, m);
+      member.bind(1, id);
+      member.bind(2, m);
       db.run(member);
     }
   }

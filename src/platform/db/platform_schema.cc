@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/db/sqlite_db.h"
+
 namespace zv::platform_schema {
 namespace {
 
@@ -138,15 +140,13 @@ bool createDatabase(const std::string& file, Database which,
     if (error) *error = parent.string() + ": " + ec.message();
     return false;
   }
-  sqlite3* db = nullptr;
-  if (sqlite3_open(file.c_str(), &db) != SQLITE_OK) {
-    if (error) *error = file + ": " + sqlite3_errmsg(db);
-    sqlite3_close(db);
+  sql::Database db(file, sql::Database::Mode::kCreate);
+  if (!db.ok()) {
+    if (error) *error = file + ": " + db.error();
     return false;
   }
   std::string message;
-  bool ok = createSchema(db, which, &message);
-  sqlite3_close(db);
+  const bool ok = createSchema(db.handle(), which, &message);
   if (!ok && error) *error = file + ": " + message;
   return ok;
 }

@@ -1,7 +1,8 @@
-// Scoped SQLite handles for the platform's databases: a connection that is
-// closed and a statement that is finalised on every path, whatever the
-// caller returns early on. Header-only, so that the zvtool helper can use it
-// without linking the search library.
+// Scoped SQLite handles, the one way the project talks to SQLite: a
+// connection that is closed and a statement that is finalised on every path,
+// whatever the caller returns early on or throws. Header-only, so that the
+// zvtool helper and the device generator can use it without linking the
+// search library.
 //
 // Failures never throw: a connection that did not open, or a statement that
 // did not prepare, reports ok() false, and every later call on it is a
@@ -14,19 +15,24 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zv::sql {
 
 class Database {
  public:
-  enum class Mode { kReadOnly, kReadWrite };
+  // kCreate makes the file when it does not exist (the device generator).
+  enum class Mode { kReadOnly, kReadWrite, kCreate };
 
-  // Opens an existing database file (a host path); never creates one. The
-  // platform's own processes write these files too, so a locked database is
-  // retried for up to a second before a statement gives up.
+  // Opens an existing database file (a host path); creates one only with
+  // kCreate. The platform's own processes write these files too, so a
+  // locked database is retried for up to a second before a statement gives
+  // up.
   explicit Database(const std::string& path, Mode mode = Mode::kReadOnly) {
-    const int flags =
-        mode == Mode::kReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    const int flags = mode == Mode::kReadOnly ? SQLITE_OPEN_READONLY
+                      : mode == Mode::kCreate
+                          ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
+                          : SQLITE_OPEN_READWRITE;
     ok_ = sqlite3_open_v2(path.c_str(), &db_, flags | SQLITE_OPEN_NOMUTEX,
                           nullptr) == SQLITE_OK;
     if (ok_) sqlite3_busy_timeout(db_, 1000);
@@ -46,6 +52,10 @@ class Database {
     return db_ ? sqlite3_errmsg(db_) : "out of memory";
   }
   int64_t changes() const { return ok_ ? sqlite3_changes(db_) : 0; }
+  // The rowid of the last row inserted on this connection.
+  int64_t lastInsertId() const {
+    return ok_ ? sqlite3_last_insert_rowid(db_) : 0;
+  }
 
  private:
   sqlite3* db_ = nullptr;
@@ -60,6 +70,8 @@ class Statement {
                          &stmt_, nullptr);
   }
   ~Statement() { sqlite3_finalize(stmt_); }
+  Statement(Statement&& other) noexcept
+      : stmt_(std::exchange(other.stmt_, nullptr)), last_(other.last_) {}
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
@@ -81,6 +93,19 @@ class Statement {
   }
   bool bindNull(int index) {
     return stmt_ && sqlite3_bind_null(stmt_, index) == SQLITE_OK;
+  }
+  // The bytes are copied.
+  bool bindBlob(int index, std::string_view bytes) {
+    return stmt_ && sqlite3_bind_blob(stmt_, index, bytes.data(),
+                                      static_cast<int>(bytes.size()),
+                                      SQLITE_TRANSIENT) == SQLITE_OK;
+  }
+  // Makes the statement ready to run again with new parameters.
+  void reset() {
+    if (!stmt_) return;
+    sqlite3_reset(stmt_);
+    sqlite3_clear_bindings(stmt_);
+    last_ = SQLITE_OK;
   }
 
   // True while a row comes back; false at the end and on failure (then
@@ -109,6 +134,15 @@ class Statement {
     const auto* p = sqlite3_column_text(stmt_, column);
     const int n = sqlite3_column_bytes(stmt_, column);
     return std::string(p ? reinterpret_cast<const char*>(p) : "", p ? n : 0);
+  }
+  // The column as C text: up to its first NUL byte, empty for NULL; valid
+  // until the next step.
+  std::string_view cText(int column) const {
+    const auto* p =
+        stmt_
+            ? reinterpret_cast<const char*>(sqlite3_column_text(stmt_, column))
+            : nullptr;
+    return p ? std::string_view(p) : std::string_view();
   }
   // The column's bytes, valid until the next step; empty for NULL.
   std::string_view blob(int column) const {

@@ -1,5 +1,7 @@
-// A Phone process on a device with the China area database and a settings
-// file, for the dialler's controller and view tests.
+// The base of the fixtures whose hosts read settings and areas: a Phone
+// process (or any process of the simulated world) on a device with the
+// China area database and a settings file. The dialler, lists and messages
+// fixtures build on it.
 #pragma once
 
 #include "support/device_files.h"
@@ -7,9 +9,9 @@
 
 namespace zv::testing {
 
-class DialerTest : public SimTest {
+class PhoneProcessTest : public SimTest {
  protected:
-  DialerTest() {
+  PhoneProcessTest() {
     writeDeviceFile("/Library/Zorvel/Area/China", chinaDatabase());
   }
 

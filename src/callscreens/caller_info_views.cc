@@ -1,12 +1,9 @@
-// Caller information on the springboard and in-call service screens: the
-// caller's area joined to the host's labels (incoming screen, "more" label,
-// in-call participants, missed-call and message banners), the user's
-// carrier name, and the information text view (area, number and contact
-// details) or outgoing area label that the system adds to the call screen.
+#include "callscreens/caller_info_views.h"
+
 #include <cstdio>
 
 #include "area/area_loader.h"
-#include "callscreens/incoming_call_controller.h"
+#include "callscreens/call_screen_geometry.h"
 #include "core/area_label.h"
 #include "core/device.h"
 #include "core/settings_catalogue.h"
@@ -22,9 +19,9 @@ namespace {
 constexpr const char* kPhoneSection = "com.apple.mobilephone";
 constexpr const char* kMessagesSection = "com.apple.MobileSMS";
 
-// Width and left edge of the text view on the 7.x incoming screen.
-constexpr double kIncomingInfoX = 15, kIncomingInfoWidth = 290;
-constexpr double kInfoMaxHeight = 200;
+using call_screen::InfoViewStyle;
+using call_screen::kInfoViewTag;
+using call_screen::kOutgoingLabelTag;
 
 std::string joinLines(const std::optional<std::string>& head,
                       const std::string& line) {
@@ -42,16 +39,32 @@ bool largerScreen() {
   return UIDevice::isPhone6screen() || UIDevice::isPhone6pscreen();
 }
 
-// The text view's height: what it needs, within 200 points.
+// The text view's height: what it needs, within the cap.
 double fittedHeight(ui::UITextView& view) {
   view.sizeToFit();
   const double fitted = view.frame().size.height;
-  return fitted > kInfoMaxHeight - 2 ? kInfoMaxHeight : fitted + 2;
+  return fitted > InfoViewStyle::kMaxHeight - InfoViewStyle::kFitSlack
+             ? InfoViewStyle::kMaxHeight
+             : fitted + InfoViewStyle::kFitSlack;
 }
+
+constexpr ui::Color kTextColor{InfoViewStyle::kTextWhite,
+                               InfoViewStyle::kTextWhite,
+                               InfoViewStyle::kTextWhite, 1};
 
 }  // namespace
 
-std::optional<std::string> ZVIncomingCallController::areaOf(
+CallerInfoViews::CallerInfoViews(
+    std::shared_ptr<ZVIncomingCallSettings> settings,
+    std::shared_ptr<ZVAreaLoader> area,
+    std::shared_ptr<ZVAddressBook> addressBook,
+    std::shared_ptr<ZVCallHistory> callHistory)
+    : _settings(std::move(settings)),
+      _area(std::move(area)),
+      _addressbook(std::move(addressBook)),
+      _callhistory(std::move(callHistory)) {}
+
+std::optional<std::string> CallerInfoViews::areaOf(
     const std::optional<std::string>& number, bool name, bool type) {
   if (!number || !_area) return std::nullopt;
   return _area->getArea(*number, name, type);
@@ -59,7 +72,7 @@ std::optional<std::string> ZVIncomingCallController::areaOf(
 
 // --- Label joiners -----------------------------------------------------------
 
-std::optional<std::string> ZVIncomingCallController::areaIncomingCall(
+std::optional<std::string> CallerInfoViews::areaIncomingCall(
     const rt::Id& screen, std::optional<std::string> label) {
   if (!_settings || !host_ || !screen) return label;
   const auto& s = *_settings;
@@ -77,7 +90,7 @@ std::optional<std::string> ZVIncomingCallController::areaIncomingCall(
   return joinTwo(*label, *area);
 }
 
-std::optional<std::string> ZVIncomingCallController::areaTUCall(
+std::optional<std::string> CallerInfoViews::areaTUCall(
     const rt::Id& call, std::optional<std::string> label) {
   if (!_settings || !host_ || !call) return label;
   const auto& s = *_settings;
@@ -91,7 +104,7 @@ std::optional<std::string> ZVIncomingCallController::areaTUCall(
   return joinTwo(*label, *area);
 }
 
-std::optional<std::string> ZVIncomingCallController::areaInCall(
+std::optional<std::string> CallerInfoViews::areaInCall(
     const rt::Id& call, std::optional<std::string> label) {
   if (!_settings || !host_ || !call) return label;
   const auto& s = *_settings;
@@ -108,19 +121,19 @@ std::optional<std::string> ZVIncomingCallController::areaInCall(
   std::optional<std::string> area;
   bool replace = false;
   switch (host_->status(call)) {
-    case 4:
+    case kCallRinging:
       if (!incoming) return label;
       area = areaOf(number, s.AreaNameIncomingCall(), s.AreaTypeIncomingCall());
       replace = s.AreaReplaceTextIncomingCall();
       break;
-    case 3:
+    case kCallDialling:
       // With its own label (style 1 and up) the area stays off the host's.
       if (!s.AreaNameOutgoingCall() || s.AreaStyleOutgoingCall() != 0)
         return label;
       area = areaOf(number, s.AreaNameOutgoingCall(), s.AreaTypeOutgoingCall());
       replace = s.AreaReplaceTextOutgoingCall();
       break;
-    case 1:
+    case kCallActive:
       if (!s.AreaNameInCall()) return label;
       area = areaOf(number, s.AreaNameInCall(), s.AreaTypeInCall());
       break;
@@ -134,16 +147,15 @@ std::optional<std::string> ZVIncomingCallController::areaInCall(
   return joinTwo(*label, *area);
 }
 
-Value ZVIncomingCallController::areaParticipantsView(
-    const rt::Id& participants, int32_t index, const rt::Id& participantsView,
-    Value label) {
-  (void)participantsView;
+Value CallerInfoViews::areaParticipantsView(const rt::Id& participants,
+                                            int32_t index, Value label) {
   if (!_settings || !host_ || !participants) return label;
   const auto& s = *_settings;
   if (!s.EnableArea()) return label;
-  if (_curInCallStatus == 1 ? !s.AreaNameInCall()
-                            : !(s.AreaNameIncomingCall() ||
-                                s.AreaNameOutgoingCall() || s.AreaNameInCall()))
+  if (_curInCallStatus == kCallActive
+          ? !s.AreaNameInCall()
+          : !(s.AreaNameIncomingCall() || s.AreaNameOutgoingCall() ||
+              s.AreaNameInCall()))
     return label;
   auto groups = host_->callGroups(participants);
   if (index < 0 || static_cast<size_t>(index) >= groups.size()) return label;
@@ -164,22 +176,24 @@ Value ZVIncomingCallController::areaParticipantsView(
   return label;
 }
 
-void ZVIncomingCallController::imageForParticipant(const ui::ImagePtr& image) {
+void CallerInfoViews::imageForParticipant(const ui::ImagePtr& image) {
   _haveInCallImage = image && !image->empty();
 }
 
 // --- Banners and the status bar ---------------------------------------------
 
-std::optional<std::string> ZVIncomingCallController::areaBulletin(
-    const rt::Id& bulletin, std::optional<std::string> title) {
-  if (!_settings || !host_ || !bulletin) return title;
+bool CallerInfoViews::annotatesBulletin(const rt::Id& bulletin) {
+  if (!_settings || !host_ || !bulletin) return false;
   const auto& s = *_settings;
-  if (!s.EnableArea() || !s.AreaNameNotification()) return title;
+  if (!s.EnableArea() || !s.AreaNameNotification()) return false;
   const std::string section = host_->bulletinSectionID(bulletin);
-  if (section != kPhoneSection && section != kMessagesSection) return title;
-  // The banner of a call that just stopped ringing: its ring time first, so
-  // that the banner can show it.
-  if (_isIncomingCall) stopRingDuration();
+  return section == kPhoneSection || section == kMessagesSection;
+}
+
+std::optional<std::string> CallerInfoViews::areaBulletin(
+    const rt::Id& bulletin, std::optional<std::string> title) {
+  if (!annotatesBulletin(bulletin)) return title;
+  const auto& s = *_settings;
   auto plain = areaOf(host_->bulletinContactInfo(bulletin),
                       s.AreaNameNotification(), s.AreaTypeNotification());
   if (!plain) return title;
@@ -207,7 +221,7 @@ std::optional<std::string> ZVIncomingCallController::areaBulletin(
   return title;
 }
 
-std::optional<std::string> ZVIncomingCallController::updateCarrierName(
+std::optional<std::string> CallerInfoViews::updateCarrierName(
     std::optional<std::string> name) {
   if (!_settings || _settings->CarrierName().empty() || !name) return name;
   return _settings->CarrierName();
@@ -215,7 +229,7 @@ std::optional<std::string> ZVIncomingCallController::updateCarrierName(
 
 // --- The information text view -----------------------------------------------
 
-std::optional<std::string> ZVIncomingCallController::infoText(
+std::optional<std::string> CallerInfoViews::infoText(
     bool style, const std::optional<std::string>& number, int32_t recordId) {
   const auto& s = *_settings;
   std::optional<std::string> text;
@@ -238,12 +252,13 @@ std::optional<std::string> ZVIncomingCallController::infoText(
   return text;
 }
 
-void ZVIncomingCallController::showInfoView(
-    ui::UIView& parent, std::shared_ptr<ui::UITextView> view,
-    const ui::Font& font, ui::Point origin, double width,
-    ui::TextAlignment alignment, const std::string& text) {
+void CallerInfoViews::showInfoView(ui::UIView& parent,
+                                   std::shared_ptr<ui::UITextView> view,
+                                   const ui::Font& font, ui::Point origin,
+                                   double width, ui::TextAlignment alignment,
+                                   const std::string& text) {
   if (!view) {
-    view = makeInfoView(font, {origin, {width, kInfoMaxHeight}});
+    view = makeInfoView(font, {origin, {width, InfoViewStyle::kMaxHeight}});
     parent.addSubview(view);
   }
   view->setTextAlignment(alignment);
@@ -252,14 +267,15 @@ void ZVIncomingCallController::showInfoView(
   view->setFrame({origin, {width, height}});
 }
 
-std::shared_ptr<ui::UITextView> ZVIncomingCallController::makeInfoView(
+std::shared_ptr<ui::UITextView> CallerInfoViews::makeInfoView(
     const ui::Font& font, const ui::Rect& frame) {
   auto view = ui::make<ui::UITextView>();
   view->setFrame(frame);
   view->setUserInteractionEnabled(false);
   view->setFont(font);
-  view->setContentInset({4, 2, 0, 2});
-  view->setTextColor({0.9, 0.9, 0.9, 1});
+  view->setContentInset({InfoViewStyle::kInsetTop, InfoViewStyle::kInsetSide, 0,
+                         InfoViewStyle::kInsetSide});
+  view->setTextColor(kTextColor);
   view->setBackgroundColor(ui::Color{0, 0, 0, 0});
   view->setLayerShadow(ui::UIView::LayerShadow{{0, 0, 0, 1}, {0, 0}, 0.2, 1});
   view->setTag(kInfoViewTag);
@@ -268,12 +284,11 @@ std::shared_ptr<ui::UITextView> ZVIncomingCallController::makeInfoView(
   return view;
 }
 
-double ZVIncomingCallController::lineSpacingAfterGlyphAtIndex(size_t,
-                                                              const ui::Rect&) {
-  return kInfoLineSpacing;
+double CallerInfoViews::lineSpacingAfterGlyphAtIndex(size_t, const ui::Rect&) {
+  return InfoViewStyle::kLineSpacing;
 }
 
-void ZVIncomingCallController::infoIncomingCall(
+void CallerInfoViews::infoIncomingCall(
     const rt::Id& screen, const std::optional<std::string>& companyName,
     const std::optional<std::string>& label) {
   if (!_settings || !host_ || !screen) return;
@@ -290,15 +305,19 @@ void ZVIncomingCallController::infoIncomingCall(
     text = infoText(parts.incomingArea, host_->incomingCallNumber(screen),
                     host_->incomingCallerABUID(screen));
   if (!text) return;
+  using Screen = call_screen::IncomingScreen7;
   const bool centre = host_->shouldCenterText(screen);
-  const double y = !companyName && !label ? 59 : centre ? 85 : 69;
-  showInfoView(*lcd, std::move(view), ZVFont::thinSystemFontOfSize(17),
-               {kIncomingInfoX, y}, kIncomingInfoWidth,
+  const double y = !companyName && !label ? Screen::kYNameOnly
+                   : centre               ? Screen::kYCentred
+                                          : Screen::kYLeft;
+  showInfoView(*lcd, std::move(view),
+               ZVFont::thinSystemFontOfSize(InfoViewStyle::kFontSize),
+               {Screen::kX, y}, Screen::kWidth,
                centre ? ui::TextAlignment::Center : ui::TextAlignment::Left,
                *text);
 }
 
-void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
+void CallerInfoViews::infoInCall(const rt::Id& participants) {
   if (_isInCallFieldMode || !_settings || !host_ || !participants) return;
   const auto& s = *_settings;
   const InfoViewParts parts = infoViewParts();
@@ -313,6 +332,7 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
   auto number = host_->destinationID(call);
   const int32_t record = host_->abUID(call);
   const bool larger = largerScreen();
+  using Screen = call_screen::ParticipantsView8;
 
   if (!host_->isOutgoing(call)) {
     auto textView = std::dynamic_pointer_cast<ui::UITextView>(
@@ -323,13 +343,19 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
     else
       text = infoText(parts.incomingArea, number, record);
     if (!text) return;
-    double x = 20, y = _haveInCallImage ? 118 : 125;
-    double width = view->frame().size.width - 40;
-    if (!_haveInCallLabel) y -= 26;
-    if (larger) x += 7, y += 14, width -= 14;
+    double x = Screen::kInfoX;
+    double y =
+        _haveInCallImage ? Screen::kInfoYWithImage : Screen::kInfoYWithoutImage;
+    double width = view->frame().size.width - Screen::kInfoSideMargins;
+    if (!_haveInCallLabel) y -= Screen::kNoStatusLabelRise;
+    if (larger) {
+      x += Screen::kLargerInsetX;
+      y += Screen::kLargerDropY;
+      width -= 2 * Screen::kLargerInsetX;
+    }
     showInfoView(
-        *view, std::move(textView), ZVFont::mediumSystemFontOfSize(17), {x, y},
-        width,
+        *view, std::move(textView),
+        ZVFont::mediumSystemFontOfSize(InfoViewStyle::kFontSize), {x, y}, width,
         _haveInCallImage ? ui::TextAlignment::Left : ui::TextAlignment::Center,
         *text);
     return;
@@ -346,13 +372,18 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
   auto label = std::dynamic_pointer_cast<ui::UILabel>(
       view->viewWithTag(kOutgoingLabelTag));
   if (!label) {
-    double x = 10, y = 134, width = view->frame().size.width - 20;
-    if (larger) x += 7, y += 14, width -= 14;
+    double x = Screen::kOutgoingX, y = Screen::kOutgoingY;
+    double width = view->frame().size.width - Screen::kOutgoingSideMargins;
+    if (larger) {
+      x += Screen::kLargerInsetX;
+      y += Screen::kLargerDropY;
+      width -= 2 * Screen::kLargerInsetX;
+    }
     label = ui::make<ui::UILabel>();
-    label->setFrame({{x, y}, {width, 20}});
-    label->setFont(ZVFont::mediumSystemFontOfSize(17));
+    label->setFrame({{x, y}, {width, Screen::kOutgoingHeight}});
+    label->setFont(ZVFont::mediumSystemFontOfSize(InfoViewStyle::kFontSize));
     label->setLineBreakMode(ui::LineBreakMode::TruncateMiddle);
-    label->setTextColor({0.9, 0.9, 0.9, 1});
+    label->setTextColor(kTextColor);
     label->setTag(kOutgoingLabelTag);
     view->addSubview(label);
   }
@@ -361,8 +392,7 @@ void ZVIncomingCallController::infoInCall(const rt::Id& participants) {
   label->setText(*text);
 }
 
-ZVIncomingCallController::InfoViewParts
-ZVIncomingCallController::infoViewParts() const {
+CallerInfoViews::InfoViewParts CallerInfoViews::infoViewParts() const {
   const auto& s = *_settings;
   return {s.EnableArea() && s.AreaNameIncomingCall() &&
               s.AreaStyleIncomingCall() == 1,
@@ -371,8 +401,7 @@ ZVIncomingCallController::infoViewParts() const {
           s.EnableInfo()};
 }
 
-void ZVIncomingCallController::removeInfoViews(
-    const std::shared_ptr<ui::UIView>& view) {
+void CallerInfoViews::removeInfoViews(const std::shared_ptr<ui::UIView>& view) {
   if (!view) return;
   for (int tag : {kOutgoingLabelTag, kInfoViewTag}) {
     if (auto sub = view->viewWithTag(tag)) {
@@ -382,35 +411,35 @@ void ZVIncomingCallController::removeInfoViews(
   }
 }
 
-void ZVIncomingCallController::hideInfoInCall(const rt::Id& audioCall) {
+void CallerInfoViews::hideInfoInCall(const rt::Id& audioCall) {
   if (!_settings || !host_ || !audioCall) return;
   if (!infoViewParts().any()) return;
   removeInfoViews(host_->participantsView(
       host_->callParticipantsViewController(audioCall)));
 }
 
-void ZVIncomingCallController::callStatusChangedNotification(
+void CallerInfoViews::callStatusChangedNotification(
     const rt::Id& notification, const rt::Id& participants) {
   if (!_settings || !host_ || !participants) return;
   if (!infoViewParts().any()) return;
   rt::Id call = host_->notificationObject(notification);
   if (!call) return;
-  // Active, held, ending and ended calls lose the views (bits of 102).
-  const int32_t status = host_->status(call);
-  if (status < 0 || status > 30 || !((102 >> status) & 1)) return;
+  if (!isPastSetUp(host_->status(call))) return;
   removeInfoViews(host_->participantsView(participants));
 }
 
-void ZVIncomingCallController::callStateChangedNotification(
-    const rt::Id& notification) {
+void CallerInfoViews::callStateChanged(const rt::Id& call) {
   if (!_settings || !host_) return;
   const auto& s = *_settings;
-  rt::Id call = host_->notificationObject(notification);
   const bool area =
       s.EnableArea() && (s.AreaNameIncomingCall() || s.AreaNameOutgoingCall() ||
                          s.AreaNameInCall());
-  _curInCallStatus = area && call ? host_->status(call) : 0;
-  if (s.EnableConnectedVibrate()) connectedVibrate(call);
+  _curInCallStatus = area && call ? host_->status(call) : kCallStatusNone;
+}
+
+void CallerInfoViews::deallocCall() {
+  _isInCallFieldMode = false;
+  _curInCallStatus = kCallStatusNone;
 }
 
 }  // namespace zv

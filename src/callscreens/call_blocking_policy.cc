@@ -1,10 +1,9 @@
-// The blocking methods of ZVIncomingCallController: the decision, its lists
-// and area rule, the action and the reminder.
+#include "callscreens/call_blocking_policy.h"
+
 #include <filesystem>
 #include <string_view>
 
 #include "area/area_loader.h"
-#include "callscreens/incoming_call_controller.h"
 #include "core/number_utils.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
@@ -17,7 +16,8 @@ bool deviceFileExists(const char* devicePath) {
   return std::filesystem::exists(platform::current().path(devicePath), ec);
 }
 
-// Clears a flag when the scope ends, however it ends.
+// Sets a flag for a scope and clears it when the scope ends, however it
+// ends.
 class FlagScope {
  public:
   explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
@@ -31,7 +31,29 @@ class FlagScope {
 
 }  // namespace
 
-bool ZVIncomingCallController::blockCall(const rt::Id& call) {
+CallBlockingPolicy::CallBlockingPolicy(
+    std::shared_ptr<ZVIncomingCallSettings> settings,
+    std::shared_ptr<ZVAreaLoader> area)
+    : _settings(std::move(settings)), _area(std::move(area)) {}
+
+CallBlockingPolicy::~CallBlockingPolicy() {
+  unloadBlacklist();
+  if (_soundID != 0 && host_) {
+    try {
+      host_->disposeSystemSound(_soundID);
+    } catch (...) {
+      // The process is going away; a sound it cannot release goes with it.
+    }
+  }
+}
+
+void CallBlockingPolicy::unloadBlacklist() {
+  _blacklist.reset();
+  _whitelist.reset();
+  _lastBlockedNumber.clear();
+}
+
+bool CallBlockingPolicy::blockCall(const rt::Id& call) {
   if (!_settings->EnableBlacklist() || !call || !host_) return false;
   const int32_t mode = _settings->BlacklistBlockMode();
   if (mode == kBlockAll) return blockAction(call);
@@ -59,17 +81,17 @@ bool ZVIncomingCallController::blockCall(const rt::Id& call) {
   return false;
 }
 
-bool ZVIncomingCallController::isInBlacklist(const std::string& number) {
+bool CallBlockingPolicy::isInBlacklist(const std::string& number) {
   return isInList(_blacklist, kBlacklistPath, true, number);
 }
 
-bool ZVIncomingCallController::isInWhitelist(const std::string& number) {
+bool CallBlockingPolicy::isInWhitelist(const std::string& number) {
   return isInList(_whitelist, kWhitelistPath, false, number);
 }
 
-bool ZVIncomingCallController::isInList(
-    std::optional<std::vector<std::string>>& list, const char* devicePath,
-    bool verdict, const std::string& number) {
+bool CallBlockingPolicy::isInList(std::optional<std::vector<std::string>>& list,
+                                  const char* devicePath, bool verdict,
+                                  const std::string& number) {
   if (!list && deviceFileExists(devicePath)) {
     // Only the keys count; a file that does not read as a dictionary is an
     // empty list, read again on the next lookup.
@@ -86,7 +108,7 @@ bool ZVIncomingCallController::isInList(
   return true;
 }
 
-bool ZVIncomingCallController::isInBlockArea(const std::string& number) {
+bool CallBlockingPolicy::isInBlockArea(const std::string& number) {
   // A number the area service does not know is not tried against the
   // prefixes either.
   std::optional<std::string> area = _area->getArea(number, true, false, false);
@@ -108,7 +130,7 @@ bool ZVIncomingCallController::isInBlockArea(const std::string& number) {
   return true;
 }
 
-bool ZVIncomingCallController::blockInCall(const rt::Id& viewController) {
+bool CallBlockingPolicy::blockInCall(const rt::Id& viewController) {
   if (!_settings->EnableBlacklist() || !host_) return false;
   rt::Id call;
   if (viewController) call = host_->alertActivationCall(viewController);
@@ -118,27 +140,27 @@ bool ZVIncomingCallController::blockInCall(const rt::Id& viewController) {
   return blockCall(call);
 }
 
-rt::Id ZVIncomingCallController::getActivationCall() {
+rt::Id CallBlockingPolicy::getActivationCall() {
   if (!host_) return nullptr;
   if (rt::Id call = host_->incomingCall()) return call;
   return host_->incomingVideoCall();
 }
 
-bool ZVIncomingCallController::blockRingtone(const rt::Id&) {
+bool CallBlockingPolicy::blockRingtone() {
   if (!_settings->EnableBlacklist()) return false;
   _lastBlockedNumber.clear();
   // The screen's decision already acted on this call: silence it only.
-  FlagScope skip(_skipBlockAction);
+  FlagScope skip(skip_block_action_);
   return blockInCall(nullptr);
 }
 
-bool ZVIncomingCallController::blockAction(const rt::Id& call) {
-  if (_skipBlockAction) return true;
+bool CallBlockingPolicy::blockAction(const rt::Id& call) {
+  if (skip_block_action_) return true;
   if (_settings->BlacklistBlockingRemind() != 0) {
     // Several blocked calls within a second give one reminder.
     auto& platform = platform::current();
     platform.cancelPrevious(this, "blockRemind");
-    std::weak_ptr<ZVIncomingCallController> weak = weak_from_this();
+    std::weak_ptr<CallBlockingPolicy> weak = weak_from_this();
     platform.performAfterDelay(this, "blockRemind", kRemindDelay, [weak] {
       if (auto self = weak.lock()) self->blockRemind();
     });
@@ -158,7 +180,7 @@ bool ZVIncomingCallController::blockAction(const rt::Id& call) {
   return true;
 }
 
-void ZVIncomingCallController::blockRemind() {
+void CallBlockingPolicy::blockRemind() {
   if (!host_) return;
   const int32_t remind = _settings->BlacklistBlockingRemind();
   if (remind & kRemindVibrate) host_->playSystemSound(kVibrateSoundID);

@@ -1,42 +1,38 @@
-// The ring of each call on the springboard / in-call service screens: how
-// long an incoming call rang (saved for the missed-call banner and
-// Recents), the delayed ring (7.x), the answer to the lock-screen question
-// that brings up the decline button, and one vibration when an outgoing
-// call is answered.
+#include "callscreens/ring_timer.h"
+
 #include <cmath>
 
-#include "callscreens/incoming_call_controller.h"
 #include "core/device.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
 #include "search/call_history.h"
 
 namespace zv {
-namespace {}  // namespace
 
-void ZVIncomingCallController::initCall() {
+RingTimer::RingTimer(std::shared_ptr<ZVIncomingCallSettings> settings,
+                     std::shared_ptr<ZVCallHistory> callHistory)
+    : _settings(std::move(settings)), _callhistory(std::move(callHistory)) {}
+
+void RingTimer::initCall() {
   _isIncomingCall = true;
   _isIncomingCallForDeclineButton = true;
   _isIncomingCallForDelayRing = true;
   _ringtime = 0;
-  _isInCallFieldMode = false;
 }
 
-void ZVIncomingCallController::deallocCall() {
+void RingTimer::deallocCall() {
   _isIncomingCall = false;
   _isIncomingCallForDeclineButton = false;
   _isIncomingCallForDelayRing = false;
   _ringtime = 0;
-  _isInCallFieldMode = false;
-  _curInCallStatus = 0;
 }
 
-void ZVIncomingCallController::startRingDuration() {
+void RingTimer::startRingDuration() {
   if (_settings && _settings->CallHistoryRingDuration())
     _ringtime = platform::current().now();
 }
 
-void ZVIncomingCallController::stopRingDuration() {
+void RingTimer::stopRingDuration() {
   if (!_settings || !_settings->CallHistoryRingDuration() || _ringtime <= 0)
     return;
   const auto seconds =
@@ -46,11 +42,11 @@ void ZVIncomingCallController::stopRingDuration() {
   _ringtime = 0;
 }
 
-bool ZVIncomingCallController::areDelayRing(const rt::Id& screen) {
+bool RingTimer::areDelayRing(const rt::Id& screen) {
   if (!_isIncomingCallForDelayRing || !_settings) return false;
   const float delay = _settings->IncomingCallDelayRing();
   if (!(delay > 0) || !screen) return false;
-  std::weak_ptr<ZVIncomingCallController> weak = weak_from_this();
+  std::weak_ptr<RingTimer> weak = weak_from_this();
   platform::current().performAfterDelay(this, "ringOrVibrate:", delay,
                                         [weak, screen] {
                                           if (auto self = weak.lock())
@@ -59,7 +55,7 @@ bool ZVIncomingCallController::areDelayRing(const rt::Id& screen) {
   return true;
 }
 
-void ZVIncomingCallController::ringOrVibrate(const rt::Id& screen) {
+void RingTimer::ringOrVibrate(const rt::Id& screen) {
   // The call ended or was handled inside the delay: it never rings.
   if (!_isIncomingCallForDelayRing) return;
   _isIncomingCallForDelayRing = false;
@@ -68,25 +64,13 @@ void ZVIncomingCallController::ringOrVibrate(const rt::Id& screen) {
   host_->ringOrVibrate(screen);
 }
 
-bool ZVIncomingCallController::areDeclineButton() {
+bool RingTimer::areDeclineButton() {
   if (UIDevice::OSVersion() < 8.0f) {
     // Only the first question of a call is answered.
     if (!_isIncomingCallForDeclineButton) return false;
     _isIncomingCallForDeclineButton = false;
   }
   return _settings && _settings->IncomingCallDeclineButton();
-}
-
-void ZVIncomingCallController::connectedVibrate(const rt::Id& call) {
-  if (!_settings || !_settings->EnableConnectedVibrate() || !call || !host_)
-    return;
-  if (connect_vibration_.shouldVibrate(host_->status(call),
-                                       host_->isOutgoing(call)))
-    ConnectVibration::schedule(*this);
-}
-
-void ZVIncomingCallController::vibrate() {
-  if (_settings) ConnectVibration::vibrate(*_settings);
 }
 
 }  // namespace zv
