@@ -82,7 +82,7 @@ TEST_F(UIModelTest, HitTestFindsTheTopmostTouchableViewUnderAPoint) {
     EXPECT_EQ(root->hitTest({15, 15}), under);
     EXPECT_EQ(root->hitTest({95, 5}), root);
     EXPECT_EQ(root->hitTest({100, 5}), nullptr);  // right edge is outside
-    over->setUserInteractionEnabled(false);        // takes its subtree along
+    over->setUserInteractionEnabled(false);       // takes its subtree along
     EXPECT_EQ(root->hitTest({40, 40}), under);
     under->setHidden(true);
     EXPECT_EQ(root->hitTest({40, 40}), root);

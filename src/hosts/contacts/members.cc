@@ -36,8 +36,8 @@ void MemberCell::build() {
 void MemberCell::layoutSubviews() {
   UITableViewCell::layoutSubviews();
   const ui::Rect& text = textLabel()->frame();
-  nameView->setFrame({{text.origin.x, (frame().size.height - 22) / 2},
-                      {text.size.width, 22}});
+  nameView->setFrame(
+      {{text.origin.x, (frame().size.height - 22) / 2}, {text.size.width, 22}});
   nameView->nameLabel->setFrame({{0, 0}, {text.size.width, 22}});
 }
 

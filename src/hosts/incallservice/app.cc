@@ -265,7 +265,8 @@ std::optional<CallScreenText> InCallServiceApplication::screenText() const {
 }
 
 void InCallServiceApplication::prepareWindow(ui::UIWindow& window) {
-  if (auto root = std::dynamic_pointer_cast<InCallRootViewController>(screen_)) {
+  if (auto root =
+          std::dynamic_pointer_cast<InCallRootViewController>(screen_)) {
     window.setRootViewController(root);
     return;
   }

@@ -16,13 +16,13 @@ std::shared_ptr<T> makeView(const char* superclass) {
   return ui::makeAs<T>(cls);
 }
 
+
 std::shared_ptr<ui::UIButton> roundButton(const std::string& title,
-                                          const ui::Color& colour) {
-  auto b = ui::make<ui::UIButton>();
-  b->setTitle(title);
-  b->setTitleFont({"Helvetica-Bold", 17});
-  b->setTitleColor(kWhite);
-  b->setBackgroundColor(colour);
+                                          const ui::Color& colour,
+                                          bool hangUp) {
+  auto b = makeView<CallAnswerButton>("UIButton");
+  b->disc = colour;
+  b->hangUp = hangUp;
   b->setAccessibilityLabel(title);
   return b;
 }
@@ -33,8 +33,8 @@ std::shared_ptr<CallAnswerControls> CallAnswerControls::make(
     double screenWidth, double screenHeight) {
   auto c = makeView<CallAnswerControls>("UIView");
   c->setFrame({{0, screenHeight - 150}, {screenWidth, 130}});
-  c->decline_ = roundButton("Decline", {0.9, 0.22, 0.2, 1});
-  c->answer_ = roundButton("Answer", {0.3, 0.85, 0.39, 1});
+  c->decline_ = roundButton("Decline", {0.9, 0.22, 0.2, 1}, true);
+  c->answer_ = roundButton("Answer", {0.3, 0.85, 0.39, 1}, false);
   c->slider_ = makeView<CallAnswerSlider>("UIView");
   c->slider_->setAccessibilityLabel("slide to answer");
   std::weak_ptr<CallAnswerControls> weak = c;
@@ -60,11 +60,23 @@ void CallAnswerControls::show(Mode mode, platform::CallId call) {
 
 void CallAnswerControls::layoutSubviews() {
   const double w = frame().size.width, d = 72;
-  decline_->setFrame({{w / 4 - d / 2, 20}, {d, d}});
-  answer_->setFrame({{3 * w / 4 - d / 2, 20}, {d, d}});
-  decline_->setCornerRadius(d / 2);
-  answer_->setCornerRadius(d / 2);
+  decline_->setFrame({{w / 4 - d / 2, 10}, {d, d + 28}});
+  answer_->setFrame({{3 * w / 4 - d / 2, 10}, {d, d + 28}});
   slider_->setFrame({{20, 40}, {w - 40, 64}});
+}
+
+void CallAnswerButton::draw(ui::Canvas& canvas) const {
+  const double d = frame().size.width;
+  canvas.fill({{0, 0}, {d, d}}, disc, d / 2);
+  // The handset: a bar with its ends bent towards the mouth.
+  const double c = d / 2, k = hangUp ? 1 : -1;
+  canvas.path({{c - 16, c + k * 4},
+               {c - 14, c - k * 4},
+               {c + 14, c - k * 4},
+               {c + 16, c + k * 4}},
+              kWhite, 6);
+  canvas.text({{-10, d + 4}, {d + 20, 22}}, accessibilityLabel(),
+              {"Helvetica", 17}, kWhite, ui::TextAlignment::Center);
 }
 
 void CallAnswerSlider::draw(ui::Canvas& canvas) const {
@@ -74,7 +86,10 @@ void CallAnswerSlider::draw(ui::Canvas& canvas) const {
               (size.height - 8) / 2);
   // The knob's arrow.
   const double cx = size.height / 2, cy = size.height / 2;
-  canvas.path({{cx - 8, cy}, {cx + 8, cy}, {cx + 2, cy - 6}, {cx + 8, cy},
+  canvas.path({{cx - 8, cy},
+               {cx + 8, cy},
+               {cx + 2, cy - 6},
+               {cx + 8, cy},
                {cx + 2, cy + 6}},
               {0.3, 0.85, 0.39, 1}, 3);
   canvas.text({{size.height, 0}, {size.width - size.height - 10, size.height}},
@@ -91,7 +106,7 @@ std::shared_ptr<LockScreenView> LockScreenView::make(platform::Size screen) {
 
 void LockScreenView::draw(ui::Canvas& canvas) const {
   const double w = frame().size.width;
-  canvas.text({{0, 50}, {w, 80}}, "9:41", {"HelveticaNeue-Thin", 72}, kWhite,
+  canvas.text({{0, 50}, {w, 80}}, "9:41", {"HelveticaNeue-Light", 72}, kWhite,
               ui::TextAlignment::Center);
 }
 

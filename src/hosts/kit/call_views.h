@@ -40,6 +40,17 @@ class CallAnswerControls : public ui::UIView {
   std::shared_ptr<ui::UIView> slider_;
 };
 
+// A round Decline or Answer button: the coloured disc with a handset, its
+// title under it.
+class CallAnswerButton : public ui::UIButton {
+ public:
+  static constexpr const char* kClassName = "TPAnswerButton";
+  explicit CallAnswerButton(rt::Class* isa) : ui::UIButton(isa) {}
+  ui::Color disc;
+  bool hangUp = false;  // the handset turned down
+  void draw(ui::Canvas& canvas) const override;
+};
+
 // The track of the answer slider.
 class CallAnswerSlider : public ui::UIView {
  public:
@@ -57,7 +68,7 @@ class LockScreenView : public ui::UIView {
 };
 
 // The springboard's wallpaper colour, under the lock and home screens.
-inline constexpr ui::Color kWallpaper{0.2, 0.35, 0.55, 1};
+inline constexpr ui::Color kWallpaper{0.1, 0.2, 0.35, 1};
 // The call screens' dark background.
 inline constexpr ui::Color kCallScreenBackground{0.12, 0.14, 0.2, 1};
 

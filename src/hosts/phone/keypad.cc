@@ -214,8 +214,8 @@ void PhoneDialerView::layoutSubviews() {
   if (!pad || !deleteButton) return;
   if (auto call = pad->callButton()) {
     const ui::Rect c = call->frame();
-    deleteButton->setFrame({{pad->frame().origin.x + c.origin.x +
-                                 c.size.width + c.size.width * 0.3,
+    deleteButton->setFrame({{pad->frame().origin.x + c.origin.x + c.size.width +
+                                 c.size.width * 0.3,
                              pad->frame().origin.y + c.origin.y},
                             c.size});
   }
@@ -270,15 +270,18 @@ std::shared_ptr<ui::UIView> DialerController::loadView() {
   v->deleteButton->setTitle("Delete");
   v->deleteButton->setTitleFont({"Helvetica", 15});
   v->deleteButton->setTitleColor({0.45, 0.45, 0.47, 1});
-  v->deleteButton->addTarget(ui::kTouchUpInside, [weak = std::weak_ptr<PhoneDialerView>(v)](const rt::Id&) {
-    if (auto me = weak.lock()) me->pad->pressDelete();
-  });
+  v->deleteButton->addTarget(
+      ui::kTouchUpInside,
+      [weak = std::weak_ptr<PhoneDialerView>(v)](const rt::Id&) {
+        if (auto me = weak.lock()) me->pad->pressDelete();
+      });
   v->deleteButton->setHidden(true);
   v->pad = ui::makeAs<PhonePad>(rt::getClass(PhonePad::kClassName));
   v->pad->delegate = shared_from_this();
   // Below the display, the name and the add-contact button, above the
   // tab bar.
-  v->pad->setFrame({{0, 146}, {size.width, std::max(0.0, size.height - 146 - 49)}});
+  v->pad->setFrame(
+      {{0, 146}, {size.width, std::max(0.0, size.height - 146 - 49)}});
   v->pad->build();
   for (auto view : std::initializer_list<std::shared_ptr<ui::UIView>>{
            v->lcd, v->nameLabel, v->addContact, v->deleteButton, v->pad})

@@ -318,8 +318,12 @@ void drawHostGlyph(ui::Canvas& canvas, const std::string& name,
                    const ui::Color& c) {
   const double m = kButtonSide / 2;
   if (name == "torch") {
-    canvas.path({{m - 6, 16}, {m + 6, 16}, {m + 4, 26}, {m + 4, 40},
-                 {m - 4, 40}, {m - 4, 26}},
+    canvas.path({{m - 6, 16},
+                 {m + 6, 16},
+                 {m + 4, 26},
+                 {m + 4, 40},
+                 {m - 4, 40},
+                 {m - 4, 26}},
                 c, 2, true);
   } else if (name == "clock") {
     canvas.strokeRect({{m - 13, m - 13}, {26, 26}}, c, 2, 13);
@@ -332,9 +336,17 @@ void drawHostGlyph(ui::Canvas& canvas, const std::string& name,
     canvas.strokeRect({{m - 14, m - 8}, {28, 19}}, c, 2, 3);
     canvas.strokeRect({{m - 5, m - 4}, {10, 10}}, c, 2, 5);
   } else if (name == "airplane") {
-    canvas.path({{m, m - 14}, {m + 2, m - 4}, {m + 13, m + 2}, {m + 2, m},
-                 {m + 2, m + 8}, {m + 6, m + 12}, {m - 6, m + 12},
-                 {m - 2, m + 8}, {m - 2, m}, {m - 13, m + 2}, {m - 2, m - 4}},
+    canvas.path({{m, m - 14},
+                 {m + 2, m - 4},
+                 {m + 13, m + 2},
+                 {m + 2, m},
+                 {m + 2, m + 8},
+                 {m + 6, m + 12},
+                 {m - 6, m + 12},
+                 {m - 2, m + 8},
+                 {m - 2, m},
+                 {m - 13, m + 2},
+                 {m - 2, m - 4}},
                 c, 1, true, true);
   } else if (name == "wifi") {
     for (int i = 1; i <= 3; ++i) {
@@ -348,8 +360,12 @@ void drawHostGlyph(ui::Canvas& canvas, const std::string& name,
     }
     canvas.fill({{m - 2, m + 6}, {4, 4}}, c, 2);
   } else if (name == "bluetooth") {
-    canvas.path({{m - 7, m - 7}, {m + 7, m + 6}, {m, m + 13}, {m, m - 13},
-                 {m + 7, m - 6}, {m - 7, m + 7}},
+    canvas.path({{m - 7, m - 7},
+                 {m + 7, m + 6},
+                 {m, m + 13},
+                 {m, m - 13},
+                 {m + 7, m - 6},
+                 {m - 7, m + 7}},
                 c, 2);
   } else {
     canvas.strokeRect({{m - 12, m - 12}, {24, 24}}, c, 2, 5);
@@ -361,7 +377,8 @@ void drawHostGlyph(ui::Canvas& canvas, const std::string& name,
 void ControlCenterButton::draw(ui::Canvas& canvas) const {
   const auto size = frame().size;
   const ui::Color disc = selected ? ui::Color{1, 1, 1, 1} : kButtonDark;
-  const ui::Color ink = selected ? ui::Color{0, 0, 0, 1} : ui::Color{1, 1, 1, 1};
+  const ui::Color ink =
+      selected ? ui::Color{0, 0, 0, 1} : ui::Color{1, 1, 1, 1};
   canvas.fill({{0, 0}, size}, disc, size.width / 2);
   const ui::ImagePtr& g = selected && selectedGlyph ? selectedGlyph : glyph;
   if (!g || g == hostGlyph(name) || g->empty()) {
@@ -390,27 +407,30 @@ void ControlCenterRow::layoutSubviews() {
 
 void ControlCenterPanel::layoutSubviews() {
   const double w = frame().size.width;
-  if (auto row = settingsRow.lock())
-    row->setFrame({{0, 20}, {w, kButtonSide}});
+  if (auto row = settingsRow.lock()) row->setFrame({{0, 20}, {w, kButtonSide}});
   if (auto row = quickLaunchRow.lock())
-    row->setFrame({{0, kPanelHeight - 20 - kButtonSide - 34}, {w, kButtonSide}});
+    row->setFrame(
+        {{0, kPanelHeight - 20 - kButtonSide - 34}, {w, kButtonSide}});
 }
 
 std::shared_ptr<ui::UIView> ControlCenterViewController::loadView() {
   const auto screen = platform::current().device().screenPoints;
   auto v = ui::makeAs<ControlCenterPanel>(
       rt::getClass(ControlCenterPanel::kClassName));
-  v->setFrame({{0, screen.height - kPanelHeight}, {screen.width, kPanelHeight}});
+  v->setFrame(
+      {{0, screen.height - kPanelHeight}, {screen.width, kPanelHeight}});
   v->setBackgroundColor(ui::Color{0.1, 0.1, 0.12, 0.85});
   return v;
 }
 
 std::shared_ptr<ui::UIView> QuickLaunchSection::loadView() {
-  return ui::makeAs<ControlCenterRow>(rt::getClass(ControlCenterRow::kClassName));
+  return ui::makeAs<ControlCenterRow>(
+      rt::getClass(ControlCenterRow::kClassName));
 }
 
 std::shared_ptr<ui::UIView> SettingsSection::loadView() {
-  return ui::makeAs<ControlCenterRow>(rt::getClass(ControlCenterRow::kClassName));
+  return ui::makeAs<ControlCenterRow>(
+      rt::getClass(ControlCenterRow::kClassName));
 }
 
 }  // namespace zv::hosts

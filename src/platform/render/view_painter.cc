@@ -52,7 +52,8 @@ class CairoCanvas : public ui::Canvas {
   void text(const ui::Rect& rect, const std::string& text, const ui::Font& font,
             const ui::Color& colour, ui::TextAlignment alignment,
             ui::LineBreakMode mode, int lines) override {
-    text_.draw(cr_, rect, text, TextStyle{font, colour, alignment, mode, lines});
+    text_.draw(cr_, rect, text,
+               TextStyle{font, colour, alignment, mode, lines});
   }
   void image(const ui::Rect& rect, const ui::Image& image) override {
     drawImage(cr_, rect, image);
@@ -76,7 +77,6 @@ class CairoCanvas : public ui::Canvas {
   cairo_t* cr_;
   TextPainter& text_;
 };
-
 
 }  // namespace
 

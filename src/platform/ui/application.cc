@@ -29,7 +29,8 @@ bool UIApplication::openURL(const std::string& url) {
 
 std::shared_ptr<UIWindow> UIApplication::keyWindow() {
   if (!window_)
-    window_ = UIWindow::makeForScreen(platform::current().device().screenPoints);
+    window_ =
+        UIWindow::makeForScreen(platform::current().device().screenPoints);
   window_->overlays.clear();
   prepareWindow(*window_);
   window_->layoutIfNeeded();

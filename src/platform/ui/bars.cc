@@ -38,8 +38,8 @@ void tabGlyph(Canvas& canvas, const std::string& name, Point at,
                 c, 1.5, true);
   } else if (name == "keypad") {
     for (int i = 0; i < 12; ++i)
-      canvas.fill({{x + 4 + (i % 3) * 7, y + 1 + (i / 3) * 6.5}, {4.5, 4.5}},
-                  c, 2.25);
+      canvas.fill({{x + 4 + (i % 3) * 7, y + 1 + (i / 3) * 6.5}, {4.5, 4.5}}, c,
+                  2.25);
   } else if (name == "voicemail") {
     canvas.strokeRect({{x + 1, y + 8}, {10, 10}}, c, 1.5, 5);
     canvas.strokeRect({{x + 15, y + 8}, {10, 10}}, c, 1.5, 5);
@@ -59,7 +59,8 @@ std::string capitalised(std::string s) {
 void UIStatusBar::draw(Canvas& canvas) const {
   const double w = frame().size.width;
   const Color c = lightContent ? Color{1, 1, 1, 1} : Color{0, 0, 0, 1};
-  for (int i = 0; i < 5; ++i) canvas.fill({{5.4 + i * 6.5, 7.4}, {5.2, 5.2}}, c, 2.6);
+  for (int i = 0; i < 5; ++i)
+    canvas.fill({{5.4 + i * 6.5, 7.4}, {5.2, 5.2}}, c, 2.6);
   canvas.text({{42, 0}, {w / 2 - 70, 20}}, carrier, {"Helvetica", 12}, c);
   canvas.text({{w / 2 - 40, 0}, {80, 20}}, time, {"Helvetica-Bold", 12}, c,
               TextAlignment::Center);
@@ -120,8 +121,9 @@ void UINavigationBar::layoutSubviews() {
 void UINavigationBar::draw(Canvas& canvas) const {
   const auto size = frame().size;
   canvas.fill({{0, 0}, size}, kBarColour);
-  canvas.fill({{0, size.height - canvas.hairline()}, {size.width, canvas.hairline()}},
-              kBarLine);
+  canvas.fill(
+      {{0, size.height - canvas.hairline()}, {size.width, canvas.hairline()}},
+      kBarLine);
 }
 
 void UITabBarButton::draw(Canvas& canvas) const {

@@ -1,8 +1,7 @@
 #include "platform/ui/sheets.h"
 
-#include "platform/ui/canvas.h"
-
 #include "platform/platform.h"
+#include "platform/ui/canvas.h"
 
 namespace zv::ui {
 
@@ -24,7 +23,8 @@ void UIActionSheet::draw(Canvas& canvas) const {
                 {0.56, 0.56, 0.58, 1}, TextAlignment::Center);
   y += titleH;
   for (size_t k = 0; k < main.size(); ++k, y += 57) {
-    if (k > 0 || titleH > 0) canvas.fill({{x, y}, {w, canvas.hairline()}}, kLine);
+    if (k > 0 || titleH > 0)
+      canvas.fill({{x, y}, {w, canvas.hairline()}}, kLine);
     const int i = main[k];
     canvas.text({{x + 8, y}, {w - 16, 57}}, buttons_[i], {"Helvetica", 20},
                 i == destructive_index_ ? Color{1, 0.23, 0.19, 1} : kTintColor,

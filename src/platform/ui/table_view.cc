@@ -42,20 +42,22 @@ constexpr double kAccessoryWidth = 33;
 
 void UITableViewCell::layoutSubviews() {
   const Size size = frame().size;
-  const double accessory =
-      accessory_ ? accessory_->frame().size.width + 15
-      : accessoryType != CellAccessoryType::None ? kAccessoryWidth
-                                                 : 0;
+  const double accessory = accessory_ ? accessory_->frame().size.width + 15
+                           : accessoryType != CellAccessoryType::None
+                               ? kAccessoryWidth
+                               : 0;
   if (accessory_)
     accessory_->setOrigin(size.width - accessory_->frame().size.width - 15,
                           (size.height - accessory_->frame().size.height) / 2);
-  content_->setFrame({{0, 0}, {std::max(0.0, size.width - accessory), size.height}});
+  content_->setFrame(
+      {{0, 0}, {std::max(0.0, size.width - accessory), size.height}});
   const double w = content_->frame().size.width, h = size.height;
   double x = 15;
   const auto& image = image_view_->image();
   if (image && !image->empty() && !image_view_->isHidden()) {
     Size s = image->size();
-    if (s.height > h - 8 && s.height > 0) s = {s.width * (h - 8) / s.height, h - 8};
+    if (s.height > h - 8 && s.height > 0)
+      s = {s.width * (h - 8) / s.height, h - 8};
     image_view_->setFrame({{15, (h - s.height) / 2}, s});
     x = 15 + s.width + 15;
   }
@@ -79,7 +81,8 @@ void UITableViewCell::layoutSubviews() {
       const double lw = std::min(textWidth, 76.0);
       text_label_->setTextAlignment(TextAlignment::Right);
       text_label_->setFrame({{x, 0}, {lw, h}});
-      detail_label_->setFrame({{x + lw + 6, 0}, {std::max(0.0, textWidth - lw - 6), h}});
+      detail_label_->setFrame(
+          {{x + lw + 6, 0}, {std::max(0.0, textWidth - lw - 6), h}});
       break;
     }
     default:
@@ -109,7 +112,8 @@ void UITableViewCell::draw(Canvas& canvas) const {
                 2);
 }
 
-std::optional<size_t> UITableView::rowOfCell(const UITableViewCell& cell) const {
+std::optional<size_t> UITableView::rowOfCell(
+    const UITableViewCell& cell) const {
   for (const auto& [row, c] : visible_)
     if (c.get() == &cell) return row;
   return std::nullopt;

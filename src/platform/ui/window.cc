@@ -34,8 +34,9 @@ void UIAlertPanel::draw(Canvas& canvas) const {
   const double messageH =
       alert->message.empty()
           ? 0
-          : 18 * std::min(6.0, 1 + textWidth(alert->message, {"Helvetica", 13}) /
-                                       (w - 32));
+          : 18 *
+                std::min(6.0, 1 + textWidth(alert->message, {"Helvetica", 13}) /
+                                      (w - 32));
   const double inputH = alert->textInput ? 36 : 0;
   const double bodyH = 20 + titleH + messageH + inputH + 18;
   const double h = bodyH + rows * 44;
@@ -91,12 +92,13 @@ void UIWindow::show(const std::shared_ptr<UIViewController>& vc,
   }
   if (auto tabs = std::dynamic_pointer_cast<UITabBarController>(vc)) {
     tab_bar_ = make<UITabBar>();
-    tab_bar_->setFrame({{area.origin.x, area.origin.y + area.size.height -
-                                            UITabBar::kHeight},
-                        {area.size.width, UITabBar::kHeight}});
+    tab_bar_->setFrame(
+        {{area.origin.x, area.origin.y + area.size.height - UITabBar::kHeight},
+         {area.size.width, UITabBar::kHeight}});
     tab_bar_->show(tabs);
-    show(tabs->selectedViewController(),
-         {area.origin, {area.size.width, area.size.height - UITabBar::kHeight}});
+    show(
+        tabs->selectedViewController(),
+        {area.origin, {area.size.width, area.size.height - UITabBar::kHeight}});
     addSubview(tab_bar_);
     return;
   }

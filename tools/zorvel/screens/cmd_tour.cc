@@ -131,16 +131,16 @@ void switchFeaturesOn() {
                           "SMSMultiSelect"})
     settings[key] = Value(true);
   // Every Control Centre replacement, and a prefix to dial with.
-  for (const char* key : {"ControlCenterHome", "ControlCenterMultitasking",
-                          "ControlCenterLockScreen",
-                          "ControlCenterCellularData"})
+  for (const char* key :
+       {"ControlCenterHome", "ControlCenterMultitasking",
+        "ControlCenterLockScreen", "ControlCenterCellularData"})
     settings[key] = Value(int64_t{1});
   settings["PrefixNumber"] = Value(std::string("17951"));
   if (!plist::writeFile(path, Value(settings)))
     throw CommandError("tour: cannot write the settings of the copy " + path);
   // The blocked call of the calls walk: its number on the blacklist.
-  const std::string black =
-      platform::current().path("/var/mobile/Library/Preferences/zorvel.black.plist");
+  const std::string black = platform::current().path(
+      "/var/mobile/Library/Preferences/zorvel.black.plist");
   Dict blacklist = plist::readDictionary(black).value_or(Dict{});
   blacklist["10010"] = Value(std::string("10010"));
   if (!plist::writeFile(black, Value(blacklist)))
