@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "callscreens/call_blocking_policy.h"
 #include "callscreens/incoming_call_controller.h"
 #include "fuzz/fuzz_device.h"
 
@@ -23,8 +24,8 @@ ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
   zv::fuzz::Bytes in(data, size);
   const std::string number(in.text(24));
   const auto bytes = in.rest();
-  for (const char* path : {ZVIncomingCallController::kBlacklistPath,
-                           ZVIncomingCallController::kWhitelistPath}) {
+  for (const char* path : {zv::CallBlockingPolicy::kBlacklistPath,
+                           zv::CallBlockingPolicy::kWhitelistPath}) {
     const std::string file = d.root + path;
     std::filesystem::create_directories(
         std::filesystem::path(file).parent_path());

@@ -170,11 +170,11 @@ Value objectForKey(std::string_view key, std::string_view devicePath) {
   return v ? *v : Value();
 }
 
-void setObject(const Value& value, std::string_view key,
+bool setObject(const Value& value, std::string_view key,
                std::string_view devicePath) {
   Dict dict = platform::readDictionary(devicePath).value_or(Dict{});
   dict.insert_or_assign(std::string(key), value);
-  platform::writeDictionary(devicePath, dict);
+  return platform::writeDictionary(devicePath, dict);
 }
 
 }  // namespace zv

@@ -157,8 +157,9 @@ class ZVSettings {
 // the file is missing, does not parse as a dictionary or lacks the key.
 Value objectForKey(std::string_view key, std::string_view devicePath);
 // Sets one key of a property-list file (other keys kept, file created when
-// missing or unparsable) and writes it back atomically. Failures are silent.
-void setObject(const Value& value, std::string_view key,
+// missing or unparsable) and writes it back atomically; false when it could
+// not be written (the file is then as it was).
+bool setObject(const Value& value, std::string_view key,
                std::string_view devicePath);
 
 }  // namespace zv

@@ -246,7 +246,13 @@ void ZVKeypadController::onoffButtonPressed() {
 }
 
 void ZVKeypadController::setEnableSearch() {
-  ZVSearcher::setBoolSettingsForKey(kEnableSearchKey, _enable);
+  if (ZVSearcher::setBoolSettingsForKey(kEnableSearchKey, _enable)) return;
+  // Not stored (a full disk, a read-only device): the button and the
+  // keypad go back to what the file holds, so they never claim a state
+  // that the next start would not have.
+  _enable = ZVSearcher::getBoolSettingsForKey(kEnableSearchKey);
+  if (_keypadView) _keypadView->setHidden(!_enable);
+  updateOnoffButton();
 }
 
 // --- Pager and list --------------------------------------------------------

@@ -52,12 +52,14 @@ void ZVSMSGroupViewController::loadSavedRecipients() {
     _savedRecipientsNames.push_back(name);
 }
 
-void ZVSMSGroupViewController::saveRecipients(const std::string& name) {
-  if (!_recipients) return;
+bool ZVSMSGroupViewController::saveRecipients(const std::string& name) {
+  if (!_recipients) return false;
+  // Another process may have changed the file: change only this list.
   Dict lists = getRecipientsDictionary();
   lists[name] = recipients_file::listValue(*_recipients);
-  recipients_file::write(lists);  // a failed write is ignored
+  if (!recipients_file::write(lists)) return false;
   _recipients.reset();
+  return true;
 }
 
 size_t ZVSMSGroupViewController::numberOfRowsInSection(ui::UITableView&,
@@ -136,7 +138,11 @@ void ZVSMSGroupViewController::commitEditingStyle(ui::UITableView&,
   // Another process may have changed the file: change only this list.
   Dict lists = getRecipientsDictionary();
   lists.erase(_savedRecipientsNames[path.row]);
-  recipients_file::write(lists);
+  if (!recipients_file::write(lists)) {
+    // The row stays: it is still in the file.
+    showWriteFailedAlert();
+    return;
+  }
   _savedRecipients = std::move(lists);
   _savedRecipientsNames.clear();
   for (const auto& [name, list] : _savedRecipients)
@@ -203,12 +209,20 @@ void ZVSMSGroupViewController::showSaveAlert() {
   alert->show();
 }
 
+void ZVSMSGroupViewController::showWriteFailedAlert() {
+  auto alert = ui::make<ui::UIAlertView>();
+  alert->title = localized("Save Recipients");
+  alert->message = localized(kWriteFailedMessage);
+  alert->cancelButtonTitle = localized("OK");
+  alert->show();
+}
+
 void ZVSMSGroupViewController::alertViewClickedButtonAtIndex(
     ui::UIAlertView& alert, int buttonIndex) {
   if (alert.tag() != kSaveAlertTag) return;
   // Button 0 is Cancel, 1 is Save.
   if (buttonIndex != 1 || alert.inputText.empty()) return;
-  saveRecipients(alert.inputText);
+  if (!saveRecipients(alert.inputText)) showWriteFailedAlert();
   loadSavedRecipients();
   updateButtons();
   tableView()->reloadData();

@@ -43,6 +43,9 @@ class ZVSMSGroupViewController
   static constexpr const char* kGroupCell = "GroupCell";
   static constexpr const char* kButtonCell = "ButtonCell";
   static constexpr int kSaveAlertTag = 10086;
+  // The message shown when the saved lists could not be written (a full
+  // disk, a read-only device); the screen then shows what the file holds.
+  static constexpr char kWriteFailedMessage[] = "Could not save the lists";
   // The "Save Recipients" button's text colour while it can save.
   static constexpr ui::Color kButtonColor{0, 0.478, 1, 1};
   static constexpr ui::Color kDisabledColor{2.0 / 3, 2.0 / 3, 2.0 / 3, 1};
@@ -73,8 +76,9 @@ class ZVSMSGroupViewController
 
   void loadSavedRecipients();
   // Stores the recipients under `name` (replacing a list of that name) and
-  // lets go of them.
-  void saveRecipients(const std::string& name);
+  // lets go of them; false, keeping them for another try, when the file
+  // could not be written.
+  bool saveRecipients(const std::string& name);
   static Dict getRecipientsDictionary();
 
   std::weak_ptr<ZVSMSGroupViewControllerDelegate> delegate;
@@ -92,6 +96,8 @@ class ZVSMSGroupViewController
   std::vector<ZVSMSSelectContactsViewController::Entry> entriesFor(
       ui::IndexPath path, std::string& title) const;
   void showSaveAlert();
+  // Tells the user that the saved lists could not be written.
+  void showWriteFailedAlert();
 
   std::optional<std::vector<SMSRecipient>> _recipients;
   std::unique_ptr<ABAddressBookHandle> _addressBook;

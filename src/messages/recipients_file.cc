@@ -9,20 +9,14 @@ std::vector<SMSRecipient> recipientsOf(const Value& list) {
   const Array* entries = list.array();
   if (!entries) return out;
   for (const Value& entry : *entries) {
-    const Array* texts = entry.array();
-    if (!texts || texts->size() < 3) continue;
     SMSRecipient r;
-    bool good = true;
-    for (size_t i = 0; i < 3 && good; ++i) {
-      // A text holding a NUL byte (a binary file can carry one) cannot be
-      // written back: the file is saved as XML.
-      const std::string* s = (*texts)[i].string();
-      if (s && s->find('\0') == std::string::npos)
-        r[i] = *s;
-      else
-        good = false;
+    if (const std::string* address = entry.string()) {
+      r[0] = *address;
+    } else if (const Array* texts = entry.array()) {
+      for (size_t i = 0; i < 3 && i < texts->size(); ++i)
+        if (const std::string* s = (*texts)[i].string()) r[i] = *s;
     }
-    if (good) out.push_back(std::move(r));
+    if (!r[0].empty()) out.push_back(std::move(r));
   }
   return out;
 }
@@ -35,14 +29,8 @@ Value listValue(const std::vector<SMSRecipient>& recipients) {
 }
 
 Dict read() {
-  Dict lists;
   auto file = platform::readDictionary(kRecipientsPath);
-  if (!file) return lists;
-  for (const auto& [name, value] : *file) {
-    auto recipients = recipientsOf(value);
-    if (!recipients.empty()) lists.emplace(name, listValue(recipients));
-  }
-  return lists;
+  return file ? std::move(*file) : Dict{};
 }
 
 bool write(const Dict& lists) {

@@ -8,7 +8,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <vector>
 
 namespace zv::plist {
 namespace {
@@ -38,45 +40,105 @@ bool readCount(const std::string& b, uint64_t& at, uint64_t& count) {
   return true;
 }
 
-// True when a binary property list has a dictionary key holding a NUL.
-// libplist keeps such a key (from a UTF-16 string) with its full length but
-// reads it back as a C string, and asserts the two agree: the whole process
-// ends. No call of libplist gives a key's length, so the object table is
-// looked at before libplist builds the tree. Structural damage is left for
-// libplist to reject; only the keys matter here.
-bool binaryHasNulKey(const std::string& b) {
+// Appends code point `c` to `out` as UTF-8.
+void appendUtf8(char32_t c, std::string& out) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | (c >> 6));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else if (c < 0x10000) {
+    out += static_cast<char>(0xE0 | (c >> 12));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (c >> 18));
+    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
+// Text of a UTF-16 (big-endian) string object, the way libplist turns one
+// into UTF-8 (a lone surrogate becomes U+FFFD).
+std::string utf16Text(const std::string& b, uint64_t at, uint64_t units) {
+  std::string out;
+  for (uint64_t i = 0; i < units; ++i) {
+    char32_t c = (static_cast<unsigned char>(b[at + 2 * i]) << 8) |
+                 static_cast<unsigned char>(b[at + 2 * i + 1]);
+    if (c >= 0xD800 && c < 0xDC00 && i + 1 < units) {
+      const char32_t low =
+          (static_cast<unsigned char>(b[at + 2 * i + 2]) << 8) |
+          static_cast<unsigned char>(b[at + 2 * i + 3]);
+      if (low >= 0xDC00 && low < 0xE000) {
+        c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
+        ++i;
+      } else {
+        c = 0xFFFD;
+      }
+    } else if (c >= 0xD800 && c < 0xE000) {
+      c = 0xFFFD;
+    }
+    appendUtf8(c, out);
+  }
+  return out;
+}
+
+// Dictionary keys holding a NUL byte, as read (libplist's name for such a
+// key once its NULs are stood in for by U+0001, to the key with its NULs).
+using NulKeys = std::map<std::string, std::string>;
+
+// libplist keeps a key holding a NUL (from a UTF-16 string) with its full
+// length but reads it back as a C string, and asserts the two agree: the
+// whole process ends; an ASCII key it would cut short. No call of libplist
+// gives a key's length, so before libplist builds the tree, each NUL of a
+// key in `b` is replaced by U+0001 and the key is noted in `keys`, to be
+// given back its NULs once read. Structural damage is left for libplist to
+// reject; only the keys are looked at here.
+void standInForNulKeys(std::string& b, NulKeys& keys) {
   const uint64_t size = b.size();
-  if (size < 8 + 32) return false;
+  if (size < 8 + 32) return;
   const uint64_t trailer = size - 32;
   uint64_t offsetWidth = 0, refWidth = 0, objects = 0, table = 0;
   if (!readBig(b, trailer + 6, 1, offsetWidth) ||
       !readBig(b, trailer + 7, 1, refWidth) ||
       !readBig(b, trailer + 8, 8, objects) ||
       !readBig(b, trailer + 24, 8, table))
-    return false;
+    return;
   if (offsetWidth == 0 || offsetWidth > 8 || refWidth == 0 || refWidth > 8 ||
       table > trailer || objects > (trailer - table) / offsetWidth)
-    return false;
+    return;
   auto offsetOf = [&](uint64_t index, uint64_t& at) {
     return index < objects &&
            readBig(b, table + index * offsetWidth, offsetWidth, at) &&
            at < trailer;
   };
-  auto isNulString = [&](uint64_t index) {
+  std::vector<bool> done(objects, false);
+  auto patchKey = [&](uint64_t index) {
     uint64_t at = 0;
-    if (!offsetOf(index, at)) return false;
+    if (!offsetOf(index, at) || done[index]) return;
+    done[index] = true;
     const auto kind = static_cast<unsigned char>(b[at]) & 0xF0;
-    if (kind != 0x50 && kind != 0x60) return false;
+    if (kind != 0x50 && kind != 0x60) return;
     uint64_t count = 0;
-    if (!readCount(b, at, count)) return false;
+    if (!readCount(b, at, count)) return;
     const uint64_t unit = kind == 0x60 ? 2 : 1;
-    if (at > trailer || count > (trailer - at) / unit) return false;
-    for (uint64_t i = 0; i < count; ++i) {
-      bool nul = b[at + i * unit] == '\0';
-      if (unit == 2) nul = nul && b[at + i * unit + 1] == '\0';
-      if (nul) return true;
-    }
-    return false;
+    if (at > trailer || count > (trailer - at) / unit) return;
+    bool nul = false;
+    for (uint64_t i = 0; i < count && !nul; ++i)
+      nul = b[at + i * unit] == '\0' &&
+            (unit == 1 || b[at + i * unit + 1] == '\0');
+    if (!nul) return;
+    std::string original =
+        unit == 2 ? utf16Text(b, at, count) : b.substr(at, count);
+    for (uint64_t i = 0; i < count; ++i)
+      if (b[at + i * unit] == '\0' &&
+          (unit == 1 || b[at + i * unit + 1] == '\0'))
+        b[at + i * unit + unit - 1] = '\x01';
+    std::string standIn = original;
+    for (char& c : standIn)
+      if (c == '\0') c = '\x01';
+    keys.emplace(std::move(standIn), std::move(original));
   };
   for (uint64_t i = 0; i < objects; ++i) {
     uint64_t at = 0;
@@ -88,15 +150,13 @@ bool binaryHasNulKey(const std::string& b) {
       continue;
     for (uint64_t k = 0; k < count; ++k) {
       uint64_t ref = 0;
-      if (readBig(b, at + k * refWidth, refWidth, ref) && isNulString(ref))
-        return true;
+      if (readBig(b, at + k * refWidth, refWidth, ref)) patchKey(ref);
     }
   }
-  return false;
 }
 
 // Dates in libplist 2.2 are seconds and microseconds since 2001-01-01.
-Value fromNode(plist_t node, int depth) {
+Value fromNode(plist_t node, const NulKeys& nulKeys, int depth) {
   if (!node || depth > 512) return Value();
   switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
@@ -122,8 +182,8 @@ Value fromNode(plist_t node, int depth) {
       return Value(s ? std::string(s, length) : std::string());
     }
     case PLIST_KEY: {
-      // Safe: parse() refuses lists whose keys hold a NUL (XML keys are cut
-      // at a NUL by libplist's own reader, so lengths agree there).
+      // Safe: parse() stands in for the NULs of binary keys (XML keys are
+      // cut at a NUL by libplist's own reader, so lengths agree there).
       char* s = nullptr;
       plist_get_key_val(node, &s);
       std::string out = s ? s : "";
@@ -144,11 +204,22 @@ Value fromNode(plist_t node, int depth) {
       return Value(Date{sec + usec / 1e6});
     }
     case PLIST_ARRAY: {
+      // Walked with an iterator: fetching item i by index walks the array
+      // from its start in arrays read from a binary list (libplist indexes
+      // only the arrays it builds item by item), which made reading a large
+      // file quadratic.
       Array a;
-      uint32_t n = plist_array_get_size(node);
-      a.reserve(n);
-      for (uint32_t i = 0; i < n; ++i)
-        a.push_back(fromNode(plist_array_get_item(node, i), depth + 1));
+      a.reserve(plist_array_get_size(node));
+      plist_array_iter it = nullptr;
+      plist_array_new_iter(node, &it);
+      if (!it) return Value(std::move(a));
+      for (;;) {
+        plist_t item = nullptr;
+        plist_array_next_item(node, it, &item);
+        if (!item) break;
+        a.push_back(fromNode(item, nulKeys, depth + 1));
+      }
+      free(it);
       return Value(std::move(a));
     }
     case PLIST_DICT: {
@@ -164,7 +235,11 @@ Value fromNode(plist_t node, int depth) {
           free(key);
           break;
         }
-        if (key) d[key] = fromNode(item, depth + 1);
+        if (key) {
+          auto nul = nulKeys.find(key);
+          d[nul == nulKeys.end() ? std::string(key) : nul->second] =
+              fromNode(item, nulKeys, depth + 1);
+        }
         free(key);
       }
       free(it);
@@ -229,17 +304,18 @@ using Node = std::unique_ptr<void, NodeFree>;
 std::optional<Value> parse(const std::string& bytes) {
   if (bytes.empty()) return std::nullopt;
   plist_t root = nullptr;
+  NulKeys nulKeys;
   if (bytes.size() >= 8 && bytes.compare(0, 8, "bplist00") == 0) {
-    // A key with a NUL cannot name a setting; the list is refused as a whole
-    // rather than read with some key cut short.
-    if (binaryHasNulKey(bytes)) return std::nullopt;
-    plist_from_bin(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
+    std::string patched = bytes;
+    standInForNulKeys(patched, nulKeys);
+    plist_from_bin(patched.data(), static_cast<uint32_t>(patched.size()),
+                   &root);
   } else {
     plist_from_xml(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
   }
   if (!root) return std::nullopt;
   Node owner(root);
-  return fromNode(root, 0);
+  return fromNode(root, nulKeys, 0);
 }
 
 std::string toXml(const Value& value) {
@@ -288,8 +364,10 @@ bool writeBytesAtomically(const std::string& path, const std::string& bytes) {
     done += static_cast<size_t>(n);
   }
   ::fchmod(fd, 0644);
-  if (::fsync(fd) != 0 || ::close(fd) != 0 ||
-      ::rename(tmp.c_str(), path.c_str()) != 0) {
+  // Closed whatever happens; the temporary file never outlives a failure.
+  const bool synced = ::fsync(fd) == 0;
+  const bool closed = ::close(fd) == 0;
+  if (!synced || !closed || ::rename(tmp.c_str(), path.c_str()) != 0) {
     ::unlink(tmp.c_str());
     return false;
   }

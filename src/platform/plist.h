@@ -13,6 +13,8 @@
 namespace zv::plist {
 
 // Parses bytes as a property list (XML or binary); nullopt when they are not.
+// Linear in the size of the list. Texts and dictionary keys of a binary list
+// are read whole, NUL bytes included.
 std::optional<Value> parse(const std::string& bytes);
 // Serialises a value as an XML property list.
 std::string toXml(const Value& value);

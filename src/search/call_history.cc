@@ -168,22 +168,16 @@ int64_t ZVCallHistory::syncHistory(int limit) {
     return count;
   }
   sql::Database db = openCallHistory(sql::Database::Mode::kReadWrite);
-  if (!db.exec("BEGIN IMMEDIATE")) return count;
-  bool restored;
   {
     sql::Statement insert(db, kRestore);
     insert.bind(1, restore);
     insert.step();
-    restored = insert.done();
   }
-  // Empty the backup only once the restore went through, so that a failed
-  // restore loses nothing.
-  if (restored) {
-    sql::Statement empty(db, kEmptyBackup);
-    empty.step();
-    restored = empty.done();
-  }
-  db.exec(restored ? "COMMIT" : "ROLLBACK");
+  // The backup is emptied whether or not the restore went through: a row
+  // that cannot go back (a clash with a call already there) would otherwise
+  // be tried again, and Recents reloaded, every time the list appears.
+  sql::Statement empty(db, kEmptyBackup);
+  empty.step();
   return count;
 }
 

@@ -110,7 +110,8 @@ class ZVSearcher : public std::enable_shared_from_this<ZVSearcher> {
   bool addressBookChanged() const { return addressBookChanged_; }
   void setAddressBookChanged(bool changed) { addressBookChanged_ = changed; }
   static bool getBoolSettingsForKey(std::string_view key);
-  static void setBoolSettingsForKey(std::string_view key, bool enable);
+  // False when the file could not be written (it then keeps its value).
+  static bool setBoolSettingsForKey(std::string_view key, bool enable);
 
   // --- Search (searcher_search.cc) -----------------------------------------
   // Runs a search for `key` and returns the number of results.

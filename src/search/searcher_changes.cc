@@ -87,8 +87,8 @@ bool ZVSearcher::getBoolSettingsForKey(std::string_view key) {
   return objectForKey(key, kKeypadFlagsPath).boolValue();
 }
 
-void ZVSearcher::setBoolSettingsForKey(std::string_view key, bool enable) {
-  setObject(Value(enable), key, kKeypadFlagsPath);
+bool ZVSearcher::setBoolSettingsForKey(std::string_view key, bool enable) {
+  return setObject(Value(enable), key, kKeypadFlagsPath);
 }
 
 }  // namespace zv

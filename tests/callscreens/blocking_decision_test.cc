@@ -1,6 +1,7 @@
 // The order of blockCall's rules, from the master switch to the area rule.
 #include <gtest/gtest.h>
 
+#include "area/area_loader.h"
 #include "blocking_fixture.h"
 
 namespace zv::testing {
@@ -150,23 +151,31 @@ TEST_F(BlockingTest, OtherModesUseOnlyTheAreaRuleAndTheSwitches) {
   start({{"BlacklistBlockMode", 3}, {"BlacklistBlockArea", "  北京  "}});
   EXPECT_FALSE(blocks("13912345678"));
   EXPECT_TRUE(blocks("18601234567"));
-  // Without blocked areas the area service is not even asked.
+  EXPECT_TRUE(ZVAreaLoader::sharedInstance()->loaded());
+  // Without blocked areas the area service is not even asked (so it never
+  // loads).
   start({{"BlacklistBlockMode", 3}});
   EXPECT_FALSE(blocks("075512345678"));
   EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+  EXPECT_FALSE(ZVAreaLoader::sharedInstance()->loaded());
 }
 
 TEST_F(BlockingTest, InCallDecisionFindsTheScreensCallOrTheIncomingOne) {
   start({{"BlacklistBlockMode", 0}});
-  writeList(Policy::kBlacklistPath, {"10010", "10011"});
+  writeList(Policy::kBlacklistPath, {"10010", "10011", "10012"});
   auto screen = rt::create(callClass_);
   host_->incoming = call("10086");
   host_->incomingVideo = call("10011");
   host_->alertCalls[screen.get()] = call("10010");
   EXPECT_TRUE(controller_->blockInCall(screen));
   EXPECT_EQ(takeActions(), (Actions{"disconnect 10010"}));
-  // A screen without a call, and no screen: the incoming voice call.
+  // A screen without a call, and no screen: the incoming voice call (one
+  // that is blocked, then one that is not).
   host_->alertCalls.clear();
+  host_->incoming = call("10012");
+  EXPECT_TRUE(controller_->blockInCall(screen));
+  EXPECT_EQ(takeActions(), (Actions{"disconnect 10012"}));
+  host_->incoming = call("10086");
   EXPECT_FALSE(controller_->blockInCall(screen));
   EXPECT_FALSE(controller_->blockInCall(nullptr));
   // No voice call: the incoming video call.

@@ -3,6 +3,8 @@
 // views sit on each screen, and what going to the background clears.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/phone/app.h"
@@ -267,6 +269,16 @@ TEST_F(PhoneE2ETest, TheSwitchIsStoredThreeSecondsAfterTheLastPress) {
   EXPECT_TRUE(flag());  // not stored yet
   world_.advance(0.2);
   EXPECT_FALSE(flag());
+  // A switch that cannot be stored (a folder where the file belongs) goes
+  // back to what the file holds, nothing here: off.
+  const std::string file =
+      root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+  std::filesystem::remove(file);
+  std::filesystem::create_directories(file);
+  run([&] { controller_->onoffButton()->touch(); });
+  EXPECT_TRUE(controller_->isSearchEnabled());
+  world_.advance(3.1);
+  EXPECT_FALSE(controller_->isSearchEnabled());
 }
 
 TEST_F(PhoneE2ETest, AnExceptionShowsOneAlertAndLeavesKeysToTheHost) {

@@ -258,7 +258,7 @@ TEST_F(GroupScreensTest, DeletingRewritesTheFileWithoutTheList) {
   });
 }
 
-TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyOrLoseOnlyTheirBadLists) {
+TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyAndOtherShapesAreKept) {
   const std::string good =
       plist::toXml(Value(Dict{{"Good", list({{"1", "A", "x"}})}}));
   const std::vector<std::pair<std::string, std::string>> damaged{
@@ -266,10 +266,6 @@ TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyOrLoseOnlyTheirBadLists) {
       {"truncated", good.substr(0, good.size() / 2)},
       {"garbage", std::string("\x00\xff\x13\x37garbage\x01", 12)},
       {"not a dictionary", plist::toXml(Value(Array{Value("x")}))},
-      // Found by fuzzing: a binary file carried "138\0..." (UTF-16), which
-      // was read whole but written back cut at the NUL.
-      {"text with a NUL",
-       readFile(ZV_SOURCE_DIR "/fuzz/corpus/recipients/text_with_nul")},
   };
   for (const auto& [what, bytes] : damaged) {
     SCOPED_TRACE(what);
@@ -285,34 +281,91 @@ TEST_F(GroupScreensTest, DamagedFilesReadAsEmptyOrLoseOnlyTheirBadLists) {
     });
   }
 
-  // Bad values among good ones: only the bad go.
-  ASSERT_TRUE(plist::writeFile(
-      root_ + kRecipientsFile,
-      Value(Dict{
-          {"Good", list({{"1", "A", "x"}})},
-          {"Text", Value("not a list")},
-          {"Numbers", Value(Array{Value(Array{Value(1), Value(2), Value(3)})})},
-          {"Short", Value(Array{Value(Array{Value("1"), Value("A")})})},
-          {"Mixed",
-           Value(Array{Value(Array{Value("2"), Value("B"), Value("y")}),
-                       Value("stray"),
-                       Value(Array{Value("3"), Value("C"), Value("z"),
-                                   Value("extra")})})}})));
+  // Lists of other shapes (written by another version, or by hand) are
+  // shown as well as they can be and written back exactly as read.
+  const Dict others{
+      {"Good", list({{"1", "A", "x"}})},
+      {"Text", Value("not a list")},
+      {"Empty", Value(Array{})},
+      {"Numbers", Value(Array{Value(Array{Value(1), Value(2), Value(3)})})},
+      {"Short", Value(Array{Value(Array{Value("1"), Value("A")})})},
+      {"Mixed",
+       Value(Array{
+           Value(Array{Value("2"), Value("B"), Value("y")}), Value("stray"),
+           Value(Array{Value("3"), Value("C"), Value("z"), Value("extra")})})}};
+  ASSERT_TRUE(plist::writeFile(root_ + kRecipientsFile, Value(others)));
   launchMessages({}).run([&] {
     auto g = open(kTwo);
     EXPECT_EQ(g->savedRecipientsNames(),
-              (std::vector<std::string>{"Good", "Mixed"}));
-    EXPECT_EQ(detail(g, {1, 1}), "2");
-    g->tapRow({1, 1});
-    EXPECT_EQ(checklist()->list().size(), 2u);
+              (std::vector<std::string>{"Empty", "Good", "Mixed", "Numbers",
+                                        "Short", "Text"}));
+    EXPECT_EQ(detail(g, {1, 2}), "3");
+    g->tapRow({1, 2});
+    EXPECT_EQ(checklist()->list().size(), 3u);
     nav_->popViewControllerAnimated(false);
     g->tapRow({2, 0});
     pressSave("New");
-    EXPECT_EQ(*recipientsFile(),
-              (Dict{{"Good", list({{"1", "A", "x"}})},
-                    {"Mixed", list({{"2", "B", "y"}, {"3", "C", "z"}})},
-                    {"New", recipients_file::listValue(kTwo)}}));
+    Dict expected = others;
+    expected["New"] = recipients_file::listValue(kTwo);
+    EXPECT_EQ(*recipientsFile(), expected);
+    ASSERT_TRUE(g->commitDelete({1, 0}));
+    expected.erase("Empty");
+    EXPECT_EQ(*recipientsFile(), expected);
   });
+}
+
+TEST_F(GroupScreensTest, ListsAWriteCannotKeepAreNeverLost) {
+  // Binary files can hold a NUL byte in a text (found by fuzzing: "138\0...")
+  // or in a list's name, which the written file cannot: they read whole,
+  // and a save that would have to drop them is refused and said so. So is
+  // one on a device that cannot write (here, a folder in the file's place).
+  std::string nulName =
+      readFile(ZV_SOURCE_DIR "/fuzz/corpus/recipients/binary");
+  const size_t at = nulName.find("Work");
+  ASSERT_NE(at, std::string::npos);
+  nulName[at + 2] = '\0';
+  const std::vector<std::pair<std::string, std::string>> cases{
+      {"text with a NUL",
+       readFile(ZV_SOURCE_DIR "/fuzz/corpus/recipients/text_with_nul")},
+      {"name with a NUL", nulName},
+      {"not writable", ""},
+  };
+  for (const auto& [what, bytes] : cases) {
+    SCOPED_TRACE(what);
+    std::filesystem::remove_all(root_ + kRecipientsFile);
+    if (bytes.empty())
+      std::filesystem::create_directories(root_ + kRecipientsFile);
+    else
+      writeDeviceFile(kRecipientsFile, bytes);
+    const auto before = plist::readFile(root_ + kRecipientsFile);
+    EXPECT_EQ(before.has_value(), !bytes.empty());
+    launchMessages({}).run([&] {
+      auto g = open(kTwo);
+      EXPECT_EQ(g->savedRecipientsNames().empty(), bytes.empty());
+      g->tapRow({2, 0});
+      pressSave("New");
+      auto alert = process_->openAlert();
+      ASSERT_NE(alert, nullptr);
+      EXPECT_EQ(alert->message, Group::kWriteFailedMessage);
+      process_->pressAlertButton(0);
+      // Nothing changed, nothing left behind, and the recipients can be
+      // saved again.
+      EXPECT_EQ(plist::readFile(root_ + kRecipientsFile), before);
+      EXPECT_TRUE(g->hasRecipients());
+      size_t files = 0;
+      for (const auto& e : std::filesystem::directory_iterator(
+               std::filesystem::path(root_ + kRecipientsFile).parent_path()))
+        files +=
+            e.path().filename().string().rfind("zorvel.recipients", 0) == 0;
+      EXPECT_EQ(files, 1u);
+      // Deleting another list would have to drop the NUL name too.
+      if (what == "name with a NUL") {
+        ASSERT_TRUE(g->commitDelete({1, 0}));
+        EXPECT_TRUE(g->deletions().empty());
+        EXPECT_EQ(plist::readFile(root_ + kRecipientsFile), before);
+      }
+    });
+  }
 }
 
 TEST_F(GroupScreensTest, WithoutAnAddressBookOnlyAllContactsShows) {

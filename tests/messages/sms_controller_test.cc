@@ -56,6 +56,7 @@ TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsTheSettings) {
         EXPECT_EQ(label->text(), "");
         // An unknown number clears it as well.
         c->areaCell(cell.cell, stranger);
+        EXPECT_EQ(label->text(), area);
         c->areaCell(cell.cell, conversation("abc"));
         EXPECT_EQ(label->text(), "");
       });

@@ -148,13 +148,11 @@ TEST(Plist, StringsHoldingANulByteAreReadWhole) {
   EXPECT_TRUE(sawNul);
 }
 
-TEST(Plist, ListsWithAKeyHoldingANulAreRefused) {
+TEST(Plist, KeysHoldingANulAreReadWholeBesideTheOthers) {
   // Found by fuzzing the settings file: libplist keeps a UTF-16 key with a
   // NUL at full length, then asserts when reading it as a C string.
   const std::string bytes = settingsCorpus("key_with_nul");
   ASSERT_GT(bytes.size(), 40u);
-  EXPECT_FALSE(plist::parse(bytes));
-  // The same key in ASCII (which libplist would cut short) is refused too.
   const std::string utf16("\x66\0E\0n\0a\0b\0\0\0e", 13);
   const std::string ascii(
       "\x56"
@@ -164,13 +162,21 @@ TEST(Plist, ListsWithAKeyHoldingANulAreRefused) {
   ASSERT_NE(at, std::string::npos);
   std::string shorter = bytes;
   shorter.replace(at, utf16.size(), ascii + std::string(6, '\x09'));
-  EXPECT_FALSE(plist::parse(shorter));
-  // Without the NUL the list reads.
   std::string clean = bytes;
   clean[at + 10] = 'l';
-  auto value = plist::parse(clean);
-  ASSERT_TRUE(value);
-  EXPECT_TRUE((*value)["Enable"].boolValue());
+  auto whole = plist::parse(clean);
+  ASSERT_TRUE(whole);
+  EXPECT_TRUE((*whole)["Enable"].boolValue());
+  // In UTF-16 and in ASCII, the key keeps its NUL and every other key is
+  // there as without it.
+  for (const std::string& list : {bytes, shorter}) {
+    auto value = plist::parse(list);
+    ASSERT_TRUE(value);
+    Dict expected = *whole->dict();
+    expected[std::string("Enab\0e", 6)] = expected["Enable"];
+    expected.erase("Enable");
+    EXPECT_EQ(*value->dict(), expected);
+  }
 }
 
 }  // namespace

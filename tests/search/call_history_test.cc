@@ -5,8 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 
+#include "platform/db/call_records.h"
 #include "platform/db/platform_schema.h"
 #include "platform/plist.h"
 #include "search/ring_duration_file.h"
@@ -211,6 +213,18 @@ TEST_F(CallHistoryTest, SyncRestoresTheNewestOlderCallsAndEmptiesTheBackup) {
   EXPECT_TRUE(column(platform_schema::kCallHistoryStorePath,
                      "SELECT ZDATE FROM ZVZCALLRECORD")
                   .empty());
+  // A row that cannot go back (its key is taken) still leaves the backup,
+  // so the next appearance of Recents does not try, and reload, again.
+  exec(platform_schema::kCallHistoryStorePath,
+       "INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE) VALUES (100, 1)");
+  phone.run(
+      [] { EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(150), 1); });
+  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+                   "SELECT COUNT(*) FROM ZVZCALLRECORD")[0],
+            0);
+  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
+                   "SELECT COUNT(*) FROM ZCALLRECORD")[0],
+            51);
 }
 
 TEST_F(CallHistoryTest, DeletingFromTheModernBackup) {
@@ -256,39 +270,62 @@ TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
                                       "/Library/Zorvel/zvtool -c"}));
 }
 
-// The whole round trip: the platform deletes calls from its own table, the
-// installed triggers keep copies, and syncing brings them back in order.
-TEST_F(CallHistoryTest, DeletedCallsComeBackThroughTheInstalledTriggers) {
+// The whole round trip: the platform trims its oldest calls as it records
+// new ones, the installed triggers keep exactly those, calls the user
+// deletes are never kept, and syncing brings the trimmed ones back in order.
+TEST_F(CallHistoryTest, TrimmedCallsComeBackAndDeletedOnesNever) {
   installTool();
-  for (int i = 1; i <= 6; ++i) {
-    addCall(i, 1000.0 * i, i % 2 ? 0 : 30);
-    addLegacyCall(i, 1416000000 + 1000 * i, i % 2 ? 0 : 30);
+  struct Generation {
+    const char* version;
+    Database which;
+    const char* path;
+    const char* dates;
+    const char* deleteCall;
+    const char* backup;
+  };
+  const Generation generations[] = {
+      {"8.1", Database::kCallHistoryStore,
+       platform_schema::kCallHistoryStorePath,
+       "SELECT ZDATE + 978307200 FROM ZCALLRECORD ORDER BY ZDATE",
+       "DELETE FROM ZCALLRECORD WHERE ZDATE + 978307200 = ",
+       "SELECT ZDATE + 978307200 FROM ZVZCALLRECORD ORDER BY ZDATE"},
+      {"7.1", Database::kCallHistoryDb, platform_schema::kCallHistoryDbPath,
+       "SELECT date FROM call ORDER BY date", "DELETE FROM call WHERE date = ",
+       "SELECT date FROM deleted ORDER BY date"},
+  };
+  for (const Generation& g : generations) {
+    SCOPED_TRACE(g.version);
+    const std::string file = root_ + g.path;
+    auto record = [&](int i) {
+      platform_schema::FinishedCall call;
+      call.address = "10086";
+      call.date = 1416000000 + 1000 * i;
+      ASSERT_TRUE(platform_schema::appendCallRecord(file, g.which, call));
+    };
+    auto date = [](int i) { return 1416000000.0 + 1000 * i; };
+    for (int i = 1; i <= 103; ++i) record(i);
+    EXPECT_EQ(column(g.path, g.backup),
+              (std::vector<double>{date(1), date(2), date(3)}));
+    // The user deletes the last call of the list and one in the middle.
+    exec(g.path, g.deleteCall + std::to_string(date(4)));
+    exec(g.path, g.deleteCall + std::to_string(date(50)));
+    EXPECT_EQ(column(g.path, g.backup).size(), 3u);
+    launch(g.version, "com.apple.mobilephone").run([] {
+      EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
+    });
+    // Two of three fit (102 - 100): the newest two come back, and neither
+    // deleted call does.
+    std::vector<double> dates = column(g.path, g.dates);
+    ASSERT_EQ(dates.size(), 100u);
+    EXPECT_EQ(dates[0], date(2));
+    EXPECT_EQ(dates[1], date(3));
+    EXPECT_EQ(dates[2], date(5));
+    EXPECT_EQ(std::count(dates.begin(), dates.end(), date(50)), 0);
+    EXPECT_TRUE(column(g.path, g.backup).empty());
+    // The next call trims the oldest again, and the backup holds just it.
+    record(104);
+    EXPECT_EQ(column(g.path, g.backup), (std::vector<double>{date(2)}));
   }
-  // The platform trims its oldest calls.
-  exec(platform_schema::kCallHistoryStorePath,
-       "DELETE FROM ZCALLRECORD WHERE ZDATE < 3500");
-  exec(platform_schema::kCallHistoryDbPath,
-       "DELETE FROM call WHERE date < 1416003500");
-  launch("8.1", "com.apple.mobilephone").run([] {
-    EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
-  });
-  launch("7.1", "com.apple.mobilephone").run([] {
-    EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
-  });
-  // Two of three fit (102 - 100); the newest two come back.
-  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
-                   "SELECT ZDATE FROM ZCALLRECORD ORDER BY ZDATE"),
-            (std::vector<double>{2000, 3000, 4000, 5000, 6000}));
-  EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
-                   "SELECT ZDURATION FROM ZCALLRECORD ORDER BY ZDATE")[0],
-            30);
-  EXPECT_EQ(column(platform_schema::kCallHistoryDbPath,
-                   "SELECT date FROM call ORDER BY ROWID"),
-            (std::vector<double>{1416002000, 1416003000, 1416004000, 1416005000,
-                                 1416006000}));
-  EXPECT_TRUE(
-      column(platform_schema::kCallHistoryDbPath, "SELECT date FROM deleted")
-          .empty());
 }
 
 // Several processes save at the same moment; none may lose another's entry.

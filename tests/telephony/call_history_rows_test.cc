@@ -137,20 +137,44 @@ TEST_P(CallHistoryRowsTest, HiddenAndVideoCallsAndContactsInTheRow) {
   }
 }
 
-TEST_P(CallHistoryRowsTest, NewRowsFollowRowsAlreadyThere) {
-  // A device with history: the new call must be the newest by primary key,
-  // since that is how the platform's "newest call" is found.
+TEST_P(CallHistoryRowsTest, NewRowsFollowEveryKeyEverUsedAndTheNewestStay) {
+  // A device with a full history whose newest rows (keys up to 150) were
+  // deleted: the new call takes a key above every key ever given (a row
+  // put back from a backup keeps its old key), and the platform keeps its
+  // newest 100 calls, the oldest going.
   const auto which = ps::callHistoryDatabase(GetParam());
   const std::string file = root_ + ps::callHistoryPath(which);
   ASSERT_TRUE(ps::createDatabase(file, which));
-  if (modern())
-    insertModernCall(root_, 40, 999999999, "10010", 61);
-  else
-    insertLegacyCall(root_, 40, 2000000000, "10010", 61);
+  for (int key : {150, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}) {
+    if (modern())
+      insertModernCall(root_, key, 400000000 + key, "10010", 61);
+    else
+      insertLegacyCall(root_, key, 1400000000 + key, "10010", 61);
+  }
+  std::string more;
+  for (int key = 11; key <= 100; ++key)
+    more += std::string(more.empty() ? "" : ", ") + "(" + std::to_string(key) +
+            ", " + std::to_string((modern() ? 400000000 : 1400000000) + key) +
+            ")";
+  execSql(file, modern()
+                    ? "INSERT INTO ZCALLRECORD (Z_PK, ZDATE) VALUES " + more +
+                          "; DELETE FROM ZCALLRECORD WHERE Z_PK = 150; "
+                          "INSERT INTO Z_PRIMARYKEY (Z_ENT, Z_MAX) "
+                          "VALUES (1, 150)"
+                    : "INSERT INTO call (ROWID, date) VALUES " + more +
+                          "; DELETE FROM call WHERE ROWID = 150");
   launch("com.apple.springboard", GetParam());
   network().remoteHangup(network().incoming("13800138000"));
 
   sql::Database db(file);
+  sql::Statement keys(db, modern() ? "SELECT MIN(Z_PK), MAX(Z_PK), COUNT(*) "
+                                     "FROM ZCALLRECORD"
+                                   : "SELECT MIN(ROWID), MAX(ROWID), "
+                                     "COUNT(*) FROM call");
+  ASSERT_TRUE(keys.step());
+  EXPECT_EQ(keys.int64(0), 2) << "the oldest call is trimmed";
+  EXPECT_EQ(keys.int64(1), 151);
+  EXPECT_EQ(keys.int64(2), 100);
   sql::Statement newest(
       db, modern() ? "SELECT ZADDRESS, ZDURATION FROM ZCALLRECORD ORDER BY "
                      "Z_PK DESC LIMIT 1"

@@ -69,14 +69,34 @@ TEST_F(TelephonyTest, CallPropertiesComeFromTheNetworkAndTheAddressBook) {
 }
 
 TEST_F(TelephonyTest, NumbersMatchAcrossPrefixesButNotByTheirTailsAlone) {
-  EXPECT_TRUE(ps::sameNumber("+86 138 0013 8000", "13800138000"));
-  EXPECT_TRUE(ps::sameNumber("0086 10 8888 6666", "010-88886666"));
-  EXPECT_TRUE(ps::sameNumber("10086", "10086"));
-  EXPECT_FALSE(ps::sameNumber("13800138000", "13900138000"));
-  EXPECT_FALSE(ps::sameNumber("1380010086", "10086"))
-      << "a short number is not the end of a long one";
-  EXPECT_FALSE(ps::sameNumber("", ""));
-  EXPECT_FALSE(ps::sameNumber("+", "abc"));
+  struct Row {
+    const char *a, *b;
+    bool same;
+  };
+  for (const Row& r : std::initializer_list<Row>{
+           {"+86 138 0013 8000", "13800138000", true},
+           {"13800138000", "+86 138 0013 8000", true},
+           {"0086 10 8888 6666", "010-88886666", true},
+           {"010-88886666", "0086 10 8888 6666", true},
+           {"10086", "10086", true},
+           {"13800138000", "13900138000", false},
+           // A short number is not the end of a long one.
+           {"1380010086", "10086", false},
+           {"10086", "1380010086", false},
+           {"+1234 13800138000", "13800138000", false},
+           {"", "", false},
+           {"+", "abc", false}}) {
+    SCOPED_TRACE(std::string(r.a) + " / " + r.b);
+    EXPECT_EQ(ps::sameNumber(r.a, r.b), r.same);
+    // The index of many numbers answers the same, with the first id of
+    // several numbers that match.
+    ps::SameNumberIndex index;
+    index.add("12345678", 0);
+    index.add(r.b, 2);
+    index.add(r.b, 1);
+    EXPECT_EQ(index.first(r.a),
+              r.same ? std::optional<size_t>(1) : std::nullopt);
+  }
   // No address book at all: no contact, no failure.
   auto& springboard = launch("com.apple.springboard");
   network().incoming("13800138000");

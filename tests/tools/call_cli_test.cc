@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "cli_runner.h"
@@ -175,6 +176,15 @@ TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.errLines(), 1u) << r.err;
   EXPECT_EQ(testing::fileSnapshot(root()), before);
+  // A call the device cannot record (a folder where its call history
+  // belongs) fails the command, with the reason on stderr.
+  std::filesystem::create_directories(
+      root() + "/var/mobile/Library/CallHistoryDB/CallHistory.storedata");
+  r = testing::runZorvel("call --root '" + root() +
+                         "' --os 8.1 incoming:10086 decline");
+  EXPECT_EQ(r.status, 1);
+  ASSERT_EQ(r.errLines(), 1u) << r.err;
+  EXPECT_NE(r.err.find("call history not written"), std::string::npos);
 }
 
 }  // namespace

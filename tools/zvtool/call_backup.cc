@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/db/call_records.h"
 #include "platform/db/platform_schema.h"
 
 namespace zv::zvtool {
@@ -91,18 +92,26 @@ bool CallBackup::install(std::string& error) {
       error = path_ + ": no table " + tables_->table + " with a primary key";
       return false;
     }
-    const std::string table = tables_->table, backup = tables_->backup;
-    // BEFORE DELETE: the row is still there to be copied whole with SELECT
-    // *, which keeps the column order that restoring relies on. A row that
-    // was backed up before (deleted, restored, deleted again) replaces its
-    // older copy.
+    const std::string table = tables_->table, backup = tables_->backup,
+                      date = quoted(tables_->date);
+    // The platform keeps its newest calls only: recording a call, it drops
+    // those beyond the newest kCallHistoryKept (by date, then key). The
+    // backup takes exactly those, as the new call goes in and before they
+    // are dropped, copied whole with SELECT * (the column order restoring
+    // relies on). A call deleted by the user is never copied, so it cannot
+    // come back; nor are restored calls, which are older than the newest.
+    // Earlier installs copied every deleted row: that trigger goes.
     return run("CREATE TABLE IF NOT EXISTS " + backup + " (" + definition + ")",
                error) &&
-           run("CREATE TRIGGER IF NOT EXISTS zvtool_backup_" + table +
-                   " BEFORE DELETE ON " + table + " BEGIN DELETE FROM " +
-                   backup + " WHERE " + key + " = OLD." + key +
-                   "; INSERT INTO " + backup + " SELECT * FROM " + table +
-                   " WHERE " + key + " = OLD." + key + "; END",
+           run("DROP TRIGGER IF EXISTS zvtool_backup_" + table, error) &&
+           run("CREATE TRIGGER IF NOT EXISTS zvtool_trimmed_" + table +
+                   " AFTER INSERT ON " + table + " WHEN NOT EXISTS (SELECT 1 " +
+                   "FROM " + table + " WHERE " + date + " > NEW." + date +
+                   ") BEGIN INSERT OR REPLACE INTO " + backup +
+                   " SELECT * FROM " + table + " WHERE " + key +
+                   " NOT IN (SELECT " + key + " FROM " + table + " ORDER BY " +
+                   date + " DESC, " + key + " DESC LIMIT " +
+                   std::to_string(platform_schema::kCallHistoryKept) + "); END",
                error);
   });
 }
@@ -124,7 +133,8 @@ int64_t CallBackup::backedUp() {
 }
 
 bool CallBackup::restore(int count, int64_t& restored, std::string& error) {
-  return transaction(error, [&] {
+  bool put = false;
+  const bool emptied = transaction(error, [&] {
     const std::string table = tables_->table, backup = tables_->backup,
                       date = tables_->date;
     sql::Statement insert(*db_, "INSERT INTO " + table + " SELECT * FROM " +
@@ -134,13 +144,14 @@ bool CallBackup::restore(int count, int64_t& restored, std::string& error) {
                                     " DESC LIMIT ?");
     insert.bind(1, count);
     insert.step();
-    if (!insert.done()) {
-      error = path_ + ": " + db_->error();
-      return false;
-    }
-    restored = db_->changes();
+    put = insert.done();
+    if (!put) error = path_ + ": " + db_->error();
+    restored = put ? db_->changes() : 0;
+    // Emptied whether or not the calls went back: a row that cannot go back
+    // would otherwise be tried again on every sync.
     return run("DELETE FROM " + backup, error);
   });
+  return put && emptied;
 }
 
 bool CallBackup::remove(double date, int64_t& removed, std::string& error) {

@@ -1,7 +1,8 @@
 // The call backup that zvtool keeps beside the platform's call table: a
 // table of the same columns (`deleted` in call_history.db, ZVZCALLRECORD in
-// CallHistory.storedata) that a trigger fills with every call row the
-// platform deletes, and from which calls are put back.
+// CallHistory.storedata) that a trigger fills with the calls the platform
+// trims from its call table when it records a new one (never the calls the
+// user deletes), and from which calls are put back.
 //
 // Every change runs in one transaction: on any failure it is rolled back
 // and the database is left as it was.
@@ -37,8 +38,8 @@ class CallBackup {
                                         std::string& error);
 
   // Creates the backup table (the call table's columns, in order, with its
-  // primary key) and the trigger that copies a call row into it before the
-  // platform deletes it. Safe to run again.
+  // primary key) and the trigger that copies into it the calls the platform
+  // is about to trim. Safe to run again.
   bool install(std::string& error);
   // Whether the backup table is there (install has run); when it is not,
   // `error` says so and what to run.
@@ -46,8 +47,8 @@ class CallBackup {
   // Rows in the backup table.
   int64_t backedUp();
   // Puts back up to `count` of the newest backed-up calls older than every
-  // call still in the table, then empties the backup. `restored` gets the
-  // number of calls put back.
+  // call still in the table, then empties the backup, even when the calls
+  // could not go back (false then). `restored` gets the number put back.
   bool restore(int count, int64_t& restored, std::string& error);
   // Deletes the backed-up calls of this date; `removed` gets how many.
   bool remove(double date, int64_t& removed, std::string& error);

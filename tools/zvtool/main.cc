@@ -3,7 +3,8 @@
 // through system(). The device root comes from $ZORVEL_ROOT.
 //
 //   zvtool -s N       put back up to N of the newest backed-up calls older
-//                     than every call left, then empty the backup
+//                     than every call left, then empty the backup (even
+//                     when they cannot go back)
 //   zvtool -d DATE    delete the backed-up call of that date (unix seconds)
 //   zvtool -c         empty the backup
 //   zvtool --install  add the backup tables and the triggers that fill them

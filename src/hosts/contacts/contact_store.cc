@@ -40,13 +40,19 @@ std::string labelText(const std::string& stored) {
   return copyLocalizedLabel(stored);
 }
 
-std::optional<NumberOwner> findNumberOwner(const std::vector<Contact>& contacts,
-                                           const std::string& number) {
-  for (const Contact& c : contacts)
-    for (size_t i = 0; i < c.phones.size(); ++i)
-      if (platform_schema::sameNumber(number, c.phones[i].value))
-        return NumberOwner{c, i};
-  return std::nullopt;
+NumberOwners::NumberOwners(const std::vector<Contact>& contacts)
+    : contacts_(contacts) {
+  for (size_t c = 0; c < contacts.size(); ++c)
+    for (size_t p = 0; p < contacts[c].phones.size(); ++p) {
+      index_.add(contacts[c].phones[p].value, phones_.size());
+      phones_.emplace_back(c, p);
+    }
+}
+
+std::optional<NumberOwner> NumberOwners::find(const std::string& number) const {
+  auto at = index_.first(number);
+  if (!at) return std::nullopt;
+  return NumberOwner{contacts_[phones_[*at].first], phones_[*at].second};
 }
 
 std::string compositeName(const std::string& first, const std::string& last,

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/db/contact_lookup.h"
+
 namespace zv::hosts {
 
 struct ContactPhone {
@@ -39,15 +41,24 @@ std::optional<Contact> loadContact(int32_t recordId);
 // The text a stored label shows (ABAddressBookCopyLocalizedLabel).
 std::string labelText(const std::string& storedLabel);
 
-// The contact one of whose phone numbers is `number` (the platform's rule,
-// platform/db/contact_lookup.h), with that phone's index; nothing when no
-// contact has it.
+// The contact one of whose phone numbers is a number (the platform's rule,
+// platform/db/contact_lookup.h), with that phone's index: the first such
+// phone in list order. The numbers are indexed once, so a lookup costs the
+// same however long the list is. `contacts` must outlive this.
 struct NumberOwner {
   Contact contact;
   size_t phone = 0;
 };
-std::optional<NumberOwner> findNumberOwner(const std::vector<Contact>& contacts,
-                                           const std::string& number);
+class NumberOwners {
+ public:
+  explicit NumberOwners(const std::vector<Contact>& contacts);
+  std::optional<NumberOwner> find(const std::string& number) const;
+
+ private:
+  const std::vector<Contact>& contacts_;
+  std::vector<std::pair<size_t, size_t>> phones_;  // contact, phone
+  platform_schema::SameNumberIndex index_;
+};
 
 // The stored thumbnail bytes (the smallest format), "" when none.
 std::string contactImageData(int32_t recordId);

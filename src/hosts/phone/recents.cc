@@ -290,8 +290,11 @@ void RecentsCell::layOut() {
 void RecentsManager::reload() {
   const bool isModern = modern();
   const std::vector<Contact> contacts = loadContacts();
+  // Indexed: a scan of the book per row made the list's cost the product of
+  // its calls and the address book.
+  const NumberOwners owners(contacts);
   auto contactOf = [&](const std::string& number) {
-    auto owner = findNumberOwner(contacts, number);
+    auto owner = owners.find(number);
     return owner ? owner->contact.recordId : -1;
   };
   calls.clear();
@@ -299,7 +302,7 @@ void RecentsManager::reload() {
                                          : sdk::RecentCall::kName);
   for (RecentCall& data : loadRecentCalls(isModern, contactOf)) {
     auto call = std::dynamic_pointer_cast<RecentCallObject>(rt::alloc(cls));
-    if (auto owner = findNumberOwner(contacts, data.number)) {
+    if (auto owner = owners.find(data.number)) {
       call->name = owner->contact.name;
       call->label = labelText(owner->contact.phones[owner->phone].label);
       call->record = makeRecord(owner->contact);

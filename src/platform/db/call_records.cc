@@ -13,18 +13,33 @@ namespace zv::platform_schema {
 namespace {
 
 constexpr char kInsertStoreRow[] =
-    "INSERT INTO ZCALLRECORD (Z_ENT, Z_OPT, ZANSWERED, ZCALLTYPE, "
+    "INSERT INTO ZCALLRECORD (Z_PK, Z_ENT, Z_OPT, ZANSWERED, ZCALLTYPE, "
     "ZDISCONNECTED_CAUSE, ZFACE_TIME_DATA, ZNUMBER_AVAILABILITY, "
     "ZORIGINATED, ZREAD, ZDATE, ZDURATION, ZADDRESS, ZDEVICE_ID, "
     "ZISO_COUNTRY_CODE, ZNAME, ZUNIQUE_ID, ZSERVICE_PROVIDER) "
-    "VALUES (?, 1, ?, ?, 0, NULL, ?, ?, ?, ?, ?, ?, NULL, 'cn', NULL, ?, ?)";
-// Core Data keeps the highest primary key of each entity.
+    "VALUES (?, ?, 1, ?, ?, 0, NULL, ?, ?, ?, ?, ?, ?, NULL, 'cn', NULL, ?, "
+    "?)";
+// Core Data keeps the highest primary key it ever gave each entity and
+// gives the next row the one after it, so a key is never used twice, even
+// after the row that held the highest was deleted (a row put back from a
+// backup keeps its old key and must not meet a new row of the same key).
+constexpr char kNextKey[] =
+    "SELECT MAX(COALESCE((SELECT Z_MAX FROM Z_PRIMARYKEY WHERE Z_ENT = ?), 0), "
+    "COALESCE((SELECT MAX(Z_PK) FROM ZCALLRECORD), 0)) + 1";
 constexpr char kUpdateMaxKey[] =
-    "UPDATE Z_PRIMARYKEY SET Z_MAX = (SELECT MAX(Z_PK) FROM ZCALLRECORD) "
-    "WHERE Z_ENT = ?";
+    "UPDATE Z_PRIMARYKEY SET Z_MAX = ? WHERE Z_ENT = ?";
 constexpr char kInsertMaxKey[] =
     "INSERT INTO Z_PRIMARYKEY (Z_ENT, Z_NAME, Z_SUPER, Z_MAX) "
-    "VALUES (?, 'CallRecord', 0, (SELECT MAX(Z_PK) FROM ZCALLRECORD))";
+    "VALUES (?, 'CallRecord', 0, ?)";
+
+// The platform keeps its newest calls only: recording one drops the oldest
+// beyond kCallHistoryKept, in the same transaction.
+constexpr char kTrimStore[] =
+    "DELETE FROM ZCALLRECORD WHERE Z_PK NOT IN (SELECT Z_PK FROM ZCALLRECORD "
+    "ORDER BY ZDATE DESC, Z_PK DESC LIMIT ?)";
+constexpr char kTrimDb[] =
+    "DELETE FROM call WHERE ROWID NOT IN (SELECT ROWID FROM call ORDER BY "
+    "date DESC, ROWID DESC LIMIT ?)";
 
 constexpr char kInsertDbRow[] =
     "INSERT INTO call (address, date, duration, flags, id, name, "
@@ -48,32 +63,51 @@ std::string uniqueId(const FinishedCall& call) {
   return out;
 }
 
+bool trim(sql::Database& db, const char* sql) {
+  sql::Statement trim(db, sql);
+  trim.bind(1, kCallHistoryKept);
+  trim.step();
+  return trim.done();
+}
+
 bool appendStoreRow(sql::Database& db, const FinishedCall& call) {
+  int64_t key = 0;
+  {
+    sql::Statement next(db, kNextKey);
+    next.bind(1, kCallRecordEntity);
+    if (!next.step()) return false;
+    key = next.int64(0);
+  }
   sql::Statement row(db, kInsertStoreRow);
-  row.bind(1, kCallRecordEntity);
-  row.bind(2, call.answered ? 1 : 0);
-  row.bind(3, call.video ? kCallTypeVideo : kCallTypeVoice);
+  row.bind(1, key);
+  row.bind(2, kCallRecordEntity);
+  row.bind(3, call.answered ? 1 : 0);
+  row.bind(4, call.video ? kCallTypeVideo : kCallTypeVoice);
   // 1: the caller withheld the number.
-  row.bind(4, call.address.empty() ? 1 : 0);
-  row.bind(5, call.originated ? 1 : 0);
-  row.bind(6, call.read ? 1 : 0);
-  row.bind(7, call.date - kReferenceDateOffset);
-  row.bind(8, call.duration);
+  row.bind(5, call.address.empty() ? 1 : 0);
+  row.bind(6, call.originated ? 1 : 0);
+  row.bind(7, call.read ? 1 : 0);
+  row.bind(8, call.date - kReferenceDateOffset);
+  row.bind(9, call.duration);
   // A withheld number is stored as an empty text, not NULL.
-  row.bindText(9, call.address);
-  row.bindText(10, uniqueId(call));
-  row.bindText(11, call.video ? "com.apple.FaceTime" : "com.apple.Telephony");
+  row.bindText(10, call.address);
+  row.bindText(11, uniqueId(call));
+  row.bindText(12, call.video ? "com.apple.FaceTime" : "com.apple.Telephony");
   row.step();
   if (!row.done()) return false;
   sql::Statement update(db, kUpdateMaxKey);
-  update.bind(1, kCallRecordEntity);
+  update.bind(1, key);
+  update.bind(2, kCallRecordEntity);
   update.step();
   if (!update.done()) return false;
-  if (db.changes() > 0) return true;
-  sql::Statement insert(db, kInsertMaxKey);
-  insert.bind(1, kCallRecordEntity);
-  insert.step();
-  return insert.done();
+  if (db.changes() == 0) {
+    sql::Statement insert(db, kInsertMaxKey);
+    insert.bind(1, kCallRecordEntity);
+    insert.bind(2, key);
+    insert.step();
+    if (!insert.done()) return false;
+  }
+  return trim(db, kTrimStore);
 }
 
 bool appendDbRow(sql::Database& db, const FinishedCall& call) {
@@ -88,7 +122,7 @@ bool appendDbRow(sql::Database& db, const FinishedCall& call) {
   row.bind(6, call.read ? 1 : 0);
   row.bindText(7, call.address);
   row.step();
-  return row.done();
+  return row.done() && trim(db, kTrimDb);
 }
 
 }  // namespace

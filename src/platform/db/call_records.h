@@ -2,8 +2,9 @@
 // platform's telephony does when a call ends: one row in ZCALLRECORD of
 // CallHistory.storedata on system 8.0 and later, one row in `call` of
 // call_history.db before 8.0, with the columns a real row carries. The new
-// row is the newest (highest primary key), so "the newest call" queries see
-// it at once.
+// row is the newest (a primary key above any the table ever gave), so "the
+// newest call" queries see it at once, and the platform then keeps only its
+// kCallHistoryKept newest calls (by date), deleting the older ones.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +14,9 @@
 #include "platform/db/platform_schema.h"
 
 namespace zv::platform_schema {
+
+// How many calls the platform's call history keeps.
+inline constexpr int kCallHistoryKept = 100;
 
 struct FinishedCall {
   std::string address;  // the remote number; empty when it was withheld

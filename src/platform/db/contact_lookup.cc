@@ -54,6 +54,42 @@ bool sameNumber(std::string_view a, std::string_view b) {
   return sameKey(numberKey(a), numberKey(b));
 }
 
+void SameNumberIndex::add(std::string_view number, size_t id) {
+  const std::string key = numberKey(number);
+  if (key.empty()) return;
+  auto keep = [id](std::unordered_map<std::string, size_t>& map,
+                   std::string digits) {
+    auto [it, added] = map.emplace(std::move(digits), id);
+    if (!added && id < it->second) it->second = id;
+  };
+  keep(exact_, key);
+  for (size_t code = 1;
+       code <= kLongestCountryCode && key.size() - code >= kMinimumDigits &&
+       code < key.size();
+       ++code)
+    keep(national_, key.substr(code));
+}
+
+std::optional<size_t> SameNumberIndex::first(std::string_view number) const {
+  const std::string key = numberKey(number);
+  if (key.empty()) return std::nullopt;
+  std::optional<size_t> best;
+  auto consider = [&](const std::unordered_map<std::string, size_t>& map,
+                      const std::string& digits) {
+    auto it = map.find(digits);
+    if (it != map.end() && (!best || it->second < *best)) best = it->second;
+  };
+  consider(exact_, key);
+  // A stored number that is this one less its country code...
+  for (size_t code = 1; code <= kLongestCountryCode && code < key.size() &&
+                        key.size() - code >= kMinimumDigits;
+       ++code)
+    consider(exact_, key.substr(code));
+  // ...or this one with a country code before it.
+  if (key.size() >= kMinimumDigits) consider(national_, key);
+  return best;
+}
+
 std::optional<ContactMatch> findContactByNumber(const std::string& file,
                                                 std::string_view number) {
   const std::string key = numberKey(number);

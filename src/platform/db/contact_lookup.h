@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace zv::platform_schema {
 
@@ -23,6 +24,22 @@ struct ContactMatch {
 
 // Whether two phone numbers are the same number by the rule above.
 bool sameNumber(std::string_view a, std::string_view b);
+
+// Many numbers, each under an id, looked up by the rule above in time that
+// does not grow with their count (a long list compared number by number
+// made every row of a long call list cost the whole address book).
+class SameNumberIndex {
+ public:
+  void add(std::string_view number, size_t id);
+  // The smallest id whose number is the same as `number`; nullopt when none
+  // is, or `number` has no digits.
+  std::optional<size_t> first(std::string_view number) const;
+
+ private:
+  // Digits (as compared) to the smallest id holding them, and the same for
+  // those digits less a one- to three-digit country code.
+  std::unordered_map<std::string, size_t> exact_, national_;
+};
 
 // The record holding `number` in the address-book database at the host path
 // `file`: an exact match of the digits first, else the first number that is

@@ -237,6 +237,11 @@ void run(const CallOptions& options) {
   }
   std::cout.flush();
   if (!std::cout) throw CommandError("cannot write the session");
+  // A call the device could not record is a failed command, however the
+  // screens went.
+  for (const auto& event : world.events("log"))
+    if (event.detail.starts_with("call history not written"))
+      throw CommandError(event.detail);
 }
 
 Registration reg([](CLI::App& app) {
