@@ -16,7 +16,6 @@ std::shared_ptr<T> makeView(const char* superclass) {
   return ui::makeAs<T>(cls);
 }
 
-
 std::shared_ptr<ui::UIButton> roundButton(const std::string& title,
                                           const ui::Color& colour,
                                           bool hangUp) {
