@@ -3,7 +3,6 @@
 // PNG or JPEG to garbage, a number or NULL), then loads every contact's
 // picture as the lists do: through the record, through the avatar service at
 // the lists' sizes, and the user's own picture.
-#include <sqlite3.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -47,31 +46,24 @@ ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
   const std::string file = d.root + ps::kAddressBookImagesPath;
   std::filesystem::remove(file);
   if (ps::createDatabase(file, ps::Database::kAddressBookImages)) {
-    sqlite3* db = nullptr;
-    sqlite3_stmt* stmt = nullptr;
-    if (sqlite3_open(file.c_str(), &db) == SQLITE_OK &&
-        sqlite3_prepare_v2(db,
-                           "INSERT OR REPLACE INTO ABThumbnailImage"
-                           "(record_id,format,data) VALUES(?,?,?)",
-                           -1, &stmt, nullptr) == SQLITE_OK) {
-      for (int rows = in.byte() % 6; rows > 0 && !in.empty(); --rows) {
-        zv::fuzz::bindValue(stmt, 1, in);
-        zv::fuzz::bindValue(stmt, 2, in, 4);
-        // Mostly a picture of up to 64 KiB, sometimes a value of any type.
-        if (in.byte() % 4 == 0) {
-          zv::fuzz::bindValue(stmt, 3, in);
-        } else {
-          size_t length = size_t{in.byte()} << 8 | in.byte();
-          auto picture = in.take(length);
-          sqlite3_bind_blob(stmt, 3, picture.data(),
-                            static_cast<int>(picture.size()), SQLITE_TRANSIENT);
-        }
-        sqlite3_step(stmt);
-        sqlite3_reset(stmt);
+    zv::sql::Database db(file, zv::sql::Database::Mode::kReadWrite);
+    zv::sql::Statement stmt(db,
+                            "INSERT OR REPLACE INTO ABThumbnailImage"
+                            "(record_id,format,data) VALUES(?,?,?)");
+    for (int rows = in.byte() % 6; rows > 0 && !in.empty() && stmt.ok();
+         --rows) {
+      zv::fuzz::bindValue(stmt, 1, in);
+      zv::fuzz::bindValue(stmt, 2, in, 4);
+      // Mostly a picture of up to 64 KiB, sometimes a value of any type.
+      if (in.byte() % 4 == 0) {
+        zv::fuzz::bindValue(stmt, 3, in);
+      } else {
+        size_t length = size_t{in.byte()} << 8 | in.byte();
+        stmt.bindBlob(3, in.take(length));
       }
+      stmt.step();
+      stmt.reset();
     }
-    sqlite3_finalize(stmt);
-    sqlite3_close(db);
   }
   d.phone->run([] {
     // A fresh service: the shared one would answer from its cache.

@@ -1,23 +1,30 @@
 #include "area/area_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 
 #include "area/area_format.h"
-#include "platform/mapped_file.h"
 
 namespace zv {
 
 using namespace areafmt;
 
 struct ZVAreaFile {
-  // The whole file, mapped read-only; blocks are copied out of it with
-  // bounds checks, so a truncated or lying header cannot reach past it.
-  platform::MappedFile* file = nullptr;
-  const uint8_t* map = nullptr;  // file's bytes
-  size_t mapSize = 0;
+  // The open file, read with pread rather than mapped: another process may
+  // truncate or rewrite it in place, and a read past its new end is a short
+  // read here where a mapping would fault. mapSize is the size it had at
+  // the last stat (at load, then before every lookup).
+  int fd = -1;
+  uint64_t mapSize = 0;
+  // The end of the last of the four blocks the header points at: a file
+  // shorter than that (truncated, or half rewritten) answers nothing.
+  uint64_t wholeSize = 0;
   // The header plus a NUL, so that measuring an unterminated header text
   // stops at the header's end.
   uint8_t* header = nullptr;
@@ -48,10 +55,22 @@ uint32_t field32(const ZVAreaFile* h, size_t at) {
 // file.
 size_t readAt(const ZVAreaFile* h, uint64_t at, void* out, size_t n) {
   std::memset(out, 0, n);
-  if (at >= h->mapSize) return 0;
-  size_t avail = std::min<uint64_t>(n, h->mapSize - at);
-  std::memcpy(out, h->map + at, avail);
-  return avail;
+  size_t done = 0;
+  while (done < n) {
+    ssize_t got = pread(h->fd, static_cast<uint8_t*>(out) + done, n - done,
+                        off_t(at + done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    done += size_t(got);
+  }
+  // A short read leaves zeros behind what was read.
+  if (done < n) std::memset(static_cast<uint8_t*>(out) + done, 0, n - done);
+  return done;
+}
+
+uint64_t currentSize(int fd) {
+  struct stat st;
+  return fstat(fd, &st) == 0 && st.st_size > 0 ? uint64_t(st.st_size) : 0;
 }
 
 const char* headerText(const ZVAreaFile* h, size_t at) {
@@ -63,7 +82,7 @@ bool startsWith(const char* s, const char* prefix, size_t len) {
 }
 
 void release(ZVAreaFile* h) {
-  delete h->file;
+  if (h->fd >= 0) close(h->fd);
   std::free(h->header);
   std::free(h->keys);
   std::free(h->strings);
@@ -103,11 +122,9 @@ size_t cachedLength(const ZVAreaFile* h, uint16_t offset) {
 size_t fileText(const ZVAreaFile* h, uint16_t offset, char* out, size_t limit) {
   uint64_t at = uint64_t(field32(h, kStringBlockAt)) + offset;
   if (at >= h->mapSize) return 0;
-  size_t avail = std::min<uint64_t>(limit, h->mapSize - at);
-  const void* nul = std::memchr(h->map + at, 0, avail);
-  size_t n = nul ? static_cast<const uint8_t*>(nul) - (h->map + at) : avail;
-  std::memcpy(out, h->map + at, n);
-  return n;
+  size_t avail = readAt(h, at, out, limit);
+  const void* nul = std::memchr(out, 0, avail);
+  return nul ? static_cast<const char*>(nul) - out : avail;
 }
 
 // Builds the result text of one record; returns its length.
@@ -148,16 +165,20 @@ ZVAreaFile* zvarea_load(const char* path, unsigned cacheLimit) {
   if (!path) return nullptr;
   auto* h = static_cast<ZVAreaFile*>(std::calloc(1, sizeof(ZVAreaFile)));
   if (!h) return nullptr;
-  h->file = new (std::nothrow) platform::MappedFile(path);
-  if (!h->file || !h->file->ok() || h->file->bytes().size() < kHeaderSize)
+  h->fd = open(path, O_RDONLY | O_CLOEXEC);
+  struct stat st;
+  if (h->fd < 0 || fstat(h->fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+      uint64_t(st.st_size) < kHeaderSize)
     return release(h), nullptr;
-  h->map = reinterpret_cast<const uint8_t*>(h->file->bytes().data());
-  h->mapSize = h->file->bytes().size();
+  h->mapSize = uint64_t(st.st_size);
 
   h->header = static_cast<uint8_t*>(std::calloc(1, kHeaderSize + 1));
   if (!h->header) return release(h), nullptr;
-  std::memcpy(h->header, h->map, kHeaderSize);
-  if (!validHeader(h)) return release(h), nullptr;
+  if (readAt(h, 0, h->header, kHeaderSize) < kHeaderSize || !validHeader(h))
+    return release(h), nullptr;
+  for (size_t at : {kKeyIndexAt, kRangeTableAt, kStringBlockAt, kRecordTableAt})
+    h->wholeSize = std::max<uint64_t>(
+        h->wholeSize, uint64_t(field32(h, at)) + field32(h, at + 4));
 
   uint32_t keyAt = field32(h, kKeyIndexAt),
            keySize = field32(h, kKeyIndexAt + 4);
@@ -165,8 +186,15 @@ ZVAreaFile* zvarea_load(const char* path, unsigned cacheLimit) {
   h->keyCount = keySize / 2;
   h->keys = static_cast<uint16_t*>(std::malloc(keySize));
   if (!h->keys) return release(h), nullptr;
-  for (size_t i = 0; i < h->keyCount; ++i)
-    h->keys[i] = readU16(h->map + keyAt + 2 * i);
+  {
+    auto* raw = static_cast<uint8_t*>(std::malloc(keySize));
+    if (!raw) return release(h), nullptr;
+    const bool read = readAt(h, keyAt, raw, keySize) == keySize;
+    for (size_t i = 0; read && i < h->keyCount; ++i)
+      h->keys[i] = readU16(raw + 2 * i);
+    std::free(raw);
+    if (!read) return release(h), nullptr;
+  }
 
   uint32_t stringAt = field32(h, kStringBlockAt);
   uint32_t stringSize = field32(h, kStringBlockAt + 4);
@@ -174,7 +202,8 @@ ZVAreaFile* zvarea_load(const char* path, unsigned cacheLimit) {
     if (!insideFile(h, stringAt, stringSize)) return release(h), nullptr;
     h->strings = static_cast<char*>(std::malloc(size_t(stringSize) + 1));
     if (!h->strings) return release(h), nullptr;
-    std::memcpy(h->strings, h->map + stringAt, stringSize);
+    if (readAt(h, stringAt, h->strings, stringSize) != stringSize)
+      return release(h), nullptr;
     h->strings[stringSize] = 0;
     h->stringSize = stringSize;
   }
@@ -226,6 +255,11 @@ int zvarea_cmp(const void* a, const void* b) {
 
 const char* zvarea_get(ZVAreaFile* h, const char* s, int flags) {
   if (!h || !s || !*s) return nullptr;
+  // A file that another process shrank answers nothing until it is whole
+  // again; one that loaded truncated still answers from what it has.
+  const uint64_t size = currentSize(h->fd);
+  if (size < h->mapSize && size < h->wholeSize) return nullptr;
+  h->mapSize = size;
   if (*s == '+') {
     ++s;
   } else if (startsWith(s, headerText(h, kAccessAt), h->accessLen)) {

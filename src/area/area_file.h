@@ -2,11 +2,14 @@
 //
 // zvarea_load opens a file and keeps, on the heap, only the key index and -
 // when it is no larger than `cacheLimit` bytes - the string block; range
-// entries, records and uncached texts are read from a read-only mapping of
-// the file on every lookup. A malformed header, or a key index or cached
-// string block that does not lie inside the file, gives null. Nothing in a
-// file, however damaged, makes a lookup read or write outside its buffers:
-// reads past the end of the file yield zeros and find nothing.
+// entries, records and uncached texts are read from the open file (pread,
+// never a mapping) on every lookup. A malformed header, or a key index or
+// cached string block that does not lie inside the file, gives null.
+// Nothing in a file, however damaged, makes a lookup read or write outside
+// its buffers: reads past the end of the file yield zeros and find nothing.
+// Another process may shrink, truncate or rewrite the file while it is
+// open: a file that has become shorter than its blocks need answers nothing
+// until it is whole again, and nothing faults.
 //
 // zvarea_get returns the location and/or line-type text of a number, in a
 // 104-byte buffer owned by the handle (valid until the next lookup on it or

@@ -57,7 +57,11 @@ bool CallBlockingPolicy::blockCall(const rt::Id& call) {
   if (!_settings->EnableBlacklist() || !call || !host_) return false;
   const int32_t mode = _settings->BlacklistBlockMode();
   if (mode == kBlockAll) return blockAction(call);
-  if (_settings->BlacklistBlockStrangers() && host_->abUID(call) == -1)
+  // A caller whose record could not be looked up may well be a contact:
+  // hanging up on a friend because another process held the address book
+  // is worse than letting a stranger ring.
+  if (_settings->BlacklistBlockStrangers() && host_->abUID(call) == -1 &&
+      !host_->contactUnknown(call))
     return blockAction(call);
   if (_settings->BlacklistBlockBlockedCaller() && host_->isBlocked(call))
     return blockAction(call);

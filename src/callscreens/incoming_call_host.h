@@ -32,6 +32,10 @@ class IncomingCallHost {
   // --- The call object -------------------------------------------------
   // abUID: the caller's address-book record id, -1 when not a contact.
   virtual int32_t abUID(const rt::Id& call) = 0;
+  // contactUnknown: the address book could not be read for this call, so an
+  // abUID of -1 does not make the caller a stranger; false when the call
+  // does not say.
+  virtual bool contactUnknown(const rt::Id& call) { return false; }
   // isBlocked: the platform's own blocked-callers list holds the caller.
   virtual bool isBlocked(const rt::Id& call) = 0;
   // destinationID: the remote number; nullopt when it is nil or not text.

@@ -32,6 +32,9 @@ class RuntimeIncomingCallHost : public IncomingCallHost {
   int32_t abUID(const rt::Id& call) override {
     return property(call, sdk::TUCall::abUID, -1);
   }
+  bool contactUnknown(const rt::Id& call) override {
+    return property(call, sdk::TUCall::contactUnknown, false);
+  }
   bool isBlocked(const rt::Id& call) override {
     return property(call, sdk::TUCall::isBlocked, false);
   }

@@ -7,8 +7,8 @@
 // one name to include, as an extension includes the frameworks' headers.
 //
 //   TUCallCenter  sharedInstance (class), incomingCall, incomingVideoCall
-//   TUCall        status, destinationID, abUID, isBlocked, isOutgoing, call,
-//                 localizedLabel
+//   TUCall        status, destinationID, abUID, contactUnknown, isBlocked,
+//                 isOutgoing, call, localizedLabel
 //   CTCall        the handle CTCallDisconnect takes
 //                 (platform/telephony/core_telephony.h)
 //   BBBulletin    title, sectionID, context, date

@@ -38,7 +38,8 @@ std::string shellQuoted(std::string_view text) {
 
 }  // namespace
 
-int runDeviceCommand(const std::string& root, const std::string& command) {
+std::string deviceCommandLine(const std::string& root,
+                              const std::string& command) {
   // The program's path is mapped under the root and quoted with it, so a
   // root whose path holds blanks or quotes still names the program; the
   // arguments after it stay as the caller wrote them.
@@ -47,8 +48,11 @@ int runDeviceCommand(const std::string& root, const std::string& command) {
     const size_t end = std::min(mapped.find(' '), mapped.size());
     mapped = shellQuoted(root + mapped.substr(0, end)) + mapped.substr(end);
   }
-  return std::system(
-      ("ZORVEL_ROOT=" + shellQuoted(root) + " " + mapped).c_str());
+  return "ZORVEL_ROOT=" + shellQuoted(root) + " " + mapped;
+}
+
+int runDeviceCommand(const std::string& root, const std::string& command) {
+  return std::system(deviceCommandLine(root, command).c_str());
 }
 
 }  // namespace zv::platform

@@ -161,5 +161,9 @@ bool writeDictionary(std::string_view devicePath, const Dict& dict);
 // implement system() with it, so "/Library/Zorvel/zvtool -c" runs the
 // device's own copy of the tool.
 int runDeviceCommand(const std::string& root, const std::string& command);
+// The shell command line runDeviceCommand() runs, for callers that collect
+// the program's output themselves.
+std::string deviceCommandLine(const std::string& root,
+                              const std::string& command);
 
 }  // namespace zv::platform

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -250,6 +251,12 @@ Value fromNode(plist_t node, const NulKeys& nulKeys, int depth) {
   }
 }
 
+// libplist keeps a date as 32-bit seconds since 2001 and microseconds.
+bool writableDate(double seconds) {
+  return std::isfinite(seconds) && seconds >= -2147483648.0 &&
+         seconds < 2147483648.0;
+}
+
 plist_t toNode(const Value& v) {
   const auto& s = v.storage();
   if (auto b = std::get_if<bool>(&s)) return plist_new_bool(*b);
@@ -261,7 +268,10 @@ plist_t toNode(const Value& v) {
   if (auto data = std::get_if<Data>(&s))
     return plist_new_data(data->bytes.data(), data->bytes.size());
   if (auto date = std::get_if<Date>(&s)) {
-    double whole = static_cast<double>(static_cast<int64_t>(date->seconds));
+    // writeFile() refuses dates libplist cannot hold; the reference date
+    // stands in for one here rather than an out-of-range conversion.
+    if (!writableDate(date->seconds)) return plist_new_date(0, 0);
+    double whole = std::trunc(date->seconds);
     return plist_new_date(static_cast<int32_t>(whole),
                           static_cast<int32_t>((date->seconds - whole) * 1e6));
   }
@@ -277,18 +287,25 @@ plist_t toNode(const Value& v) {
   return node;
 }
 
-// True when a text or dictionary key anywhere in `v` holds a NUL byte.
-bool holdsNul(const Value& v, int depth) {
-  if (depth > 512) return false;
+// True when libplist cannot write `v` as it is: a text or dictionary key
+// anywhere in it holds a NUL byte, a date lies outside the 32-bit seconds
+// libplist keeps, or an object was of a kind read as no value (a binary
+// list's UID or set): a file may hold any of these, and writing it would
+// change it.
+bool unwritable(const Value& v, int depth) {
+  // Reads stop at the same depth, so anything deeper was not read whole.
+  if (depth > 512) return true;
   const auto& s = v.storage();
+  if (std::holds_alternative<std::monostate>(s)) return true;
   if (auto str = std::get_if<std::string>(&s))
     return str->find('\0') != std::string::npos;
+  if (auto date = std::get_if<Date>(&s)) return !writableDate(date->seconds);
   if (auto a = std::get_if<Array>(&s)) {
     for (const auto& item : *a)
-      if (holdsNul(item, depth + 1)) return true;
+      if (unwritable(item, depth + 1)) return true;
   } else if (auto d = std::get_if<Dict>(&s)) {
     for (const auto& [key, item] : *d)
-      if (key.find('\0') != std::string::npos || holdsNul(item, depth + 1))
+      if (key.find('\0') != std::string::npos || unwritable(item, depth + 1))
         return true;
   }
   return false;
@@ -387,7 +404,7 @@ std::optional<Dict> readDictionary(const std::string& path) {
 }
 
 bool writeFile(const std::string& path, const Value& value) {
-  if (holdsNul(value, 0)) return false;
+  if (unwritable(value, 0)) return false;
   return writeBytesAtomically(path, toXml(value));
 }
 

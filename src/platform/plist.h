@@ -24,8 +24,10 @@ std::optional<Value> readFile(const std::string& path);
 // Reads a file whose top level is a dictionary; nullopt otherwise.
 std::optional<Dict> readDictionary(const std::string& path);
 // Writes atomically, creating missing parent folders; false on any failure,
-// and for a value with a text or key holding a NUL byte, which an XML list
-// cannot carry (written, it would be cut short without a word).
+// and for a value an XML list cannot carry as read, so a write never changes
+// what it does not own: a text or key holding a NUL byte (it would be cut
+// short without a word), a date beyond libplist's 32-bit seconds, or an
+// object of a kind with no value here (a binary list's UIDs and sets).
 bool writeFile(const std::string& path, const Value& value);
 
 // Reads a whole file into `out`; false when it cannot be read.

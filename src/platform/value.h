@@ -50,6 +50,15 @@ class Value {
   Value(Date d) : v_(d) {}
   Value(Array a) : v_(std::move(a)) {}
   Value(Dict d) : v_(std::move(d)) {}
+  // Copies and moves are defined in value.cc: inlined into every user,
+  // std::variant's copy and move make GCC 12 warn that an alternative may
+  // be read uninitialized (-Wmaybe-uninitialized, a false positive of
+  // that release), so only value.cc compiles them.
+  Value(const Value& other);
+  Value(Value&& other) noexcept;
+  Value& operator=(const Value& other);
+  Value& operator=(Value&& other) noexcept;
+  ~Value();
 
   bool isNull() const { return v_.index() == 0; }
   bool isBool() const { return std::holds_alternative<bool>(v_); }

@@ -45,8 +45,36 @@ bool isModern() { return UIDevice::OSVersion() >= 8.0f; }
 const CallHistorySql& statements() { return isModern() ? kModern : kLegacy; }
 
 sql::Database openCallHistory(
-    sql::Database::Mode mode = sql::Database::Mode::kReadOnly) {
-  return sql::Database(platform::current().path(statements().database), mode);
+    sql::Database::Mode mode = sql::Database::Mode::kReadOnly,
+    int busyMs = 1000) {
+  return sql::Database(platform::current().path(statements().database), mode,
+                       busyMs);
+}
+
+// How much earlier than its ring began a call may have begun (its screen
+// comes up a moment after the call appears).
+constexpr double kRingStartSlack = 5.0;
+
+// Whether the call of this date (the platform's unit) can be the one that
+// rang `seconds` until now: an older newest call means the ringing call's
+// own record is not written yet, and its seconds are not another call's.
+bool rangUntilNow(double date, int64_t seconds) {
+  const double began =
+      isModern() ? date + platform_schema::kReferenceDateOffset : date;
+  return began >= platform::current().now() - double(seconds) - kRingStartSlack;
+}
+
+// After a save: this process's copy is stale, and other processes hear of it
+// 2.0 s after the last save.
+void ringDurationSaved(ZVCallHistory& history) {
+  history.unloadRingDurations();
+  platform::Platform& platform = platform::current();
+  platform.cancelPrevious(&history, "historyChanged");
+  platform.performAfterDelay(&history, "historyChanged", 2.0,
+                             [weak = history.weak_from_this()] {
+                               if (auto self = weak.lock())
+                                 self->historyChanged();
+                             });
 }
 
 std::string ringDurationPath() {
@@ -104,29 +132,41 @@ int64_t ZVCallHistory::getRingDuration(double date) {
 }
 
 void ZVCallHistory::saveLastRingDuration(int64_t seconds) {
-  bool saved = false;
+  std::string key;
   {
-    sql::Database db = openCallHistory();
+    // Runs as a call ends, on the thread that decides on the next one: a
+    // history another process has locked is not waited for.
+    sql::Database db = openCallHistory(sql::Database::Mode::kReadOnly, 0);
     sql::Statement newest(db, statements().newestCall);
     // Only a call that was never connected has a ring time. The read flag
     // (or the flags column) does not matter: a missed call may already
     // have been seen by the time the ringing ends.
     if (newest.step() && newest.real(0) == 0) {
       const double date = newest.real(2);
-      if (date > 0 && getRingDuration(date) == 0)
-        saved = ring_duration_file::storeFirst(ringDurationPath(),
-                                               ringDurationKey(date), seconds);
+      if (date > 0 && rangUntilNow(date, seconds) && getRingDuration(date) == 0)
+        key = ringDurationKey(date);
     }
   }
-  if (!saved) return;
-  unloadRingDurations();
+  if (key.empty()) return;
+  const std::string path = ringDurationPath();
+  switch (ring_duration_file::storeFirstNow(path, key, seconds)) {
+    case ring_duration_file::Stored::kWritten:
+      return ringDurationSaved(*this);
+    case ring_duration_file::Stored::kNotWritten:
+      return;
+    case ring_duration_file::Stored::kBusy:
+      break;
+  }
+  // Another process holds the file: the store waits for it off the main
+  // thread and reports back there.
   platform::Platform& platform = platform::current();
-  platform.cancelPrevious(this, "historyChanged");
-  platform.performAfterDelay(this, "historyChanged", 2.0,
-                             [weak = weak_from_this()] {
-                               if (auto self = weak.lock())
-                                 self->historyChanged();
-                             });
+  platform.dispatchBackground(
+      [&platform, path, key, seconds, weak = weak_from_this()] {
+        if (!ring_duration_file::storeFirst(path, key, seconds)) return;
+        platform.dispatchMain([weak] {
+          if (auto self = weak.lock()) ringDurationSaved(*self);
+        });
+      });
 }
 
 void ZVCallHistory::historyChanged() {

@@ -51,8 +51,12 @@ class ZVCallHistory : public std::enable_shared_from_this<ZVCallHistory> {
   // Ring seconds recorded for the call of this date (the platform's own
   // date unit), 0 when none.
   int64_t getRingDuration(double date);
-  // Records `seconds` for the newest call if it was never connected and has
-  // no duration yet; then notifies other processes 2.0 s later.
+  // Records `seconds` for the newest call if it was never connected, has no
+  // duration yet and began when this ringing began (a newest call from
+  // before then means the ringing call's own record is not written yet);
+  // then notifies other processes 2.0 s later. Never waits on the main
+  // thread: a locked history records nothing, a locked ring-duration file
+  // is written from a background thread.
   void saveLastRingDuration(int64_t seconds);
   // Posts "ZVCallHistoryChanged" system-wide.
   void historyChanged();

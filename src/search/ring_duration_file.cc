@@ -18,14 +18,15 @@ namespace {
 // let a third process lock a new file and run at the same time.
 class FileLock {
  public:
-  explicit FileLock(const std::string& path) {
+  explicit FileLock(const std::string& path, bool wait = true) {
     std::error_code ec;
     std::filesystem::create_directories(
         std::filesystem::path(path).parent_path(), ec);
     fd_ = ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
     if (fd_ < 0) return;
-    while (::flock(fd_, LOCK_EX) != 0) {
+    while (::flock(fd_, wait ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
       if (errno != EINTR) {
+        busy_ = errno == EWOULDBLOCK;
         ::close(fd_);
         fd_ = -1;
         return;
@@ -38,22 +39,38 @@ class FileLock {
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
   bool held() const { return fd_ >= 0; }
+  // Not held because another process holds it (only without waiting).
+  bool busy() const { return busy_; }
 
  private:
   int fd_ = -1;
+  bool busy_ = false;
 };
 
-}  // namespace
-
-bool storeFirst(const std::string& path, const std::string& key,
-                int64_t seconds) {
-  FileLock lock(path);
+// The read-modify-write of storeFirst, under `lock`.
+bool storeLocked(const FileLock& lock, const std::string& path,
+                 const std::string& key, int64_t seconds) {
   if (!lock.held()) return false;
   Dict durations = plist::readDictionary(path).value_or(Dict{});
   auto it = durations.find(key);
   if (it != durations.end() && it->second.longLongValue() != 0) return false;
   durations[key] = Value(seconds);
   return plist::writeFile(path, Value(std::move(durations)));
+}
+
+}  // namespace
+
+bool storeFirst(const std::string& path, const std::string& key,
+                int64_t seconds) {
+  return storeLocked(FileLock(path), path, key, seconds);
+}
+
+Stored storeFirstNow(const std::string& path, const std::string& key,
+                     int64_t seconds) {
+  FileLock lock(path, false);
+  if (lock.busy()) return Stored::kBusy;
+  return storeLocked(lock, path, key, seconds) ? Stored::kWritten
+                                               : Stored::kNotWritten;
 }
 
 bool remove(const std::string& path, const std::vector<std::string>& keys) {

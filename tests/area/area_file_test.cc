@@ -42,6 +42,22 @@ TEST_F(AreaFileTest, StripsInternationalPartAndTrunk) {
   EXPECT_EQ(zvarea_get(nullptr, "13912345678", 3), nullptr);
 }
 
+TEST_F(AreaFileTest, FileShrunkInPlaceAnswersNothingUntilWholeAgain) {
+  const std::string whole = compileText(kSmallSource);
+  for (unsigned limit : {10240u, 0u}) {
+    write(whole);
+    AreaHandle a(path_, limit);
+    ASSERT_NE(a.h, nullptr);
+    // Rewritten in place by another process: a mapping would fault here.
+    for (size_t keep : {whole.size() / 2, size_t{0}, whole.size() - 1}) {
+      write(whole.substr(0, keep));
+      EXPECT_EQ(a.get("13912345678", 3), "<null>") << keep;
+    }
+    write(whole);
+    EXPECT_EQ(a.get("13912345678", 3), "Nanjing Mobile");
+  }
+}
+
 TEST_F(AreaFileTest, LengthBoundRecordsNeedFlagAndExactLength) {
   write(compileText(std::string(kSmallSource) + "1008\tTelecom\t\n"));
   AreaHandle a(path_);

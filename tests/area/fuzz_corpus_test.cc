@@ -1,11 +1,15 @@
-// Replays the committed fuzz corpora of the area reader and the area source
-// compiler; under the sanitizer build any out-of-bounds access fails here.
+// Replays the committed fuzz corpora of the area reader, the area source
+// compiler and the user's area overrides; under the sanitizer build any
+// out-of-bounds access fails here.
 #include "fuzz/area_reader_input.h"
 #include "support/fuzz_replay.h"
 #include "support/sim_fixture.h"
 
 #define ZV_FUZZ_ENTRY static int fuzzAreaSource
 #include "fuzz/area_source.cc"
+#undef ZV_FUZZ_ENTRY
+#define ZV_FUZZ_ENTRY static int fuzzAreaOverrides
+#include "fuzz/area_overrides.cc"
 #undef ZV_FUZZ_ENTRY
 
 namespace zv::testing {
@@ -22,6 +26,7 @@ TEST(AreaFuzzCorpusTest, ReplaysEveryReaderInputAndSource) {
                          }),
             10);
   EXPECT_GE(replayCorpus("area_source", fuzzAreaSource), 5);
+  EXPECT_GE(replayCorpus("area_overrides", fuzzAreaOverrides), 5);
 }
 
 }  // namespace

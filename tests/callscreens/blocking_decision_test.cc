@@ -54,6 +54,15 @@ TEST_F(BlockingTest, StrangersAndPlatformBlockedCallersComeBeforeTheLists) {
   // The switches block even a cached "let through".
   EXPECT_EQ(controller_->lastBlockedNumber().at("10086"), false);
   EXPECT_TRUE(controller_->blockCall(call("10086", -1)));
+  // An address book that could not be read makes no stranger: the lists
+  // decide (whitelisted passes, the rest of whitelist mode is blocked).
+  for (auto [number, blocked] :
+       {std::pair{"10086", false}, std::pair{"13800000000", true}}) {
+    auto unknown = call(number, -1);
+    rt::as<FakeCall>(unknown)->contactUnknown = true;
+    EXPECT_EQ(controller_->blockCall(unknown), blocked) << number;
+  }
+  takeActions();
   // Switched off, a platform-blocked stranger rings.
   start({{"BlacklistBlockMode", 0}});
   EXPECT_FALSE(controller_->blockCall(call("13912345678", -1, true)));

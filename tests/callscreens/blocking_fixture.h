@@ -19,6 +19,7 @@ namespace zv::testing {
 struct FakeCall : rt::Object {
   using rt::Object::Object;
   int32_t abUID = -1;
+  bool contactUnknown = false;
   bool isBlocked = false;
   std::optional<std::string> destinationID;
   bool isOutgoing = false;
@@ -29,6 +30,9 @@ struct FakeCall : rt::Object {
 class FakeCallHost : public IncomingCallHost {
  public:
   int32_t abUID(const rt::Id& c) override { return call(c).abUID; }
+  bool contactUnknown(const rt::Id& c) override {
+    return call(c).contactUnknown;
+  }
   bool isBlocked(const rt::Id& c) override { return call(c).isBlocked; }
   std::optional<std::string> destinationID(const rt::Id& c) override {
     return call(c).destinationID;

@@ -3,7 +3,6 @@
 #include "devicegen/device_image.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <fstream>
@@ -16,6 +15,7 @@
 #include <vector>
 
 #include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/plist.h"
 #include "platform/ui/image.h"
 #include "support/device_files.h"
@@ -36,34 +36,19 @@ using Row = std::vector<std::string>;  // NULL reads as "<null>"
 
 // Runs one statement.
 std::vector<Row> query(const std::string& file, const std::string& sql) {
-  sqlite3* db = nullptr;
-  EXPECT_EQ(sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr),
-            SQLITE_OK)
-      << file;
-  sqlite3_stmt* s = nullptr;
+  sql::Database db(file, sql::Database::Mode::kReadWrite);
+  EXPECT_TRUE(db.ok()) << file;
+  sql::Statement s(db, sql);
+  if (!s.ok()) ADD_FAILURE() << sql << ": " << db.error();
   std::vector<Row> rows;
-  if (sqlite3_prepare_v2(db, sql.c_str(), -1, &s, nullptr) != SQLITE_OK) {
-    ADD_FAILURE() << sql << ": " << sqlite3_errmsg(db);
-  } else {
-    int rc;
-    while ((rc = sqlite3_step(s)) == SQLITE_ROW) {
-      Row row;
-      for (int i = 0; i < sqlite3_column_count(s); ++i) {
-        // Blobs as their bytes, numbers as their text.
-        if (sqlite3_column_type(s, i) == SQLITE_NULL) {
-          row.emplace_back("<null>");
-          continue;
-        }
-        const void* bytes = sqlite3_column_blob(s, i);
-        row.emplace_back(bytes ? static_cast<const char*>(bytes) : "",
-                         sqlite3_column_bytes(s, i));
-      }
-      rows.push_back(std::move(row));
-    }
-    EXPECT_EQ(rc, SQLITE_DONE) << sql << ": " << sqlite3_errmsg(db);
+  while (s.step()) {
+    Row row;
+    // Blobs as their bytes, numbers as their text.
+    for (int i = 0; i < s.columnCount(); ++i)
+      row.emplace_back(s.isNull(i) ? "<null>" : std::string(s.blob(i)));
+    rows.push_back(std::move(row));
   }
-  sqlite3_finalize(s);
-  sqlite3_close(db);
+  EXPECT_TRUE(!s.ok() || s.done()) << sql << ": " << db.error();
   return rows;
 }
 

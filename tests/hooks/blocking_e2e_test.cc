@@ -140,6 +140,11 @@ TEST_P(BlockingE2ETest, BlockAllModeHangsUpEveryCall) {
   for (const auto& c : host().screenedCalls())
     EXPECT_EQ(c.status, platform::kCallEnded);
   EXPECT_FALSE(host().screenLabels());
+  // A host that runs for months keeps only the latest ended calls.
+  for (int i = 0; i < int(hosts::kEndedCallsKept) + 20; ++i)
+    ASSERT_TRUE(blocked(kBeijing));
+  advance(1);
+  EXPECT_LE(host().screenedCalls().size(), hosts::kEndedCallsKept + 1);
 }
 
 TEST_P(BlockingE2ETest, ReminderComesOnceASecondAfterTheBlockedCalls) {

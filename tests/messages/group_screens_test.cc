@@ -330,7 +330,10 @@ TEST_F(GroupScreensTest, ListsAWriteCannotKeepAreNeverLost) {
       {"name with a NUL", nulName},
       {"not writable", ""},
   };
-  for (const auto& [what, bytes] : cases) {
+  for (const auto& c : cases) {
+    // Plain names: clang 14 lambdas cannot capture structured bindings.
+    const std::string& what = c.first;
+    const std::string& bytes = c.second;
     SCOPED_TRACE(what);
     std::filesystem::remove_all(root_ + kRecipientsFile);
     if (bytes.empty())

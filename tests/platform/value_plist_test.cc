@@ -124,6 +124,9 @@ TEST(Plist, MalformedMissingOrWrongListsGiveNothing) {
   EXPECT_FALSE(plist::writeFile(
       array,
       Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}})));
+  // Nor can an object read as no value (a binary list's UID): written, it
+  // would turn into an empty dictionary.
+  EXPECT_FALSE(plist::writeFile(array, Value(Array{Value(1), Value()})));
   EXPECT_EQ(plist::readFile(array), Value(Array{Value(1)}));
   // A folder in the way makes the write fail cleanly.
   std::filesystem::create_directories(temp.path() + "/dir.plist");

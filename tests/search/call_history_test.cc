@@ -1,12 +1,15 @@
 #include "search/call_history.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <future>
 
 #include "platform/db/call_records.h"
 #include "platform/db/platform_schema.h"
@@ -71,14 +74,14 @@ class CallHistoryTest : public testing::SimTest {
 };
 
 TEST_F(CallHistoryTest, MissedCallGetsItsRingTimeUnderASixDecimalKey) {
-  addCall(1, 437000000.25, 0);
+  addCall(1, 437875200.25, 0);
   auto& springboard = launch();
   springboard.run([&] {
     auto history = ZVCallHistory::sharedInstance();
     history->saveLastRingDuration(12);
-    EXPECT_EQ((*ringFile())["437000000.250000"].longLongValue(), 12);
-    EXPECT_EQ(history->getRingDuration(437000000.25), 12);
-    EXPECT_EQ(history->getRingDuration(437000000.250001), 0);
+    EXPECT_EQ((*ringFile())["437875200.250000"].longLongValue(), 12);
+    EXPECT_EQ(history->getRingDuration(437875200.25), 12);
+    EXPECT_EQ(history->getRingDuration(437875200.250001), 0);
     EXPECT_EQ(history->getRingDuration(0), 0);
   });
   // Other processes hear of it 2.0 s after the save, once.
@@ -91,7 +94,7 @@ TEST_F(CallHistoryTest, MissedCallGetsItsRingTimeUnderASixDecimalKey) {
   // A second save for the same call keeps the first value, posts nothing.
   springboard.run([&] {
     ZVCallHistory::sharedInstance()->saveLastRingDuration(30);
-    EXPECT_EQ(ZVCallHistory::sharedInstance()->getRingDuration(437000000.25),
+    EXPECT_EQ(ZVCallHistory::sharedInstance()->getRingDuration(437875200.25),
               12);
   });
   world_.advance(5);
@@ -99,8 +102,8 @@ TEST_F(CallHistoryTest, MissedCallGetsItsRingTimeUnderASixDecimalKey) {
 }
 
 TEST_F(CallHistoryTest, ConnectedCallsAndMissingDatabasesRecordNothing) {
-  addCall(1, 437000000, 0);
-  addCall(2, 437000100, 45);  // newest, answered
+  addCall(1, 437875200, 0);
+  addCall(2, 437875300, 45);  // newest, answered
   launch().run([&] {
     ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
     fs::remove(root_ + platform_schema::kCallHistoryStorePath);
@@ -113,11 +116,11 @@ TEST_F(CallHistoryTest, ConnectedCallsAndMissingDatabasesRecordNothing) {
 
 TEST_F(CallHistoryTest, SavesInQuickSuccessionNotifyOnce) {
   auto& springboard = launch();
-  addCall(1, 437000000, 0);
+  addCall(1, 437875200, 0);
   springboard.run(
       [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(5); });
   world_.advance(1.5);
-  addCall(2, 437000200, 0);
+  addCall(2, 437875201, 0);
   springboard.run(
       [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(7); });
   world_.advance(1.9);
@@ -125,6 +128,35 @@ TEST_F(CallHistoryTest, SavesInQuickSuccessionNotifyOnce) {
   world_.advance(0.2);
   EXPECT_EQ(posts(), 1u);
   EXPECT_EQ(ringFile()->size(), 2u);
+}
+
+TEST_F(CallHistoryTest, RingSecondsStayWithTheirCallAndNeverWaitForTheFile) {
+  // The ringing call's own row is not written yet: the newest row is a call
+  // from an hour before, which does not get its seconds.
+  addCall(1, 437875200 - 3600, 0);
+  auto& springboard = launch();
+  auto save = [&] {
+    springboard.run(
+        [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(6); });
+  };
+  save();
+  EXPECT_EQ(ringFile(), std::nullopt);
+  // Another process holds the ring-duration file: the save returns at once
+  // and the seconds are written when it lets go.
+  addCall(2, 437875200, 0);
+  const std::string lock = root_ + ZVCallHistory::kRingDurationPath + ".lock";
+  fs::create_directories(fs::path(lock).parent_path());
+  const int fd = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  ASSERT_EQ(flock(fd, LOCK_EX), 0);
+  auto saving = std::async(std::launch::async, save);
+  const bool prompt =
+      saving.wait_for(std::chrono::seconds(2)) == std::future_status::ready;
+  close(fd);
+  saving.get();
+  EXPECT_TRUE(prompt) << "the main thread waited for the file lock";
+  world_.advance(0.1);
+  ASSERT_TRUE(ringFile());
+  EXPECT_EQ((*ringFile())["437875200.000000"].longLongValue(), 6);
 }
 
 TEST_F(CallHistoryTest, LegacyKeysHaveNoDecimals) {
@@ -138,14 +170,14 @@ TEST_F(CallHistoryTest, LegacyKeysHaveNoDecimals) {
 }
 
 TEST_F(CallHistoryTest, ObserversDropTheirCopyWhenAnotherProcessSaves) {
-  addCall(1, 437000000, 0);
+  addCall(1, 437875200, 0);
   auto& phone = launch("8.1", "com.apple.mobilephone");
   auto& springboard = launch();
   phone.run([] {
     ZVCallHistory::regisiterChangedCallback();
     ZVCallHistory::regisiterChangedCallback();  // once per process
     auto history = ZVCallHistory::sharedInstance();
-    EXPECT_EQ(history->getRingDuration(437000000), 0);
+    EXPECT_EQ(history->getRingDuration(437875200), 0);
     EXPECT_TRUE(history->ringDurationsLoaded());
   });
   springboard.run(
@@ -154,7 +186,7 @@ TEST_F(CallHistoryTest, ObserversDropTheirCopyWhenAnotherProcessSaves) {
   phone.run([] {
     auto history = ZVCallHistory::sharedInstance();
     EXPECT_FALSE(history->ringDurationsLoaded());
-    EXPECT_EQ(history->getRingDuration(437000000), 4);
+    EXPECT_EQ(history->getRingDuration(437875200), 4);
   });
 }
 

@@ -1,5 +1,6 @@
 // Replays the committed fuzz corpora of the search's readers (reading table,
-// persons cache, settings, platform rows, address-book pictures) through the
+// persons cache, settings, platform rows, address-book pictures, ring
+// durations, priority list, keypad flags and table overlay) through the
 // fuzz targets' own bodies (under ASan in the sanitizer build).
 #include <gtest/gtest.h>
 
@@ -20,6 +21,12 @@
 #define ZV_FUZZ_ENTRY static int fuzzAddressBookImages
 #include "fuzz/address_book_images.cc"
 #undef ZV_FUZZ_ENTRY
+#define ZV_FUZZ_ENTRY static int fuzzRingDurationFile
+#include "fuzz/ring_duration_file.cc"
+#undef ZV_FUZZ_ENTRY
+#define ZV_FUZZ_ENTRY static int fuzzSearchFiles
+#include "fuzz/search_files.cc"
+#undef ZV_FUZZ_ENTRY
 
 namespace {
 
@@ -29,7 +36,9 @@ TEST(FuzzCorpusTest, EveryReaderTakesItsCorpus) {
       {"settings_plist", fuzzSettingsPlist},
       {"platform_rows", fuzzPlatformRows},
       {"address_book_images", fuzzAddressBookImages},
-      {"person_cache", fuzzPersonCache}};
+      {"person_cache", fuzzPersonCache},
+      {"ring_duration_file", fuzzRingDurationFile},
+      {"search_files", fuzzSearchFiles}};
   for (const auto& [corpus, target] : targets)
     EXPECT_GE(zv::testing::replayCorpus(corpus, target), 5) << corpus;
 }

@@ -16,6 +16,15 @@
 
 namespace zv::testing {
 
+// How often `needle` occurs in `text`, overlapping runs counted.
+inline size_t occurrences(const std::string& text, const std::string& needle) {
+  size_t n = 0;
+  for (size_t at = text.find(needle); at != std::string::npos;
+       at = text.find(needle, at + 1))
+    ++n;
+  return n;
+}
+
 // The whole file as bytes; "" when it cannot be read.
 inline std::string readFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);

@@ -4,11 +4,11 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <string>
 
 #include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/ui/image.h"
 
 namespace zv::testing {
@@ -20,20 +20,15 @@ inline void addPictureRow(const std::string& root, int recordId, int format,
   const std::string file = root + platform_schema::kAddressBookImagesPath;
   ASSERT_TRUE(platform_schema::createDatabase(
       file, platform_schema::Database::kAddressBookImages));
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(file.c_str(), &db), SQLITE_OK);
-  sqlite3_stmt* insert = nullptr;
-  sqlite3_prepare_v2(db,
-                     "INSERT OR REPLACE INTO ABThumbnailImage "
-                     "(record_id, format, data) VALUES (?, ?, ?)",
-                     -1, &insert, nullptr);
-  sqlite3_bind_int(insert, 1, recordId);
-  sqlite3_bind_int(insert, 2, format);
-  sqlite3_bind_blob(insert, 3, data.data(), static_cast<int>(data.size()),
-                    SQLITE_TRANSIENT);
-  EXPECT_EQ(sqlite3_step(insert), SQLITE_DONE);
-  sqlite3_finalize(insert);
-  sqlite3_close(db);
+  sql::Database db(file, sql::Database::Mode::kReadWrite);
+  sql::Statement insert(db,
+                        "INSERT OR REPLACE INTO ABThumbnailImage "
+                        "(record_id, format, data) VALUES (?, ?, ?)");
+  insert.bind(1, recordId);
+  insert.bind(2, format);
+  insert.bindBlob(3, data);
+  insert.step();
+  EXPECT_TRUE(insert.done()) << db.error();
 }
 
 // A `w` x `h` pixel PNG of one colour as record `recordId`'s picture.

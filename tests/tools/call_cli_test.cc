@@ -162,6 +162,17 @@ TEST_F(CallCliTest, HiddenCallerAndUserActions) {
   EXPECT_EQ(steps[8]["note"], "no ringing call to answer");
 }
 
+TEST_F(CallCliTest, BytesThatAreNotUtf8AreWrittenAsJsonAnyway) {
+  auto r = run("--json \"$(printf 'incoming:\\377138')\" answer");
+  ASSERT_EQ(r.status, 0) << r.err;
+  auto steps = testing::jsonLines(r.out);
+  ASSERT_EQ(steps.size(), 2u);
+  EXPECT_EQ(steps[0]["action"], "incoming:\uFFFD138");
+  EXPECT_EQ(steps[0]["action_bytes"], "incoming:\\xFF138");
+  EXPECT_EQ(steps[0]["calls"][0]["number"], "\uFFFD138");
+  EXPECT_FALSE(steps[1].contains("action_bytes"));
+}
+
 TEST_F(CallCliTest, BadActionsOrRootAreOneLineAndWriteNothing) {
   const auto before = testing::fileSnapshot(root());
   expectUsageErrors({"incoming:10010 bogus", "incoming:1:contact=x",

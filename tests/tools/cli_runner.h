@@ -113,7 +113,10 @@ inline std::map<std::string, std::string> fileSnapshot(
 // `zorvel COMMAND --root ROOT ...` on a fresh temporary device root.
 class ZorvelCliTest : public ::testing::Test {
  protected:
-  explicit ZorvelCliTest(std::string command) : command_(std::move(command)) {}
+  // The root starts as the smallest device: its user's data folder.
+  explicit ZorvelCliTest(std::string command) : command_(std::move(command)) {
+    std::filesystem::create_directories(root() + "/var/mobile/Library");
+  }
   const std::string& root() const { return root_.path(); }
   std::string prefs(const std::string& name) const {
     return root() + "/var/mobile/Library/Preferences/" + name;

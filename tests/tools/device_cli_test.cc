@@ -49,7 +49,7 @@ TEST_F(DeviceCliTest, NewDeviceIsReadyForTheKeypad) {
   EXPECT_TRUE(fs::is_regular_file(dir() + "/Library/Zorvel/zvtool"));
   EXPECT_EQ(sqlCount(platform_schema::kCallHistoryStorePath,
                      "SELECT COUNT(*) FROM sqlite_master WHERE name LIKE "
-                     "'zvtool_backup_%'"),
+                     "'zvtool_trimmed_%'"),
             1);
   EXPECT_TRUE(fs::is_regular_file(dir() + "/Library/Zorvel/Area/China"));
   // The README's first command works on it.

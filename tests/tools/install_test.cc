@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli_runner.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -20,12 +21,27 @@ TEST(InstallTest, InstalledTreeRunsOnItsOwn) {
   ASSERT_EQ(r.status, 0) << r.err;
   for (const char* file :
        {"bin/zorvel", "bin/zvtool", "lib/libzorvel.so", "lib/libzvplatform.so",
-        "lib/libzvrender.so", "share/zorvel/PinYin.txt", "share/zorvel/China",
-        "share/zorvel/zorvel.plist"})
+        "lib/libzvrender.so", "lib/libzvwindow.so", "share/zorvel/PinYin.txt",
+        "share/zorvel/China", "share/zorvel/zorvel.plist",
+        "share/man/man1/zorvel.1", "share/man/man1/zvtool.1",
+        "share/bash-completion/completions/zorvel",
+        "share/zorvel/sample-device/Library/Zorvel/Area/China",
+        "share/applications/zorvel-phone.desktop",
+        "share/icons/hicolor/scalable/apps/zorvel-phone.svg"})
     EXPECT_TRUE(fs::is_regular_file(prefix + "/" + file)) << file;
+  // The window is the desktop's handler of tel: links, opened with the link.
+  const std::string entry =
+      readFile(prefix + "/share/applications/zorvel-phone.desktop");
+  EXPECT_NE(entry.find("\nMimeType=x-scheme-handler/tel;\n"),
+            std::string::npos);
+  EXPECT_NE(entry.find("\nExec=zorvel window %u\n"), std::string::npos);
   // The installed program finds its library and its zvtool by itself.
   r = runShell("env -u LD_LIBRARY_PATH '" + prefix + "/bin/zorvel' --version");
   EXPECT_EQ(r.status, 0) << r.err;
+  // Its default device is the installed sample, not the build folder's.
+  r = runShell("env -u ZORVEL_ROOT '" + prefix + "/bin/zorvel' area 010");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "北京市 固话\n");
   const std::string device = temp.path() + "/device";
   r = runShell("'" + prefix + "/bin/zorvel' device create '" + device +
                "' --contacts 3 --calls 3");

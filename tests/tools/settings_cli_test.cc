@@ -77,7 +77,7 @@ TEST_F(SettingsCliTest, UnparsableFileWarnsOnceAndWritesNothing) {
   auto result = run("");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "zorvel: settings file " + prefs("zorvel.plist") +
-                            " does not parse; showing defaults\n");
+                            " does not parse; using defaults\n");
   EXPECT_NE(result.out.find("AreaDatabase"), std::string::npos);
   EXPECT_NE(result.out.find("\"China\""), std::string::npos);
   EXPECT_EQ(result.out.find("file (default"), std::string::npos);
@@ -113,7 +113,7 @@ TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
   result = run("");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "zorvel: keypad flags file " + flags +
-                            " does not parse; showing defaults\n");
+                            " does not parse; using defaults\n");
   EXPECT_NE(result.out.find("keypad flags file " + flags + " (unparsable)"),
             std::string::npos);
   EXPECT_NE(result.out.find("EnableSearch"), std::string::npos);

@@ -42,31 +42,49 @@ class ZvtoolTest : public ::testing::Test {
     return column(kLegacyPath, sql);
   }
 
-  // Calls dated 1000 * i (i = 1..n), then the platform deletes those below
-  // `keepFrom`; the triggers back them up.
-  void callsThenPlatformDeletes(int n, int keepFrom) {
+  // Calls dated 1000 * i (i = 1..n), then as many newer calls (dated from
+  // kNewer on) as make the platform, which keeps its newest 100, trim those
+  // below `keepFrom`; the triggers back them up.
+  static constexpr int kNewer = 100000;
+  void callsThenPlatformTrims(int n, int keepFrom) {
+    std::string rows;
     for (int i = 1; i <= n; ++i)
-      exec(kLegacyPath,
-           "INSERT INTO call (ROWID, address, date, duration, flags) VALUES (" +
-               std::to_string(i) + ", '1380000000" + std::to_string(i % 10) +
-               "', " + std::to_string(1000 * i) + ", " + std::to_string(i) +
-               ", 4)");
+      rows += std::string(rows.empty() ? "" : ", ") + "(" + std::to_string(i) +
+              ", '1380000000" + std::to_string(i % 10) + "', " +
+              std::to_string(1000 * i) + ", " + std::to_string(i) + ", 4)";
+    const int kept = n - (keepFrom - 1) / 1000;
+    for (int j = 0; j < 100 - kept; ++j)
+      rows += ", (" + std::to_string(200 + j) + ", '10086', " +
+              std::to_string(kNewer + j) + ", 0, 4)";
     exec(kLegacyPath,
-         "DELETE FROM call WHERE date < " + std::to_string(keepFrom));
+         "INSERT INTO call (ROWID, address, date, duration, flags) VALUES " +
+             rows);
+    exec(kLegacyPath,
+         "DELETE FROM call WHERE ROWID NOT IN (SELECT ROWID FROM call ORDER "
+         "BY date DESC, ROWID DESC LIMIT 100)");
+  }
+  // The calls of `callsThenPlatformTrims` below the newer ones.
+  std::vector<int64_t> older(const std::string& what) {
+    return legacy("SELECT " + what + " FROM call WHERE date < " +
+                  std::to_string(kNewer) + " ORDER BY date");
   }
 
   testing::TempRoot temp_;
   const std::string& root_ = temp_.path();
 };
 
-TEST_F(ZvtoolTest, BadArgumentsPrintUsageAndExitTwo) {
+TEST_F(ZvtoolTest, BadArgumentsAreOneLineAndExitTwo) {
   createLegacy();
   for (const char* arguments : {"", "-s", "-s abc", "-s -1", "-d", "-d soon",
                                 "-x", "-c -s 3", "-c extra"}) {
     CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 2) << arguments;
-    EXPECT_NE(run.err.find("Usage: zvtool"), std::string::npos) << arguments;
+    EXPECT_EQ(run.err.rfind("zvtool: ", 0), 0u) << arguments;
+    EXPECT_EQ(run.errLines(), 1u) << arguments << ": " << run.err;
   }
+  CliResult run = zvtool("--version");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "zvtool 1.0.0 alpha7\n");
 }
 
 TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
@@ -83,29 +101,33 @@ TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
   EXPECT_EQ(noRoot.err, "zvtool: ZORVEL_ROOT is not set\n");
 }
 
-TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformDeletes) {
+TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformTrims) {
   createLegacy();
   createModern();
+  // An earlier install's trigger, which copied every deleted row, goes.
+  exec(kLegacyPath, platform_schema::callTableSql("deleted") +
+                        "; CREATE TRIGGER zvtool_backup_call BEFORE DELETE ON "
+                        "call BEGIN INSERT INTO deleted SELECT * FROM call "
+                        "WHERE ROWID = OLD.ROWID; END");
   ASSERT_EQ(zvtool("--install").status, 0);
   ASSERT_EQ(zvtool("--install").status, 0);  // again: no change, no error
 
-  callsThenPlatformDeletes(5, 3500);
+  callsThenPlatformTrims(5, 3500);
   EXPECT_EQ(legacy("SELECT date FROM deleted ORDER BY date"),
             (std::vector<int64_t>{1000, 2000, 3000}));
   // Whole rows are kept.
   EXPECT_EQ(legacy("SELECT duration FROM deleted ORDER BY date"),
             (std::vector<int64_t>{1, 2, 3}));
 
+  // Calls the user deletes are never kept, on either database.
   exec(kStorePath,
        "INSERT INTO ZCALLRECORD (Z_PK, ZDATE, ZDURATION) VALUES "
        "(1, 100.5, 0), (2, 200.5, 7); DELETE FROM ZCALLRECORD WHERE Z_PK = 2");
-  EXPECT_EQ(column(kStorePath, "SELECT ZDURATION FROM ZVZCALLRECORD"),
-            (std::vector<int64_t>{7}));
-
-  // A call deleted, restored and deleted again is kept once.
+  EXPECT_TRUE(
+      column(kStorePath, "SELECT ZDURATION FROM ZVZCALLRECORD").empty());
   ASSERT_EQ(zvtool("-s 10").status, 0);
   exec(kLegacyPath, "DELETE FROM call");
-  EXPECT_EQ(legacy("SELECT COUNT(*) FROM deleted"), (std::vector<int64_t>{5}));
+  EXPECT_EQ(legacy("SELECT COUNT(*) FROM deleted"), (std::vector<int64_t>{0}));
 }
 
 TEST_F(ZvtoolTest, InstallNeedsOnlyOneOfTheDatabases) {
@@ -113,7 +135,7 @@ TEST_F(ZvtoolTest, InstallNeedsOnlyOneOfTheDatabases) {
   ASSERT_EQ(zvtool("--install").status, 0);
   EXPECT_EQ(column(kStorePath,
                    "SELECT COUNT(*) FROM sqlite_master WHERE name IN "
-                   "('ZVZCALLRECORD', 'zvtool_backup_ZCALLRECORD')"),
+                   "('ZVZCALLRECORD', 'zvtool_trimmed_ZCALLRECORD')"),
             (std::vector<int64_t>{2}));
   EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
 }
@@ -121,13 +143,13 @@ TEST_F(ZvtoolTest, InstallNeedsOnlyOneOfTheDatabases) {
 TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   createLegacy();
   ASSERT_EQ(zvtool("--install").status, 0);
-  callsThenPlatformDeletes(8, 5500);  // 1000..5000 backed up
+  callsThenPlatformTrims(8, 5500);  // 1000..5000 backed up
   exec(kLegacyPath,
        "INSERT INTO deleted (ROWID, date) VALUES (20, 9000)");  // too new
   CliResult restored = zvtool("-s 3");
   ASSERT_EQ(restored.status, 0);
   EXPECT_EQ(restored.out, "restored 3 (the backup of 6 emptied)\n");
-  EXPECT_EQ(legacy("SELECT date FROM call ORDER BY ROWID"),
+  EXPECT_EQ(older("date"),
             (std::vector<int64_t>{3000, 4000, 5000, 6000, 7000, 8000}));
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
 
@@ -135,7 +157,7 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
   exec(kLegacyPath, "INSERT INTO deleted (ROWID, date) VALUES (30, 500)");
   ASSERT_EQ(zvtool("-s 0").status, 0);
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
-  EXPECT_EQ(legacy("SELECT COUNT(*) FROM call"), (std::vector<int64_t>{6}));
+  EXPECT_EQ(older("date").size(), 6u);
   // An empty backup: nothing was done, and the status says so.
   CliResult empty = zvtool("-s 5");
   EXPECT_EQ(empty.status, 1);
@@ -145,7 +167,7 @@ TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
 TEST_F(ZvtoolTest, DeleteAndClearTouchOnlyTheBackup) {
   createLegacy();
   ASSERT_EQ(zvtool("--install").status, 0);
-  callsThenPlatformDeletes(5, 3500);
+  callsThenPlatformTrims(5, 3500);
   CliResult deleted = zvtool("-d 2000");
   ASSERT_EQ(deleted.status, 0);
   EXPECT_EQ(deleted.out, "deleted 1\n");
@@ -159,10 +181,10 @@ TEST_F(ZvtoolTest, DeleteAndClearTouchOnlyTheBackup) {
   EXPECT_EQ(cleared.out, "emptied the backup of 2 calls\n");
   EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
   EXPECT_EQ(zvtool("-c").status, 1);
-  EXPECT_EQ(legacy("SELECT COUNT(*) FROM call"), (std::vector<int64_t>{2}));
+  EXPECT_EQ(older("date").size(), 2u);
 }
 
-TEST_F(ZvtoolTest, AFailedRestoreLosesNothing) {
+TEST_F(ZvtoolTest, AFailedRestoreChangesNoCallAndEmptiesTheBackup) {
   createLegacy();
   // No backup table yet: every command fails with one line, changes nothing.
   for (const char* arguments : {"-s 5", "-d 1000", "-c"}) {
@@ -173,16 +195,16 @@ TEST_F(ZvtoolTest, AFailedRestoreLosesNothing) {
   }
 
   ASSERT_EQ(zvtool("--install").status, 0);
-  callsThenPlatformDeletes(4, 2500);  // 1000 and 2000 backed up
-  // The platform reused a row id: putting call 2 back would collide.
+  callsThenPlatformTrims(4, 2500);  // 1000 and 2000 backed up
+  // A row id taken again (by hand): putting call 2 back would collide. The
+  // calls stay where they are, and the backup is emptied all the same, so
+  // the next sync does not try again.
   exec(kLegacyPath, "INSERT INTO call (ROWID, date) VALUES (2, 2400)");
   CliResult run = zvtool("-s 5");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.errLines(), 1u) << run.err;
-  EXPECT_EQ(legacy("SELECT date FROM deleted ORDER BY date"),
-            (std::vector<int64_t>{1000, 2000}));
-  EXPECT_EQ(legacy("SELECT date FROM call ORDER BY date"),
-            (std::vector<int64_t>{2400, 3000, 4000}));
+  EXPECT_TRUE(legacy("SELECT date FROM deleted").empty());
+  EXPECT_EQ(older("date"), (std::vector<int64_t>{2400, 3000, 4000}));
 }
 
 }  // namespace

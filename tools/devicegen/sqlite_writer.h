@@ -52,8 +52,7 @@ class SqliteWriter {
   void commit() { exec("COMMIT"); }
 
   [[noreturn]] void fail() const {
-    throw std::runtime_error(file_ + ": " +
-                             db_.error());
+    throw std::runtime_error(file_ + ": " + db_.error());
   }
 
  private:

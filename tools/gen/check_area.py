@@ -109,6 +109,7 @@ def main():
 
     # An empty device root: no overrides and no dialling prefix apply.
     with tempfile.TemporaryDirectory() as root:
+        os.makedirs(os.path.join(root, "var", "mobile", "Library"))
         run = subprocess.run(
             [args.zorvel, "area", "--root", root, "--db",
              os.path.abspath(args.db), "--name"],

@@ -1,6 +1,7 @@
 // The zorvel command's subcommands register themselves here: each
-// tools/zorvel/cmd_*.cc defines a function that adds its subcommand to the
-// CLI11 app, and a static Registration that lists it.
+// tools/zorvel/*/cmd_*.cc defines a function that adds its subcommand to
+// the CLI11 app, and a static Registration that lists it. The same
+// definitions make --help, the man page and the bash completion.
 //
 // Errors: a subcommand throws CommandError with one line; main prints it to
 // stderr as "zorvel: <line>" and exits with the error's code (1). A
@@ -42,24 +43,11 @@ struct Registration {
 };
 
 // Adds --root to a subcommand; applyRoot() then points the Linux platform at
-// it (an empty value keeps $ZORVEL_ROOT or the bundled sample device).
+// it (an empty value keeps $ZORVEL_ROOT or the bundled sample device),
+// refuses a folder that is not a device root (see device_root.h) and says
+// on stderr when the device's settings file does not parse.
 void addRootOption(CLI::App& command, std::string& root);
 void applyRoot(const std::string& root);
-
-// What every scripted session (phone, messages, contacts, controlcenter)
-// takes: the device root, the phone it runs on, JSON output, its actions.
-struct SessionOptions {
-  std::string root;
-  std::string screen = "4.7";
-  std::string os = "8.1";
-  bool json = false;
-  std::string png;  // --png DIR: a picture per action, "" for none
-  std::vector<std::string> actions;
-};
-
-// Adds --root, --screen, --os (`versions` says which), --json and --png.
-void addSessionOptions(CLI::App& command, SessionOptions& options,
-                       const char* versions = "7.1 or 8.1");
 
 // The simulated phone a session runs on: `os` one of `versions`, `screen` a
 // size some phone has (see platform::screenSizes); a UsageError naming the

@@ -134,14 +134,24 @@ void replaceRegular(const std::string& path, std::string_view bytes,
 
 void writeOut(std::string_view bytes) {
   pending().append(bytes);
-  if (pending().size() >= (1 << 16)) flushPending();
+  if (pending().size() >= (1 << 16)) {
+    flushPending();
+    if (failed()) finishOut();
+  }
 }
 
 void finishOut() {
   flushPending();
-  if (failed())
-    throw CommandError(std::string("cannot write output: ") +
-                       std::strerror(failure()));
+  if (!failed()) return;
+  if (failure() == EPIPE) throw CommandError("", kClosedPipe);
+  throw CommandError(std::string("cannot write output: ") +
+                     std::strerror(failure()));
+}
+
+std::string jsonLine(const nlohmann::ordered_json& value) {
+  return value.dump(-1, ' ', false,
+                    nlohmann::ordered_json::error_handler_t::replace) +
+         "\n";
 }
 
 void writeFileSafely(const std::string& path, std::string_view bytes) {

@@ -16,7 +16,8 @@
 //
 // Exit status: 0 done; 1 failed or nothing to do (one line on stderr,
 // nothing changed: no database, no backup table, an empty backup, no call
-// of that date); 2 bad arguments (usage on stderr).
+// of that date); 2 bad arguments (one line on stderr). --version says the
+// version; --help the usage.
 #include <CLI/CLI.hpp>
 #include <climits>
 #include <cstdlib>
@@ -26,6 +27,8 @@
 #include <string>
 
 #include "call_backup.h"
+#include "core/zv_exception.h"
+#include "tools/zorvel/cli_docs.h"
 
 namespace {
 
@@ -72,13 +75,31 @@ int main(int argc, char** argv) {
   auto* c = app.add_flag("-c")->description("empty the backup");
   auto* i = app.add_flag("--install")
                 ->description("add the backup tables and triggers");
-  app.require_option(1);
+  app.set_version_flag("--version",
+                       std::string("zvtool ") + zv::ZVException::kVersion);
+  std::string docs;
+  app.add_option("--docs", docs, "write the man page or bash completion")
+      ->check(CLI::IsMember({"man", "bash-completion"}))
+      ->group("");  // for the build only
   try {
     app.parse(argc, argv);
+    if (!docs.empty()) {
+      std::cout << (docs == "man"
+                        ? zv::cli::manPage(app, zv::ZVException::kVersion)
+                        : zv::cli::bashCompletion(app));
+      std::cout.flush();
+      return std::cout ? 0 : fail("cannot write output");
+    }
+    if ((s->count() > 0) + (d->count() > 0) + (c->count() > 0) +
+            (i->count() > 0) !=
+        1)
+      throw CLI::ValidationError("give exactly one of -s, -d, -c, --install");
   } catch (const CLI::CallForHelp& e) {
     return app.exit(e);
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e);
   } catch (const CLI::ParseError& e) {
-    std::cerr << "zvtool: " << e.what() << "\n" << app.help();
+    std::cerr << "zvtool: " << e.what() << " (see zvtool --help)\n";
     return 2;
   }
 

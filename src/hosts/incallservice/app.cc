@@ -313,6 +313,7 @@ void InCallServiceApplication::layOutAnswerButtons() {
 void InCallServiceApplication::callChanged(const rt::Id& call) {
   auto info = platform::callInfo(call);
   if (!info) return;
+  forgetOldEndedCalls(calls_);
   auto it =
       std::find_if(calls_.begin(), calls_.end(),
                    [&](const ScreenedCall& c) { return c.id == info->id; });

@@ -85,3 +85,20 @@ bool contactHasPicture(int32_t recordId) {
 }
 
 }  // namespace zv::hosts
+
+namespace zv::hosts {
+
+void forgetOldEndedCalls(std::vector<ScreenedCall>& calls) {
+  size_t ended = std::count_if(calls.begin(), calls.end(), [](const auto& c) {
+    return c.status == platform::kCallEnded;
+  });
+  if (ended <= kEndedCallsKept) return;
+  size_t drop = ended - kEndedCallsKept;
+  std::erase_if(calls, [&](const ScreenedCall& c) {
+    if (drop == 0 || c.status != platform::kCallEnded) return false;
+    --drop;
+    return true;
+  });
+}
+
+}  // namespace zv::hosts

@@ -1,5 +1,6 @@
 // What a call-screen host (the 7.x springboard, the 8.x in-call service)
-// did for each call it heard of, in the order the calls began: whether it
+// did for each call it heard of (the live ones and the latest ended ones),
+// in the order the calls began: whether it
 // put up its call screen or something else stood in its place, whether its
 // own ringtone played, and the caller as its screen names it. Tests and
 // `zorvel call` read it; the hosts fill it in as the calls change.
@@ -24,6 +25,13 @@ struct ScreenedCall {
   bool screenBlocked = false;
   bool ringtone = false;  // the host's own ringtone played for it
 };
+
+// Ended calls a host still reports in screenedCalls (the latest ones): a
+// phone that runs for months must not keep every call it ever had.
+inline constexpr size_t kEndedCallsKept = 64;
+// Drops the oldest ended calls of `calls` beyond kEndedCallsKept; calls
+// that have not ended stay whatever their number.
+void forgetOldEndedCalls(std::vector<ScreenedCall>& calls);
 
 // The labels of the call screen that is up.
 struct CallScreenLabels {

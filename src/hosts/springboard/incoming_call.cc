@@ -146,6 +146,7 @@ std::optional<CallScreenLabels> IncomingCallScreens::screenLabels() const {
 void IncomingCallScreens::callChanged(const rt::Id& call) {
   auto info = platform::callInfo(call);
   if (!info) return;
+  forgetOldEndedCalls(calls_);
   auto it =
       std::find_if(calls_.begin(), calls_.end(),
                    [&](const ScreenedCall& c) { return c.id == info->id; });

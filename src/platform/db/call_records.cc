@@ -139,7 +139,8 @@ const char* callHistoryPath(Database which) {
 }
 
 bool appendCallRecord(const std::string& file, Database which,
-                      const FinishedCall& call, std::string* error) {
+                      const FinishedCall& call, std::string* error,
+                      int busyMs) {
   if (which != Database::kCallHistoryStore &&
       which != Database::kCallHistoryDb) {
     if (error) *error = "not a call-history database";
@@ -150,7 +151,7 @@ bool appendCallRecord(const std::string& file, Database which,
       !createDatabase(file, which, error)) {
     return false;
   }
-  sql::Database db(file, sql::Database::Mode::kReadWrite);
+  sql::Database db(file, sql::Database::Mode::kReadWrite, busyMs);
   if (!db.ok()) {
     if (error) *error = file + ": " + db.error();
     return false;

@@ -39,8 +39,10 @@ const char* callHistoryPath(Database which);
 // Appends `call` to the database file at the host path `file`, of the
 // layout `which` (kCallHistoryStore or kCallHistoryDb), creating the file
 // and its tables when missing. One transaction: on failure nothing is
-// written, false is returned and `error` (when given) says why.
+// written, false is returned and `error` (when given) says why. A database
+// another process has locked is waited for up to `busyMs`.
 bool appendCallRecord(const std::string& file, Database which,
-                      const FinishedCall& call, std::string* error = nullptr);
+                      const FinishedCall& call, std::string* error = nullptr,
+                      int busyMs = 1000);
 
 }  // namespace zv::platform_schema

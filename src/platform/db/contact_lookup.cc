@@ -1,5 +1,7 @@
 #include "platform/db/contact_lookup.h"
 
+#include <filesystem>
+
 #include "platform/db/platform_schema.h"
 #include "platform/db/sqlite_db.h"
 
@@ -90,22 +92,44 @@ std::optional<size_t> SameNumberIndex::first(std::string_view number) const {
   return best;
 }
 
-std::optional<ContactMatch> findContactByNumber(const std::string& file,
-                                                std::string_view number) {
+namespace {
+
+ContactLookup lookUp(const std::string& file, std::string_view number,
+                     int busyMs) {
   const std::string key = numberKey(number);
-  if (key.empty()) return std::nullopt;
-  sql::Database db(file);
+  if (key.empty()) return {};
+  // A phone without an address book has no contacts: every caller is a
+  // stranger, and that is a readable answer.
+  std::error_code ec;
+  if (!std::filesystem::exists(file, ec) && !ec) return {};
+  sql::Database db(file, sql::Database::Mode::kReadOnly, busyMs);
   sql::Statement phones(db, kPhonesQuery);
   phones.bind(1, kPhoneProperty);
-  std::optional<ContactMatch> similar;
+  ContactLookup out;
   while (phones.step()) {
     const std::string other = numberKey(phones.text(1).value_or(""));
     if (!sameKey(key, other)) continue;
     ContactMatch match{phones.int64(0), phones.text(2).value_or("")};
-    if (other == key) return match;
-    if (!similar) similar = std::move(match);
+    if (other == key) return {std::move(match), true};
+    if (!out.match) out.match = std::move(match);
   }
-  return similar;
+  // Running out of rows is the only clean end; a statement that did not
+  // prepare or stopped on an error read nothing we can trust.
+  out.readable = phones.ok() && phones.done();
+  if (!out.readable) out.match.reset();
+  return out;
+}
+
+}  // namespace
+
+std::optional<ContactMatch> findContactByNumber(const std::string& file,
+                                                std::string_view number) {
+  return lookUp(file, number, 1000).match;
+}
+
+ContactLookup lookUpContactNow(const std::string& file,
+                               std::string_view number) {
+  return lookUp(file, number, 0);
 }
 
 }  // namespace zv::platform_schema

@@ -48,4 +48,15 @@ class SameNumberIndex {
 std::optional<ContactMatch> findContactByNumber(const std::string& file,
                                                 std::string_view number);
 
+// The same lookup, telling "no record holds the number" (match nullopt,
+// readable) from "the address book could not be read" (readable false:
+// missing, damaged, or locked by another process). A lock is not waited
+// for: a caller deciding on a ringing call must not be held up by it.
+struct ContactLookup {
+  std::optional<ContactMatch> match;
+  bool readable = true;
+};
+ContactLookup lookUpContactNow(const std::string& file,
+                               std::string_view number);
+
 }  // namespace zv::platform_schema

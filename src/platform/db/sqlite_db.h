@@ -26,16 +26,18 @@ class Database {
 
   // Opens an existing database file (a host path); creates one only with
   // kCreate. The platform's own processes write these files too, so a
-  // locked database is retried for up to a second before a statement gives
-  // up.
-  explicit Database(const std::string& path, Mode mode = Mode::kReadOnly) {
+  // locked database is retried for up to `busyMs` (a second by default)
+  // before a statement gives up; 0 gives up at once, for callers that must
+  // not wait.
+  explicit Database(const std::string& path, Mode mode = Mode::kReadOnly,
+                    int busyMs = 1000) {
     const int flags = mode == Mode::kReadOnly ? SQLITE_OPEN_READONLY
                       : mode == Mode::kCreate
                           ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
                           : SQLITE_OPEN_READWRITE;
     ok_ = sqlite3_open_v2(path.c_str(), &db_, flags | SQLITE_OPEN_NOMUTEX,
                           nullptr) == SQLITE_OK;
-    if (ok_) sqlite3_busy_timeout(db_, 1000);
+    if (ok_) sqlite3_busy_timeout(db_, busyMs);
   }
   ~Database() { sqlite3_close(db_); }  // also after a failed open
   Database(const Database&) = delete;
@@ -119,6 +121,7 @@ class Statement {
   bool done() const { return last_ == SQLITE_DONE; }
 
   // Columns count from 0, on the current row.
+  int columnCount() const { return stmt_ ? sqlite3_column_count(stmt_) : 0; }
   bool isNull(int column) const {
     return !stmt_ || sqlite3_column_type(stmt_, column) == SQLITE_NULL;
   }

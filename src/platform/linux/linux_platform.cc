@@ -47,6 +47,8 @@ struct LinuxPlatform::Impl {
   std::function<void(uint32_t)> sound;
   std::function<void(std::string_view, std::string_view)> banner;
   uint32_t next_sound_id = 4096;
+  std::map<uint32_t, std::string> sound_files;  // created sounds' host paths
+  std::function<void(uint32_t, const Dict&)> vibration;
   std::unique_ptr<AddressBookWatch> addressBookWatch;
 
   // Blocks for the main loop. Any thread queues them under `queue_lock` and
@@ -351,7 +353,19 @@ void LinuxPlatform::playSystemSound(uint32_t soundId) {
   std::fprintf(stderr, "[sound %u]\n", soundId);
 }
 
+void LinuxPlatform::onVibration(
+    std::function<void(uint32_t, const Dict&)> handler) {
+  impl_->vibration = std::move(handler);
+}
+
+std::string LinuxPlatform::soundFile(uint32_t soundId) const {
+  std::lock_guard<std::mutex> lock(impl_->mutex);
+  auto it = impl_->sound_files.find(soundId);
+  return it == impl_->sound_files.end() ? "" : it->second;
+}
+
 void LinuxPlatform::playVibration(uint32_t soundId, const Dict& pattern) {
+  if (impl_->vibration) return impl_->vibration(soundId, pattern);
   std::fprintf(stderr, "[vibrate %u]\n", soundId);
 }
 
@@ -361,10 +375,14 @@ std::optional<uint32_t> LinuxPlatform::createSystemSound(
   if (!std::filesystem::is_regular_file(path(devicePath), ec))
     return std::nullopt;
   std::lock_guard<std::mutex> lock(impl_->mutex);
+  impl_->sound_files[impl_->next_sound_id] = path(devicePath);
   return impl_->next_sound_id++;
 }
 
-void LinuxPlatform::disposeSystemSound(uint32_t soundId) {}
+void LinuxPlatform::disposeSystemSound(uint32_t soundId) {
+  std::lock_guard<std::mutex> lock(impl_->mutex);
+  impl_->sound_files.erase(soundId);
+}
 
 void LinuxPlatform::showBanner(std::string_view sectionID,
                                std::string_view title) {

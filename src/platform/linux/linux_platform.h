@@ -15,9 +15,10 @@
 // deviceFacts() changes it and the other facts.
 //
 // The telephony is that of a computer without a modem until a program sets
-// another (setTelephony: ModemManager's, linux/modem_telephony.h). Sounds
-// and banners are lines on stderr unless a program takes them
-// (onSystemSound, onBanner: a desktop service shows them its own way).
+// another (setTelephony: ModemManager's, linux/modem_telephony.h). Sounds,
+// vibrations and banners are lines on stderr unless a program takes them
+// (onSystemSound, onVibration, onBanner: a desktop service plays and shows
+// them its own way, feedbackd for sounds and vibration).
 #pragma once
 
 #include <functional>
@@ -43,6 +44,11 @@ class LinuxPlatform : public Platform {
   // Set before any process asks for telephony (call objects, hang-ups).
   void setTelephony(std::unique_ptr<Telephony> telephony);
   void onSystemSound(std::function<void(uint32_t soundId)> handler);
+  // Vibrations with a pattern (playVibration) go here when taken.
+  void onVibration(
+      std::function<void(uint32_t soundId, const Dict& pattern)> handler);
+  // The host path of a sound made by createSystemSound, "" for another id.
+  std::string soundFile(uint32_t soundId) const;
   void onBanner(
       std::function<void(std::string_view sectionID, std::string_view title)>
           handler);

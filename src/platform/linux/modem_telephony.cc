@@ -8,6 +8,7 @@
 #include "platform/db/call_records.h"
 #include "platform/db/contact_lookup.h"
 #include "platform/db/platform_schema.h"
+#include "platform/linux/call_history_queue.h"
 #include "platform/linux/modem_call_state.h"
 
 namespace zv::platform {
@@ -20,6 +21,9 @@ constexpr char kCallInterface[] = "org.freedesktop.ModemManager1.Call";
 // Ended calls kept for call(id): enough for any screen still looking at
 // one, without growing with every call the phone ever had.
 constexpr size_t kEndedKept = 64;
+// Calls not yet in the call history (it was locked or full), beside it.
+constexpr char kPendingCallsPath[] =
+    "/var/mobile/Library/CallHistoryDB/zorvel.pending.plist";
 
 double nowSeconds() { return static_cast<double>(g_get_real_time()) / 1e6; }
 
@@ -56,9 +60,11 @@ struct ModemTelephony::Impl {
   CallObserverToken nextToken = 1;
   CallId nextId = 1;
   uint64_t revision = 0;
+  std::unique_ptr<CallHistoryQueue> history;
   uint64_t arrivals = 0;
 
   ~Impl() {
+    history.reset();
     g_cancellable_cancel(cancellable);
     for (auto& [path, call] : live) release(call);
     for (auto& [path, modem] : modems) release(modem);
@@ -131,10 +137,15 @@ struct ModemTelephony::Impl {
   void forget(const std::string& modemPath) {
     auto it = modems.find(modemPath);
     if (it == modems.end()) return;
-    std::vector<std::string> calls;
+    // The calls waiting for their turn go first, unannounced: once the
+    // ringing one ends they would each be announced, decided on and missed
+    // for a modem (or a ModemManager) that is no longer there.
+    std::vector<std::string> waiting, announced;
     for (const auto& [path, call] : live)
-      if (call.modem == modemPath) calls.push_back(path);
-    for (const auto& path : calls) gone(path);
+      if (call.modem == modemPath)
+        (call.announced ? announced : waiting).push_back(path);
+    for (const auto& path : waiting) gone(path);
+    for (const auto& path : announced) gone(path);
     release(it->second);
     modems.erase(it);
   }
@@ -270,11 +281,14 @@ struct ModemTelephony::Impl {
     const char* number = mm_call_get_number(call.proxy);
     if (number && *number && g_utf8_validate(number, -1, nullptr)) {
       info.destinationID = std::string(number);
-      if (auto match = ps::findContactByNumber(root() + ps::kAddressBookPath,
-                                               *info.destinationID)) {
-        info.abUID = static_cast<int32_t>(match->recordId);
-        info.contactLabel = match->label;
+      // Never waits for a lock: the decision on the call comes first.
+      auto found = ps::lookUpContactNow(root() + ps::kAddressBookPath,
+                                        *info.destinationID);
+      if (found.match) {
+        info.abUID = static_cast<int32_t>(found.match->recordId);
+        info.contactLabel = found.match->label;
       }
+      info.contactUnknown = !found.readable;
     }
     return info;
   }
@@ -349,10 +363,15 @@ struct ModemTelephony::Impl {
     row.recordId = call.abUID;
     row.serial = call.id;
     const ps::Database which = ps::callHistoryDatabase(systemVersion());
-    std::string error;
-    if (!ps::appendCallRecord(root() + ps::callHistoryPath(which), which, row,
-                              &error))
-      problem("call history not written: " + error);
+    if (!history) startHistory();
+    history->add({root() + ps::callHistoryPath(which), which}, row);
+  }
+
+  // Rows an earlier run could not write go in first.
+  void startHistory() {
+    history = std::make_unique<CallHistoryQueue>(
+        root() + kPendingCallsPath,
+        [this](const std::string& line) { problem(line); });
   }
 
   void hangup(MMCall* proxy) {
@@ -457,6 +476,7 @@ bool ModemTelephony::start(std::string* error) {
       impl->manager, "notify::name-owner",
       G_CALLBACK(+[](GObject*, GParamSpec*, Impl* self) { self->presence(); }),
       impl);
+  impl->startHistory();
   impl->presence();
   impl->scan();
   return true;

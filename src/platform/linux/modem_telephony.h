@@ -8,15 +8,21 @@
 // direction is isOutgoing, the call state is the platform's status number
 // (dialling and ringing-out 3, ringing-in and waiting 4, active 1, held 2,
 // terminated 5 then 6) and the number's record in the device root's
-// address book is abUID. A call whose state is not yet known is announced
-// when it becomes known.
+// address book is abUID (looked up without waiting for a lock: an address
+// book that cannot be read at once leaves abUID -1 and sets contactUnknown). A
+// call whose state is not yet known is announced when it becomes known.
 //
 // disconnect() hangs up that call (Call.Hangup), disconnectAll() hangs up
 // every call of every modem (Modem.Voice.HangupAll); both answer at once and
 // the modem's state changes follow. A call that ends is written into the
 // device root's call-history database (of the device's system generation)
-// before its ending is delivered, as the platform does; a call object that
-// disappears from the bus ends the call.
+// before its ending is delivered, as the platform does, when the database
+// takes it without waiting; when another program holds the database (or it
+// is full) the row is kept in call order, across restarts, and written as
+// soon as it can be (call_history_queue.h): the main loop never waits on
+// it. A call object that disappears from the bus ends the call; calls still
+// waiting for their turn when their modem (or ModemManager) goes are
+// dropped unannounced.
 //
 // Starting without ModemManager on the bus is not an error: the service is
 // followed from the moment it appears (and again after it restarts), and
@@ -55,7 +61,9 @@ class ModemTelephony final : public Telephony {
   void onPresence(std::function<void(bool)> callback) {
     presence_ = std::move(callback);
   }
-  // Called with one line when something ModemManager was asked for failed.
+  // Called with one line when something ModemManager was asked for failed,
+  // or the call history refused rows (then from the history's writer
+  // thread).
   void onProblem(std::function<void(const std::string&)> callback) {
     problem_ = std::move(callback);
   }

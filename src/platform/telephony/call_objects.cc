@@ -144,6 +144,8 @@ void registerTelephonyClasses(rt::Runtime& runtime) {
              [](const rt::Id& s) { return infoOf(s).destinationID; });
   rt::define(runtime, T::abUID,
              [](const rt::Id& s) { return infoOf(s).abUID; });
+  rt::define(runtime, T::contactUnknown,
+             [](const rt::Id& s) { return infoOf(s).contactUnknown; });
   rt::define(runtime, T::isBlocked,
              [](const rt::Id& s) { return infoOf(s).isBlocked; });
   rt::define(runtime, T::isOutgoing,

@@ -4,7 +4,8 @@
 //   TUCallCenter  +sharedInstance; incomingCall, incomingVideoCall (the
 //                 ringing voice / video call, nil when none)
 //   TUCall        status (int), destinationID (optional text, nullopt for
-//                 a withheld number), abUID (int, -1 no contact), isBlocked,
+//                 a withheld number), abUID (int, -1 no contact),
+//                 contactUnknown (the address book was unreadable), isBlocked,
 //                 isOutgoing, call (its CTCall handle, nil for a video
 //                 call), localizedLabel (optional text: the contact's label
 //                 of the number, nullopt when none)

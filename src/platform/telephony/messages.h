@@ -31,6 +31,9 @@ struct TUCall {
       kName, "destinationID"};
   // The caller's address-book record, -1 when not a contact.
   static constexpr rt::Message<int()> abUID{kName, "abUID"};
+  // The address book could not be read for this call: abUID -1 does not
+  // mean a stranger.
+  static constexpr rt::Message<bool()> contactUnknown{kName, "contactUnknown"};
   // On the platform's own blocked-callers list.
   static constexpr rt::Message<bool()> isBlocked{kName, "isBlocked"};
   static constexpr rt::Message<bool()> isOutgoing{kName, "isOutgoing"};

@@ -49,6 +49,10 @@ struct CallInfo {
   // The address-book record whose phone number is the remote number; -1
   // when none.
   int32_t abUID = -1;
+  // The address book could not be read when the call was looked up (locked
+  // by another process, or damaged): abUID -1 then says nothing about
+  // whether the caller is a contact.
+  bool contactUnknown = false;
   // The stored label of that phone number ("_$!<Mobile>!$_", or as typed);
   // empty when none.
   std::string contactLabel;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/ui/button.h"
 #include "platform/ui/canvas.h"
 #include "platform/ui/text_metrics.h"
 
@@ -22,52 +23,91 @@ bool dark(const std::optional<Color>& c) {
 
 }  // namespace
 
+namespace {
+
+// Where an alert's parts go on a screen of `screen`: the box, the height of
+// its text part, and the buttons' frames (in screen points).
+struct AlertPlaces {
+  Rect box;
+  double titleH = 0, messageH = 0, inputH = 0, bodyH = 0;
+  std::vector<Rect> buttons;
+};
+
+AlertPlaces alertPlaces(Size screen, const platform::Alert& alert) {
+  AlertPlaces p;
+  const double w = 270;
+  const size_t n = alert.buttons().size();
+  const bool sideBySide = n == 2;
+  const double rows = n == 0 ? 0 : sideBySide ? 1 : static_cast<double>(n);
+  p.titleH = alert.title.empty() ? 0 : 24;
+  p.messageH =
+      alert.message.empty()
+          ? 0
+          : 18 * std::min(6.0, 1 + textWidth(alert.message, {"Helvetica", 13}) /
+                                       (w - 32));
+  p.inputH = alert.textInput ? 36 : 0;
+  p.bodyH = 20 + p.titleH + p.messageH + p.inputH + 18;
+  const double h = p.bodyH + rows * 44;
+  p.box = {{(screen.width - w) / 2, (screen.height - h) / 2}, {w, h}};
+  const double x = p.box.origin.x, y = p.box.origin.y + p.bodyH;
+  for (size_t i = 0; i < n; ++i)
+    p.buttons.push_back(sideBySide ? Rect{{x + i * w / 2, y}, {w / 2, 44}}
+                                   : Rect{{x, y + i * 44}, {w, 44}});
+  return p;
+}
+
+}  // namespace
+
+void UIAlertPanel::layoutSubviews() {
+  for (const auto& v : std::vector<std::shared_ptr<UIView>>(subviews()))
+    v->removeFromSuperview();
+  if (!alert) return;
+  const AlertPlaces places = alertPlaces(frame().size, *alert);
+  const std::vector<std::string> titles = alert->buttons();
+  for (size_t i = 0; i < titles.size(); ++i) {
+    auto b = make<UIButton>();
+    b->setFrame(places.buttons[i]);
+    b->setTitle(titles[i]);
+    const bool cancel = static_cast<int>(i) == alert->cancelButtonIndex();
+    b->setTitleFont({cancel ? "Helvetica-Bold" : "Helvetica", 17});
+    b->setTitleColor(kTintColor);
+    b->addTarget(kTouchUpInside, [press = press, i](const rt::Id&) {
+      if (press) press(static_cast<int>(i));
+    });
+    addSubview(b);
+  }
+}
+
 void UIAlertPanel::draw(Canvas& canvas) const {
   const Size screen = frame().size;
   canvas.fill({{0, 0}, screen}, kDim);
   if (!alert) return;
-  const double w = 270;
-  const std::vector<std::string> buttons = alert->buttons();
-  const bool sideBySide = buttons.size() == 2;
-  const double rows = buttons.empty() ? 0 : sideBySide ? 1 : buttons.size();
-  const double titleH = alert->title.empty() ? 0 : 24;
-  const double messageH =
-      alert->message.empty()
-          ? 0
-          : 18 *
-                std::min(6.0, 1 + textWidth(alert->message, {"Helvetica", 13}) /
-                                      (w - 32));
-  const double inputH = alert->textInput ? 36 : 0;
-  const double bodyH = 20 + titleH + messageH + inputH + 18;
-  const double h = bodyH + rows * 44;
-  const double x = (screen.width - w) / 2, y = (screen.height - h) / 2;
-  canvas.fill({{x, y}, {w, h}}, kPanel, 13);
-  double cy = y + 20;
-  if (titleH > 0)
-    canvas.text({{x + 16, cy}, {w - 32, titleH}}, alert->title,
+  const AlertPlaces p = alertPlaces(screen, *alert);
+  const double x = p.box.origin.x, w = p.box.size.width;
+  canvas.fill(p.box, kPanel, 13);
+  double cy = p.box.origin.y + 20;
+  if (p.titleH > 0)
+    canvas.text({{x + 16, cy}, {w - 32, p.titleH}}, alert->title,
                 {"Helvetica-Bold", 17}, {0, 0, 0, 1}, TextAlignment::Center,
                 LineBreakMode::WordWrap, 0);
-  cy += titleH;
-  if (messageH > 0)
-    canvas.text({{x + 16, cy}, {w - 32, messageH}}, alert->message,
+  cy += p.titleH;
+  if (p.messageH > 0)
+    canvas.text({{x + 16, cy}, {w - 32, p.messageH}}, alert->message,
                 {"Helvetica", 13}, {0, 0, 0, 1}, TextAlignment::Center,
                 LineBreakMode::WordWrap, 0);
-  cy += messageH;
-  if (inputH > 0) {
+  cy += p.messageH;
+  if (p.inputH > 0) {
     canvas.fill({{x + 16, cy + 6}, {w - 32, 26}}, {1, 1, 1, 1}, 4);
     canvas.text({{x + 20, cy + 6}, {w - 40, 26}}, alert->inputText,
                 {"Helvetica", 13}, {0, 0, 0, 1});
   }
-  cy = y + bodyH;
+  // The lines between the buttons; the buttons draw their titles.
   const double hair = canvas.hairline();
-  for (size_t i = 0; i < buttons.size(); ++i) {
-    const bool cancel = static_cast<int>(i) == alert->cancelButtonIndex();
-    Rect r = sideBySide ? Rect{{x + i * w / 2, cy}, {w / 2, 44}}
-                        : Rect{{x, cy + i * 44}, {w, 44}};
+  for (size_t i = 0; i < p.buttons.size(); ++i) {
+    const Rect& r = p.buttons[i];
     canvas.fill({r.origin, {r.size.width, hair}}, kLine);
-    if (sideBySide && i == 1) canvas.fill({r.origin, {hair, 44}}, kLine);
-    canvas.text(r, buttons[i], {cancel ? "Helvetica-Bold" : "Helvetica", 17},
-                kTintColor, TextAlignment::Center);
+    if (p.buttons.size() == 2 && i == 1)
+      canvas.fill({r.origin, {hair, r.size.height}}, kLine);
   }
 }
 
@@ -143,6 +183,7 @@ void UIWindow::layoutSubviews() {
   if (alert) {
     auto panel = make<UIAlertPanel>();
     panel->alert = alert;
+    panel->press = pressAlertButton;
     panel->setFrame(bounds());
     addSubview(panel);
   } else if (auto sheet = UIActionSheet::presented()) {

@@ -9,6 +9,7 @@
 // (platform/render) and hit testing it see the same tree.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/platform.h"
@@ -19,12 +20,16 @@
 namespace zv::ui {
 
 // An open alert of the platform (platform::Alert) as a view: its panel
-// drawn over a dimmed screen; it takes every touch.
+// drawn over a dimmed screen, its buttons real buttons (side by side when
+// there are two, else one under the other) that call `press` with their
+// index; the panel takes every other touch.
 class UIAlertPanel : public UIView {
  public:
   static constexpr const char* kClassName = "_UIAlertControllerView";
   explicit UIAlertPanel(rt::Class* isa) : UIView(isa) {}
-  std::shared_ptr<const platform::Alert> alert;
+  std::shared_ptr<platform::Alert> alert;
+  std::function<void(int buttonIndex)> press;
+  void layoutSubviews() override;
   void draw(Canvas& canvas) const override;
 };
 
@@ -44,8 +49,10 @@ class UIWindow : public UIView {
   // Views the host shows above its controllers (the springboard's panels),
   // below the status bar.
   std::vector<std::shared_ptr<UIView>> overlays;
-  // The platform's open alert, if any.
-  std::shared_ptr<const platform::Alert> alert;
+  // The platform's open alert, if any, and what presses its buttons (the
+  // platform's own press: the alert closes, then its delegate runs).
+  std::shared_ptr<platform::Alert> alert;
+  std::function<void(int buttonIndex)> pressAlertButton;
 
   const std::shared_ptr<UIStatusBar>& statusBar();
   // The bars shown now (null when there is none).

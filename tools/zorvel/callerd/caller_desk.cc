@@ -54,6 +54,11 @@ void CallerDesk::callChanged(const CallInfo& call) {
 void CallerDesk::decide(const CallInfo& call, Followed& f) {
   const std::string head =
       "call " + std::to_string(call.id) + " from " + describe(f.caller) + ": ";
+  const std::string unknown =
+      call.contactUnknown && port_.blocksStrangers()
+          ? " (the address book could not be read: not blocked as a "
+            "stranger)"
+          : "";
   const auto& screened = port_.screenedCalls();
   auto record = std::find_if(
       screened.rbegin(), screened.rend(),
@@ -66,7 +71,7 @@ void CallerDesk::decide(const CallInfo& call, Followed& f) {
   }
   auto screen = port_.screenFor(call.id);
   if (!screen) {
-    port_.log(head + "not screened (another call is on the screen)");
+    port_.log(head + "not screened (another call is on the screen)" + unknown);
     return;
   }
   f.shown = true;
@@ -75,7 +80,7 @@ void CallerDesk::decide(const CallInfo& call, Followed& f) {
   n.summary = screen->title;
   n.body = join(screen->lines);
   port_.show(n, call.id);
-  port_.log(head + "shown");
+  port_.log(head + "shown" + unknown);
 }
 
 void CallerDesk::soundPlayed() {

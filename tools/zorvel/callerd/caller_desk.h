@@ -1,7 +1,9 @@
 // What `zorvel callerd` makes of each call the in-call service heard of,
 // told after the host has handled the change: the decision on a call that
 // rings in (blocked: its screen was replaced; shown: its call screen is up;
-// not screened: another call's screen is up) as one log line, the call
+// not screened: another call's screen is up) as one log line (which says
+// when a caller was let through the strangers rule because the address
+// book could not be read), the call
 // screen's text as a desktop notification while the call rings, one quiet
 // reminder notification when the host plays the blocked-call reminder, and
 // a notification that stays for a call that rang on screen and ended
@@ -36,6 +38,8 @@ class CallerDesk {
     virtual std::optional<ScreenText> screenFor(platform::CallId id) const = 0;
     // The title of the missed-call bulletin of `call`.
     virtual std::string missedTitle(const platform::CallInfo& call) = 0;
+    // Blocking is on and blocks callers that are not contacts.
+    virtual bool blocksStrangers() const = 0;
     virtual void show(const DesktopNotification& n, uint64_t key) = 0;
     virtual void close(uint64_t key) = 0;
     virtual void log(const std::string& line) = 0;

@@ -9,7 +9,9 @@
 //
 // Without ModemManager on the bus it says once that it waits, and follows
 // the service from when it appears. Settings, lists and area changes reach
-// it through the "ZV..." notifications like any host.
+// it through the "ZV..." notifications like any host. The user's contacts
+// (Evolution Data Server) and sounds and vibration (feedbackd) come in
+// through phone_setup/phone_services.h.
 #include <gio/gio.h>
 #include <glib-unix.h>
 
@@ -29,6 +31,7 @@
 #include "tools/zorvel/callerd/caller_desk.h"
 #include "tools/zorvel/callerd/desktop_notifications.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/phone_setup/phone_services.h"
 
 namespace zv::cli {
 namespace {
@@ -37,6 +40,7 @@ struct CallerdOptions {
   std::string root;
   std::string bus = "system";
   bool echo = false;
+  PhoneServices::Options phone;
 };
 
 class Desk final : public CallerDesk::Port {
@@ -90,6 +94,12 @@ class Desk final : public CallerDesk::Port {
       }
     }
     return title;
+  }
+
+  bool blocksStrangers() const override {
+    auto settings = ZVIncomingCallSettings::sharedInstance();
+    return settings && settings->EnableBlacklist() &&
+           settings->BlacklistBlockStrangers();
   }
 
   void show(const DesktopNotification& n, uint64_t key) override {
@@ -174,7 +184,12 @@ void run(const CallerdOptions& options) {
   platform::observeCallStatus([&desk](const rt::Id& call) {
     if (auto info = platform::callInfo(call)) desk.callChanged(*info);
   });
-  platform.onSystemSound([&desk](uint32_t) { desk.soundPlayed(); });
+  // The user's contacts and feedbackd, when the session has them.
+  GDBusConnection* sessionBus = connect(G_BUS_TYPE_SESSION, "session");
+  PhoneServices phone(
+      sessionBus, options.phone, [&desk] { desk.soundPlayed(); },
+      [&port](const std::string& line) { port.log(line); });
+  g_object_unref(sessionBus);
 
   auto stop = [](gpointer) -> gboolean {
     platform::LinuxPlatform::instance().quit();
@@ -185,7 +200,6 @@ void run(const CallerdOptions& options) {
   port.log("in-call service started on " + platform.root());
   platform.run();
   port.log("in-call service stopped");
-  platform.onSystemSound(nullptr);
 }
 
 Registration reg([](CLI::App& app) {
@@ -198,6 +212,11 @@ Registration reg([](CLI::App& app) {
   cmd->add_option("--bus", options->bus,
                   "the bus ModemManager is on: system (default) or session")
       ->check(CLI::IsMember({"system", "session"}));
+  cmd->add_flag("!--no-contacts", options->phone.contacts,
+                "do not keep the address book in step with Evolution Data "
+                "Server");
+  cmd->add_flag("!--no-feedback", options->phone.feedback,
+                "do not play sounds and vibration through feedbackd");
   cmd->add_flag("--echo", options->echo,
                 "also print each log line on standard output");
   cmd->callback([options] { run(*options); });

@@ -8,15 +8,17 @@
 // One output line per number: the area text (an empty line for none);
 // with --tsv "number<TAB>area<TAB>location<TAB>type"; with --json
 // {"number","area","location","type"} (null for what is not known). A
-// number that is not valid UTF-8 gets an error line (an empty line, a TSV
-// line of the number alone, or {"number","error"}) and a message on stderr;
-// the rest are still answered, and the exit status is then 1.
+// number that is not valid UTF-8, or has no keypad character at all ("abc",
+// ""), gets an error line (an empty line, a TSV line of the number alone,
+// or {"number","error"}) and a message on stderr; the rest are still
+// answered, and the exit status is then 1.
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "area/area_loader.h"
+#include "core/number_utils.h"
 #include "core/settings.h"
 #include "core/settings_catalogue.h"
 #include "platform/platform.h"
@@ -27,6 +29,7 @@ namespace zv::cli {
 namespace {
 
 constexpr char kBadUtf8[] = "not valid UTF-8";
+constexpr char kNoNumber[] = "not a phone number";
 
 struct AreaOptions {
   std::string root, db;
@@ -70,13 +73,16 @@ class Answers {
 
   void answer(const std::string& number) {
     ++line_;
-    if (!validUtf8(number)) {
+    const char* error = !validUtf8(number)             ? kBadUtf8
+                        : keypadString(number).empty() ? kNoNumber
+                                                       : nullptr;
+    if (error) {
       ++failed_;
       std::fprintf(stderr, "zorvel: %s %zu: %s\n",
-                   o_.numbers.empty() ? "line" : "number", line_, kBadUtf8);
+                   o_.numbers.empty() ? "line" : "number", line_, error);
       const std::string shown = replaceInvalidUtf8(number);
       if (o_.json)
-        writeOut(Json{{"number", shown}, {"error", kBadUtf8}}.dump() + "\n");
+        writeOut(jsonLine(Json{{"number", shown}, {"error", error}}));
       else if (o_.tsv)
         writeOut(shown + "\t\t\t\n");
       else
@@ -97,12 +103,10 @@ class Answers {
     // the location, not a line type.
     if (type && location && *type == *location) type.reset();
     if (o_.json) {
-      writeOut(Json{{"number", number},
-                    {"area", orNull(area)},
-                    {"location", orNull(location)},
-                    {"type", orNull(type)}}
-                   .dump() +
-               "\n");
+      writeOut(jsonLine(Json{{"number", number},
+                             {"area", orNull(area)},
+                             {"location", orNull(location)},
+                             {"type", orNull(type)}}));
     } else {
       writeOut(number + "\t" + area.value_or("") + "\t" +
                location.value_or("") + "\t" + type.value_or("") + "\n");
@@ -127,7 +131,6 @@ class Answers {
 void run(const AreaOptions& o) {
   if (o.json && o.tsv) throw UsageError("--json and --tsv exclude each other");
   applyRoot(o.root);
-  warnUnparsable(ZVSettings::kPath, "settings file");
   warnUnparsable(ZVAreaLoader::kCustomAreaPath, "area overrides file");
   auto loader = ZVAreaLoader::sharedInstance();
   openDatabase(*loader, o.db);

@@ -15,39 +15,14 @@
 #include "platform/plist.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/device_root.h"
+#include "tools/zorvel/install_layout.h"
+#include "tools/zorvel/output.h"
 
 namespace zv::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The folder of this program: zvtool and the data are found beside it (the
-// build folder) or in the installed layout (bin/ and share/zorvel/).
-fs::path programFolder() {
-  std::error_code ec;
-  fs::path self = fs::read_symlink("/proc/self/exe", ec);
-  return ec ? fs::path() : self.parent_path();
-}
-
-// Data that `create` installs when no file is named: the copy in the
-// bundled sample device, or the installed copy.
-std::string dataFile(const char* devicePath, const char* installedName) {
-  const fs::path sample =
-      fs::path(ZV_SAMPLE_ROOT) / fs::path(devicePath).relative_path();
-  if (fs::is_regular_file(sample)) return sample.string();
-  const fs::path installed =
-      programFolder() / "../share/zorvel" / installedName;
-  return fs::is_regular_file(installed) ? installed.string() : "";
-}
-
-std::string findZvtool() {
-  for (const fs::path& candidate :
-       {programFolder() / "zvtool", programFolder() / "../libexec/zvtool"})
-    if (fs::is_regular_file(candidate) &&
-        ::access(candidate.c_str(), X_OK) == 0)
-      return candidate.string();
-  return "";
-}
 
 struct CreateArgs {
   std::string dir, zvtool;
@@ -61,7 +36,11 @@ void checkTarget(const CreateArgs& args) {
   if (!fs::exists(status)) return;
   if (!fs::is_directory(status))
     throw CommandError(args.dir + " exists and is not a folder");
-  if (!fs::is_empty(args.dir, ec) && !args.force)
+  if (fs::is_empty(args.dir, ec)) return;
+  // --force writes over a device, never over a folder of other files.
+  if (!isDeviceRoot(args.dir))
+    throw CommandError(args.dir + " is not empty and not a device root");
+  if (!args.force)
     throw CommandError(args.dir +
                        " is not empty (--force writes the device over it)");
 }
@@ -119,10 +98,11 @@ void create(const CreateArgs& args) {
   if (!plist::writeFile(flags, Value(Dict{{"EnableSearch", true},
                                           {ZVSearcher::kChangedKey, true}})))
     throw CommandError("cannot write " + flags);
-  std::printf(
-      "%s: %d contacts, %d numbers, %d pictures, %d calls (%d missed)\n",
-      args.dir.c_str(), s.contacts, s.phoneNumbers, s.pictures, s.calls,
-      s.missedCalls);
+  writeOut(args.dir + ": " + std::to_string(s.contacts) + " contacts, " +
+           std::to_string(s.phoneNumbers) + " numbers, " +
+           std::to_string(s.pictures) + " pictures, " +
+           std::to_string(s.calls) + " calls (" +
+           std::to_string(s.missedCalls) + " missed)\n");
 }
 
 Registration reg([](CLI::App& app) {
@@ -135,15 +115,24 @@ Registration reg([](CLI::App& app) {
       "installed data and zvtool, and the dial-pad search switched on.");
   cmd->add_option("DIR", args->dir, "device root folder to write")->required();
   cmd->add_flag("--force", args->force,
-                "write over a folder that is not empty (the files of a device "
-                "are replaced, the earlier contacts cache removed)");
+                "write over an existing device (its files are replaced, the "
+                "earlier contacts cache removed); a folder of other files is "
+                "always refused");
   cmd->add_option("--contacts", args->options.contacts, "number of contacts")
       ->check(CLI::Range(0, 10000000))
       ->capture_default_str();
   cmd->add_option("--calls", args->options.calls, "number of calls")
       ->check(CLI::Range(0, 10000000))
       ->capture_default_str();
-  cmd->add_option("--seed", args->options.seed, "random seed")
+  cmd->add_option("--seed", args->options.seed, "random seed (0 or more)")
+      ->check(CLI::Validator(
+          [](std::string& value) {
+            // strtoull would take "-1" as the largest seed.
+            return value.find_first_not_of("0123456789") == std::string::npos
+                       ? std::string()
+                       : "a seed is a whole number of 0 or more, not " + value;
+          },
+          "SEED"))
       ->capture_default_str();
   cmd->add_option("--table", args->options.tableFile,
                   "reading table to install (default: the sample device's)");

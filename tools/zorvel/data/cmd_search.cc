@@ -78,7 +78,6 @@ void warn(const std::string& line) {
 // answer worth giving; a missing reading table only loses the readings of
 // names (said on stderr).
 void checkFiles() {
-  warnUnparsable(ZVSettings::kPath, "settings file");
   warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
   const std::string book =
       platform::current().path(platform_schema::kAddressBookPath);

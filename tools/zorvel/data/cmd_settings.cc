@@ -1,8 +1,9 @@
 // zorvel settings: the effective value of every settings key on a device,
 // grouped by settings class, and whether it came from the settings file or
 // the built-in default; then the keypad's own flags (EnableSearch,
-// AddressBookChanged) from zorvel.keypad.plist. Reads only; nothing is
-// written to the device.
+// AddressBookChanged) from zorvel.keypad.plist. The listing reads only; nothing
+// is written to the device. (Its actions, which change one key, are
+// phone_setup/settings_edit.h.)
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -18,27 +19,18 @@
 #include "platform/plist.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/output.h"
+#include "tools/zorvel/phone_setup/settings_edit.h"
 
 namespace zv::cli {
 namespace {
-
-// The shortest text that reads back as the same float ("0.3", not
-// "0.300000011920929").
-std::string floatText(double value) {
-  const float f = static_cast<float>(value);
-  char buf[32];
-  for (int precision = 1; precision <= 9; ++precision) {
-    std::snprintf(buf, sizeof buf, "%.*g", precision, f);
-    if (std::strtof(buf, nullptr) == f) break;
-  }
-  return buf;
-}
 
 std::string plainText(const SettingInfo& info, const Value& value) {
   if (info.type == "boolean") return value.boolValue() ? "true" : "false";
   if (info.type == "float") return floatText(value.doubleValue());
   if (info.type == "string")
-    return nlohmann::ordered_json(value.stringValue()).dump();
+    return nlohmann::ordered_json(value.stringValue())
+        .dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
   return value.stringValue();
 }
 
@@ -86,8 +78,7 @@ FileState readState(const std::string& devicePath, const char* what) {
     f.status = "loaded";
   } else {
     f.status = "unparsable";
-    std::fprintf(stderr, "zorvel: %s %s does not parse; showing defaults\n",
-                 what, f.path.c_str());
+    warnUnparsable(devicePath.c_str(), what);
   }
   return f;
 }
@@ -165,7 +156,10 @@ void printJson(const std::vector<ClassListing>& classes,
   doc["keypadFlags"] = {{"file", flagsFile},
                         {"fileStatus", flagsStatus},
                         {"keys", jsonKeys(keypad.keys)}};
-  std::cout << doc.dump(2) << "\n";
+  // A text of the file that is not UTF-8 is shown with U+FFFD.
+  writeOut(doc.dump(2, ' ', false,
+                    nlohmann::ordered_json::error_handler_t::replace) +
+           "\n");
 }
 
 struct Options {
@@ -207,7 +201,11 @@ Registration reg([](CLI::App& app) {
   addRootOption(*cmd, options->root);
   cmd->add_flag("--json", options->json,
                 "print one JSON document {file, fileStatus, classes}");
-  cmd->callback([options] { run(*options); });
+  // get/set/unset/keys change or read one key; without one, the listing.
+  addSettingsEdits(*cmd);
+  cmd->callback([options, cmd] {
+    if (cmd->get_subcommands().empty()) run(*options);
+  });
 });
 
 }  // namespace

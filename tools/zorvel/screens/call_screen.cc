@@ -177,7 +177,11 @@ std::string CallScreen::render(const ordered_json& s) {
     for (const auto& [key, value] : e.items()) {
       if (key == "type") continue;
       out << " "
-          << (value.is_string() ? value.get<std::string>() : value.dump());
+          << (value.is_string()
+                  ? value.get<std::string>()
+                  : value.dump(
+                        -1, ' ', false,
+                        nlohmann::ordered_json::error_handler_t::replace));
     }
     out << "\n";
   }

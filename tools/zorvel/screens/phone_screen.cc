@@ -161,7 +161,7 @@ std::string PhoneScreen::render(const json& s) {
   if (s.contains("menu")) {
     std::string menu;
     for (size_t i = 0; i < s["menu"].size(); ++i)
-      menu += (i ? " " : "") + ("[" + std::to_string(i) + "] ") +
+      menu += (i ? " " : "") + ("[" + std::to_string(i + 1) + "] ") +
               s["menu"][i].get<std::string>();
     add("menu", menu);
   }

@@ -1,6 +1,5 @@
 #include "tools/zorvel/screens/pictures.h"
 
-#include <dlfcn.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,32 +9,10 @@
 #include <fstream>
 
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/libraries.h"
 
 namespace zv::cli {
-namespace {
-
 namespace fs = std::filesystem;
-
-// libzvrender.so beside the program (the build tree) or in the lib/
-// directory beside its bin/ (an installation).
-void* openLibrary() {
-  std::error_code ec;
-  const fs::path self = fs::read_symlink("/proc/self/exe", ec);
-  std::string tried;
-  for (const fs::path& candidate :
-       {self.parent_path() / "libzvrender.so",
-        self.parent_path().parent_path() / "lib" / "libzvrender.so"}) {
-    if (ec || !fs::exists(candidate)) continue;
-    if (void* handle = dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL))
-      return handle;
-    tried = dlerror();
-  }
-  throw CommandError(
-      "--png: cannot load the drawing library" +
-      (tried.empty() ? std::string(" libzvrender.so") : ": " + tried));
-}
-
-}  // namespace
 
 void addPngOption(CLI::App& command, std::string& dir) {
   command.add_option("--png", dir,
@@ -69,10 +46,9 @@ Pictures::Pictures(const std::string& dir) : dir_(dir) {
   if (access(dir.c_str(), W_OK | X_OK) != 0)
     throw UsageError("--png: cannot write to " + dir + ": " +
                      std::strerror(errno));
-  library_ = openLibrary();
+  library_ = openBesideProgram("libzvrender.so", "--png");
   auto create = reinterpret_cast<render::Renderer* (*)()>(
-      dlsym(library_, "zvCreateRenderer"));
-  if (!create) throw CommandError("--png: the drawing library has no entry");
+      entryOf(library_, "zvCreateRenderer", "--png"));
   renderer_.reset(create());
 }
 

@@ -1,10 +1,10 @@
 #include "tools/zorvel/sessions/call_actions.h"
 
 #include <charconv>
-#include <cmath>
 #include <map>
 
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
@@ -12,7 +12,11 @@ namespace {
 using Kind = CallAction::Kind;
 
 [[noreturn]] void bad(const std::string& action, const std::string& why) {
-  throw CommandError("bad action " + action + ": " + why, 2);
+  throw UsageError("bad action " + action + ": " + why);
+}
+
+[[noreturn]] void unknown(const std::string& action) {
+  throw UsageError("unknown action " + action);
 }
 
 CallAction actionOf(Kind kind, const std::string& text) {
@@ -86,7 +90,7 @@ std::vector<CallAction> parseCallActions(const std::vector<std::string>& args) {
     }
     std::vector<std::string> parts = splitColons(action);
     const std::string& verb = parts[0];
-    if (parts.size() < 2) bad(action, "unknown action");
+    if (parts.size() < 2) unknown(action);
     if (verb == "incoming") {
       actions.push_back(parseIncoming(action, parts));
       continue;
@@ -101,14 +105,8 @@ std::vector<CallAction> parseCallActions(const std::vector<std::string>& args) {
       a.number = arg;
       actions.push_back(a);
     } else if (verb == "wait") {
-      double seconds = -1;
-      auto [end, ec] =
-          std::from_chars(arg.data(), arg.data() + arg.size(), seconds);
-      if (arg.empty() || ec != std::errc() || end != arg.data() + arg.size() ||
-          !std::isfinite(seconds) || seconds < 0)
-        bad(action, "wait: needs a number of seconds");
       CallAction a = actionOf(Kind::Wait, action);
-      a.seconds = seconds;
+      a.seconds = actionSeconds(arg, action);
       actions.push_back(a);
     } else if (verb == "notify") {
       if (arg.empty()) bad(action, "notify: needs a notification name");
@@ -116,7 +114,7 @@ std::vector<CallAction> parseCallActions(const std::vector<std::string>& args) {
       a.name = arg;
       actions.push_back(a);
     } else {
-      bad(action, "unknown action");
+      unknown(action);
     }
   }
   return actions;

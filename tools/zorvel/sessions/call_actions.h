@@ -1,6 +1,6 @@
 // The actions of a `zorvel call` session, parsed and checked all together
 // before the first one runs: a bad action anywhere makes the whole session
-// a usage error (CommandError with code 2) and nothing happens.
+// a usage error and nothing happens.
 //
 //   incoming:NUMBER[:contact=ID][:platform-blocked]   a call arrives; an
 //       empty NUMBER is a hidden caller; without contact= the caller is
@@ -46,7 +46,7 @@ struct CallAction {
   std::string name;                // notify
 };
 
-// Throws CommandError (code 2) naming the first bad action.
+// Throws UsageError naming the first bad action.
 std::vector<CallAction> parseCallActions(const std::vector<std::string>& args);
 
 }  // namespace zv::cli

@@ -26,21 +26,12 @@
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
 #include "tools/zorvel/sessions/call_actions.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
 
 using Kind = CallAction::Kind;
-
-struct CallOptions {
-  std::string root;
-  std::string screen = "4.7";
-  std::string os = "8.1";
-  bool json = false;
-  bool fresh = false;
-  std::string png;
-  std::vector<std::string> actions;
-};
 
 // How long the host has been running when the session begins.
 constexpr double kSettleSeconds = 60;
@@ -61,10 +52,6 @@ double sessionEpoch(const std::string& root, const std::string& os) {
   const double date =
       newest.real(0) + (store ? schema::kReferenceDateOffset : 0);
   return std::max(kFirstEpoch, std::ceil(date) + 3600);
-}
-
-platform::DeviceFacts deviceFor(const CallOptions& o) {
-  return sessionDevice(o.os, o.screen);
 }
 
 // The newest call of the device in one of `statuses`, incoming or outgoing
@@ -186,60 +173,44 @@ class Session {
   platform::SimProcess* springboard_;
 };
 
+struct CallOptions : SessionOptions {
+  bool fresh = false;
+};
+
 void run(const CallOptions& options) {
   // Everything is checked before the first action runs.
   const std::vector<CallAction> actions = parseCallActions(options.actions);
-  const platform::DeviceFacts facts = deviceFor(options);
-  Pictures pictures(options.png);
-  applyRoot(options.root);
-
-  const std::string root = platform::LinuxPlatform::instance().root();
-  platform::SimWorld world(root, sessionEpoch(root, options.os));
+  SessionRunner runner(options);
+  runner.world(sessionEpoch(runner.root(), options.os));
   const bool springboard = options.os == "7.1";
-  auto& process = hosts::launchSimulated(
-      world,
-      springboard ? hosts::springboardHost() : hosts::inCallServiceHost(),
-      facts, ZorvelInitializer);
+  auto& process = runner.launch(springboard ? hosts::springboardHost()
+                                            : hosts::inCallServiceHost());
   // On 8.x the missed-call banners are the springboard's.
   platform::SimProcess* beside =
-      springboard ? nullptr
-                  : &hosts::launchSimulated(world, hosts::springboardHost(),
-                                            facts, ZorvelInitializer);
-  world.advance(options.fresh ? 0 : kSettleSeconds);
+      springboard ? nullptr : &runner.launch(hosts::springboardHost());
+  runner.world().advance(options.fresh ? 0 : kSettleSeconds);
   auto* host = process.run([]() -> hosts::CallScreenHost* {
     return dynamic_cast<hosts::CallScreenHost*>(
         ui::UIApplication::shared().get());
   });
   if (!host) throw CommandError("the call-screen host did not start");
-  CallScreen screen(world, *host);
+  CallScreen screen(runner.world(), *host);
   screen.skipEvents();  // what start-up did is not news
 
-  Session session(world, process, *host, beside);
-  for (const auto& action : actions) {
-    auto note = session.perform(action);
-    world.advance(0);
-    auto s = process.run([&] { return screen.capture(); });
-    const std::string picture = process.run([&] {
-      return pictures.take(action.text,
-                           [&] { return callScene(process, *host); });
-    });
-    if (options.json) {
-      Pictures::addTo(s, picture);
-      nlohmann::ordered_json out{{"action", action.text}};
-      out.update(s);
-      if (note) out["note"] = *note;
-      std::cout << out.dump() << "\n";
-    } else {
-      std::cout << "> " << action.text << "\n";
-      if (note) std::cout << "  (" << *note << ")\n";
-      std::cout << CallScreen::render(s) << Pictures::line(picture);
-    }
-  }
-  std::cout.flush();
-  if (!std::cout) throw CommandError("cannot write the session");
+  Session session(runner.world(), process, *host, beside);
+  runner.play(
+      options.actions, [&](size_t i) { return session.perform(actions[i]); },
+      [&](const std::string& action) {
+        Frame f;
+        f.screen = process.run([&] { return screen.capture(); });
+        f.text = CallScreen::render(f.screen);
+        f.picture = runner.picture(process, action,
+                                   [&] { return callScene(process, *host); });
+        return f;
+      });
   // A call the device could not record is a failed command, however the
   // screens went.
-  for (const auto& event : world.events("log"))
+  for (const auto& event : runner.world().events("log"))
     if (event.detail.starts_with("call history not written"))
       throw CommandError(event.detail);
 }
@@ -248,21 +219,18 @@ Registration reg([](CLI::App& app) {
   auto options = std::make_shared<CallOptions>();
   auto* cmd = app.add_subcommand(
       "call",
-      "play incoming and outgoing calls on the simulated call screens and "
-      "print what happens");
-  addRootOption(*cmd, options->root);
-  cmd->add_option("--os", options->os,
-                  "system version: 7.1 (springboard) or 8.1 (in-call service)");
-  cmd->add_option("--screen", options->screen, "screen size: 3.5, 4, 4.7, 5.5");
-  cmd->add_flag("--json", options->json, "one JSON object per action");
-  addPngOption(*cmd, options->png);
+      "Play incoming and outgoing calls on the simulated call screens (the "
+      "springboard on 7.1, the in-call service on 8.1) and print what "
+      "happens after each action. Saved ring durations and call records "
+      "land on the device; --scratch runs it on a copy.");
+  addSessionOptions(
+      *cmd, *options,
+      "incoming:NUMBER[:contact=ID][:platform-blocked] answer decline "
+      "hangup outgoing:NUMBER connect hold resume end wait:SECONDS lock "
+      "unlock notify:NAME message:NUMBER keypad",
+      "7.1 (springboard) or 8.1 (in-call service)");
   cmd->add_flag("--fresh", options->fresh,
                 "start at the host's launch instead of 60 s after it");
-  cmd->add_option("actions", options->actions,
-                  "incoming:NUMBER[:contact=ID][:platform-blocked] answer "
-                  "decline hangup outgoing:NUMBER connect hold resume end "
-                  "wait:SECONDS lock unlock notify:NAME message:NUMBER keypad")
-      ->required();
   cmd->callback([options] { run(*options); });
 });
 

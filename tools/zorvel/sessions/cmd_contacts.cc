@@ -4,8 +4,8 @@
 // in order and prints the screen after each: the contacts list with the
 // avatars, or a contact's card with the areas beside its phone labels (text,
 // or one JSON object per action with --json). Actions: open:NAME-or-ID (the
-// card of that contact), back (to the list), scroll:N (the list N rows
-// down), wait:SECONDS.
+// card of that contact), back (to the list), scroll:ROWS (the list that
+// many rows down), wait:SECONDS.
 #include <iostream>
 #include <string>
 #include <vector>
@@ -20,6 +20,7 @@
 #include "tools/zorvel/screens/list_screens.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
@@ -35,16 +36,6 @@ struct Action {
   double amount = 0;
 };
 
-double parseAmount(const std::string& text, const std::string& action) {
-  try {
-    size_t used = 0;
-    const double v = std::stod(text, &used);
-    if (used == text.size() && v >= 0) return v;
-  } catch (const std::exception&) {
-  }
-  throw UsageError("bad number in action " + action);
-}
-
 // Every action is checked before the session starts.
 std::vector<Action> parseActions(const std::vector<std::string>& actions) {
   std::vector<Action> out;
@@ -54,9 +45,10 @@ std::vector<Action> parseActions(const std::vector<std::string>& actions) {
     else if (a == "back")
       out.push_back({Action::kBack, ""});
     else if (a.rfind("scroll:", 0) == 0)
-      out.push_back({Action::kScroll, "", parseAmount(a.substr(7), a)});
+      out.push_back({Action::kScroll, "",
+                     static_cast<double>(actionCount(a.substr(7), a))});
     else if (a.rfind("wait:", 0) == 0)
-      out.push_back({Action::kWait, "", parseAmount(a.substr(5), a)});
+      out.push_back({Action::kWait, "", actionSeconds(a.substr(5), a)});
     else
       throw UsageError("unknown action " + a);
   }
@@ -80,8 +72,7 @@ std::shared_ptr<hosts::MembersViewController> listOf(
       nav.viewControllers().front());
 }
 
-void perform(const Action& a, const std::string& action, bool phone,
-             platform::SimWorld& world) {
+void perform(const Action& a, bool phone, platform::SimWorld& world) {
   auto nav = navigation(phone);
   auto list = nav ? listOf(*nav) : nullptr;
   if (!list) throw CommandError("the host shows no contacts list");
@@ -113,21 +104,14 @@ void perform(const Action& a, const std::string& action, bool phone,
 }
 
 void run(const ContactsOptions& o) {
-  if (o.host == "messages")
-    throw UsageError("the Messages host does not show contacts yet");
   if (o.host != "contacts" && o.host != "phone")
     throw UsageError("unknown host " + o.host + " (use phone or contacts)");
-  auto facts = sessionDevice(o.os, o.screen, {"7.0", "7.1", "8.1"});
-  facts.textSizeStep = o.textSize;
   const std::vector<Action> actions = parseActions(o.actions);
   const bool phone = o.host == "phone";
-  Pictures pictures(o.png);
-
-  applyRoot(o.root);
-  platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& proc = hosts::launchSimulated(
-      world, phone ? hosts::phoneHost() : hosts::contactsHost(), facts,
-      ZorvelInitializer);
+  SessionRunner runner(o, {"7.0", "7.1", "8.1"});
+  runner.facts().textSizeStep = o.textSize;
+  auto& proc =
+      runner.launch(phone ? hosts::phoneHost() : hosts::contactsHost());
   proc.run([&] {
     if (phone)
       hosts::PhoneApplication::shared()->selectTab(
@@ -135,48 +119,41 @@ void run(const ContactsOptions& o) {
     if (auto nav = navigation(phone))
       if (auto list = listOf(*nav)) list->view();
   });
-  world.advance(0);
-  auto show = [&](const std::string& action) {
-    auto screen = proc.run([&] { return contactsScreen(*navigation(phone)); });
-    const std::string picture = proc.run([&] {
-      return pictures.take(action, [&] {
-        return phone
-                   ? phoneScene(proc, *hosts::PhoneApplication::shared())
-                   : contactsScene(proc, *hosts::ContactsApplication::shared());
+  runner.world().advance(0);
+  runner.play(
+      o.actions,
+      [&](size_t i) {
+        proc.run([&] { perform(actions[i], phone, runner.world()); });
+        return std::optional<std::string>();
+      },
+      [&](const std::string& action) {
+        Frame f;
+        f.screen = proc.run([&] { return contactsScreen(*navigation(phone)); });
+        f.text = renderContacts(f.screen);
+        f.picture = runner.picture(proc, action, [&] {
+          return phone ? phoneScene(proc, *hosts::PhoneApplication::shared())
+                       : contactsScene(proc,
+                                       *hosts::ContactsApplication::shared());
+        });
+        return f;
       });
-    });
-    if (o.json) {
-      nlohmann::ordered_json out{{"action", action}};
-      out.update(screen);
-      Pictures::addTo(out, picture);
-      std::cout << out.dump() << "\n";
-    } else {
-      std::cout << "> " << action << "\n"
-                << renderContacts(screen) << Pictures::line(picture);
-    }
-  };
-  show("start");
-  for (size_t i = 0; i < actions.size(); ++i) {
-    proc.run([&] { perform(actions[i], o.actions[i], phone, world); });
-    world.advance(0);
-    show(o.actions[i]);
-  }
-  if (!std::cout.flush()) throw CommandError("cannot write the output");
 }
 
 Registration reg([](CLI::App& app) {
   auto options = std::make_shared<ContactsOptions>();
   auto* cmd = app.add_subcommand(
       "contacts",
-      "show the contacts list and cards of a simulated host, with areas and "
-      "avatars");
+      "Run actions on the contacts list and cards of a simulated host (the "
+      "Contacts app, or the Phone app's Contacts tab) and print the screen "
+      "after each, with the areas beside phone labels and the avatars.");
   options->screen = "4";
-  addSessionOptions(*cmd, *options, "7.0, 7.1 or 8.1");
+  addSessionOptions(*cmd, *options,
+                    "open:NAME-or-ID back scroll:ROWS wait:SECONDS",
+                    "7.0, 7.1 or 8.1");
   cmd->add_option("--host", options->host, "phone or contacts");
   cmd->add_option("--text-size", options->textSize,
-                  "text size in steps from the default (-3 to 3)");
-  cmd->add_option("actions", options->actions,
-                  "open:NAME-or-ID back scroll:N wait:SECONDS");
+                  "text size in steps from the default (-3 to 3)")
+      ->check(CLI::Range(-3, 3));
   cmd->callback([options] { run(*options); });
 });
 

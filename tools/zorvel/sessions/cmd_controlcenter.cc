@@ -20,11 +20,10 @@
 #include "tools/zorvel/screens/controlcenter_screen.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
-
-using ControlCenterOptions = SessionOptions;
 
 // One checked action: open, close, a tap on a button, or a wait.
 struct Action {
@@ -57,78 +56,60 @@ Action parse(const std::string& text) {
                      " (use home, multitasking, lock, cellular, "
                      "bluetooth, clock, calculator or camera)");
   }
-  if (text.starts_with("wait:")) {
-    try {
-      size_t used = 0;
-      double v = std::stod(text.substr(5), &used);
-      if (used == text.size() - 5 && v >= 0) return {Action::kWait, "", v};
-    } catch (const std::exception&) {
-    }
-    throw UsageError("bad number in action " + text);
-  }
+  if (text.starts_with("wait:"))
+    return {Action::kWait, "", actionSeconds(text.substr(5), text)};
   throw UsageError("unknown action " + text);
 }
 
-void run(const ControlCenterOptions& options) {
-  auto facts = sessionDevice(options.os, options.screen);
+void run(const SessionOptions& options) {
   std::vector<Action> actions;
   for (const auto& a : options.actions) actions.push_back(parse(a));
-  Pictures pictures(options.png);
-  applyRoot(options.root);
-  platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& sb = hosts::launchSimulated(world, hosts::springboardHost(), facts,
-                                    ZorvelInitializer);
-  world.advance(0);
+  SessionRunner runner(options);
+  auto& sb = runner.launch(hosts::springboardHost());
+  runner.world().advance(0);
   auto app = sb.run([] { return hosts::SpringBoardApplication::shared(); });
   ControlCenterScreen screen(sb, *app);
   sb.run([&] { screen.capture(); });  // what start-up did is not news
-  for (size_t i = 0; i < actions.size(); ++i) {
-    const Action& a = actions[i];
-    switch (a.kind) {
-      case Action::kOpen:
-        sb.run([&] { app->controlCenter->present(); });
-        break;
-      case Action::kClose:
-        sb.run([&] { app->controlCenter->dismiss(); });
-        break;
-      case Action::kTap:
-        // A closed Control Centre takes no taps.
-        sb.run([&] { app->controlCenter->button(a.button)->touch(); });
-        break;
-      case Action::kWait:
-        world.advance(a.seconds);
-        break;
-    }
-    world.advance(0);
-    auto s = sb.run([&] { return screen.capture(); });
-    const std::string picture = sb.run([&] {
-      return pictures.take(options.actions[i],
-                           [&] { return controlCenterScene(sb, *app); });
-    });
-    if (options.json) {
-      nlohmann::ordered_json out{{"action", options.actions[i]}};
-      out.update(s);
-      Pictures::addTo(out, picture);
-      std::cout << out.dump() << "\n";
-    } else {
-      std::cout << "> " << options.actions[i] << "\n"
-                << ControlCenterScreen::render(s) << Pictures::line(picture);
-    }
-  }
-  std::cout.flush();
-  if (!std::cout) throw CommandError("cannot write the output");
+  runner.play(
+      options.actions,
+      [&](size_t i) {
+        const Action& a = actions[i];
+        switch (a.kind) {
+          case Action::kOpen:
+            sb.run([&] { app->controlCenter->present(); });
+            break;
+          case Action::kClose:
+            sb.run([&] { app->controlCenter->dismiss(); });
+            break;
+          case Action::kTap:
+            // A closed Control Centre takes no taps.
+            sb.run([&] { app->controlCenter->button(a.button)->touch(); });
+            break;
+          case Action::kWait:
+            runner.world().advance(a.seconds);
+            break;
+        }
+        return std::optional<std::string>();
+      },
+      [&](const std::string& action) {
+        Frame f;
+        f.screen = sb.run([&] { return screen.capture(); });
+        f.text = ControlCenterScreen::render(f.screen);
+        f.picture = runner.picture(
+            sb, action, [&] { return controlCenterScene(sb, *app); });
+        return f;
+      });
 }
 
 Registration reg([](CLI::App& app) {
-  auto options = std::make_shared<ControlCenterOptions>();
+  auto options = std::make_shared<SessionOptions>();
   auto* cmd = app.add_subcommand(
       "controlcenter",
-      "run actions on the simulated springboard's Control Centre and print it");
-  addSessionOptions(*cmd, *options);
-  cmd->add_option("actions", options->actions,
-                  "open close wait:SECONDS tap:home|multitasking|lock|"
-                  "cellular|bluetooth|clock|calculator|camera")
-      ->required();
+      "Run actions on the simulated springboard's Control Centre and print "
+      "it after each.");
+  addSessionOptions(*cmd, *options,
+                    "open close wait:SECONDS tap:home|multitasking|lock|"
+                    "cellular|bluetooth|clock|calculator|camera");
   cmd->callback([options] { run(*options); });
 });
 

@@ -21,24 +21,15 @@
 #include "tools/zorvel/screens/messages_screen.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
-
-using MessagesOptions = SessionOptions;
 
 struct Action {
   std::string text, verb, argument;
   size_t first = 0, second = 0;  // parsed row numbers
 };
-
-size_t parseRow(const std::string& text, const std::string& action) {
-  if (text.empty() ||
-      text.find_first_not_of("0123456789") != std::string::npos ||
-      text.size() > 6 || std::stoul(text) == 0)
-    throw UsageError("bad row in action " + action);
-  return std::stoul(text);
-}
 
 // Checks one action's form; the session runs only when every action is good.
 Action parse(const std::string& text) {
@@ -50,12 +41,12 @@ Action parse(const std::string& text) {
     if (!bare) throw UsageError(a.verb + " takes no argument");
   } else if (a.verb == "open" || a.verb == "check" ||
              a.verb == "delete-saved") {
-    a.first = parseRow(a.argument, text);
+    a.first = actionCount(a.argument, text);
   } else if (a.verb == "pick") {
     auto colon = a.argument.find(':');
     if (colon == std::string::npos) throw UsageError("pick needs SECTION:ROW");
-    a.first = parseRow(a.argument.substr(0, colon), text);
-    a.second = parseRow(a.argument.substr(colon + 1), text);
+    a.first = actionCount(a.argument.substr(0, colon), text);
+    a.second = actionCount(a.argument.substr(colon + 1), text);
   } else if (a.verb == "to" || a.verb == "save") {
     if (a.argument.empty()) throw UsageError(a.verb + " needs a value");
   } else {
@@ -139,52 +130,44 @@ class Session {
   hosts::MessagesApplication& app_;
 };
 
-void run(const MessagesOptions& options) {
+void run(const SessionOptions& options) {
   std::vector<Action> actions;
   for (const auto& text : options.actions) actions.push_back(parse(text));
-  const auto facts = sessionDevice(options.os, options.screen);
-  Pictures pictures(options.png);
-  applyRoot(options.root);
-  platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& proc = hosts::launchSimulated(world, hosts::messagesHost(), facts,
-                                      ZorvelInitializer);
-  world.advance(0.1);
+  SessionRunner runner(options);
+  auto& proc = runner.launch(hosts::messagesHost());
+  runner.world().advance(0.1);
   auto app = proc.run([] { return hosts::MessagesApplication::shared(); });
   MessagesScreen screen(proc, *app);
   proc.run([&] { screen.capture(); });
-  for (const auto& action : actions) {
-    proc.run([&] { Session(proc, *app).perform(action); });
-    // Pictures fetched in the background land before the screen is read.
-    world.advance(0.1);
-    auto s = proc.run([&] { return screen.capture(); });
-    const std::string picture = proc.run([&] {
-      return pictures.take(action.text,
-                           [&] { return messagesScene(proc, *app); });
-    });
-    if (options.json) {
-      nlohmann::ordered_json out{{"action", action.text}};
-      out.update(s);
-      Pictures::addTo(out, picture);
-      std::cout << out.dump() << "\n";
-    } else {
-      std::cout << "> " << action.text << "\n"
-                << MessagesScreen::render(s) << Pictures::line(picture);
-    }
-  }
-  std::cout.flush();
-  if (!std::cout) throw CommandError("cannot write the output");
+  // Pictures fetched in the background land before the screen is read.
+  runner.play(
+      options.actions,
+      [&](size_t i) {
+        proc.run([&] { Session(proc, *app).perform(actions[i]); });
+        return std::optional<std::string>();
+      },
+      [&](const std::string& action) {
+        Frame f;
+        f.screen = proc.run([&] { return screen.capture(); });
+        f.text = MessagesScreen::render(f.screen);
+        f.picture = runner.picture(proc, action,
+                                   [&] { return messagesScene(proc, *app); });
+        return f;
+      },
+      0.1);
 }
 
 Registration reg([](CLI::App& app) {
-  auto options = std::make_shared<MessagesOptions>();
+  auto options = std::make_shared<SessionOptions>();
   auto* cmd = app.add_subcommand(
-      "messages", "run actions on the simulated Messages app and print it");
+      "messages",
+      "Run actions on the simulated Messages app (the conversation list, "
+      "chats, the composer and its recipient groups) and print the screen "
+      "after each. Rows and sections count from 1.");
   options->screen = "4";
-  addSessionOptions(*cmd, *options);
-  cmd->add_option("actions", options->actions,
-                  "list open:ROW new to:NUMBER group pick:SECTION:ROW "
-                  "check:ROW done save:NAME delete-saved:ROW cancel back")
-      ->required();
+  addSessionOptions(*cmd, *options,
+                    "list open:ROW new to:NUMBER group pick:SECTION:ROW "
+                    "check:ROW done save:NAME delete-saved:ROW cancel back");
   cmd->callback([options] { run(*options); });
 });
 

@@ -29,34 +29,16 @@
 #include "tools/zorvel/screens/phone_screen.h"
 #include "tools/zorvel/screens/pictures.h"
 #include "tools/zorvel/screens/scenes.h"
+#include "tools/zorvel/sessions/session.h"
 
 namespace zv::cli {
 namespace {
-
-struct PhoneOptions : SessionOptions {
-  bool scratch = false;
-};
-
-// The argument after "name:" of an action, or "" when there is none.
-std::string argumentOf(const std::string& action, const std::string& name) {
-  return action.size() > name.size() + 1 ? action.substr(name.size() + 1) : "";
-}
 
 std::string tabNames() {
   std::string names;
   for (int i = 0; i < 5; ++i)
     names += std::string(i ? ", " : "") + hosts::PhoneApplication::tabName(i);
   return names;
-}
-
-double parseNumber(const std::string& text, const std::string& action) {
-  try {
-    size_t used = 0;
-    double v = std::stod(text, &used);
-    if (used == text.size() && v >= 0) return v;
-  } catch (const std::exception&) {
-  }
-  throw UsageError("bad number in action " + action);
 }
 
 // Rejects an action that could never run, before the session starts: an
@@ -76,11 +58,9 @@ void checkAction(const std::string& action) {
       if (std::string("0123456789*#+").find(c) == std::string::npos)
         throw UsageError(std::string("type: not a keypad key: ") + c);
   } else if (verb == "select" || verb == "menu") {
-    double n = parseNumber(argumentOf(action, verb), action);
-    if (n < 1 || n != static_cast<int>(n))
-      throw UsageError(verb + ": counts from 1: " + action);
+    actionCount(argumentOf(action, verb), action);
   } else if (verb == "wait") {
-    parseNumber(argumentOf(action, "wait"), action);
+    actionSeconds(argumentOf(action, "wait"), action);
   } else if (verb == "tab") {
     std::string name = argumentOf(action, "tab");
     for (int i = 0; i < 5; ++i)
@@ -93,9 +73,7 @@ void checkAction(const std::string& action) {
     if (what == "clear" || what == "edit" || what == "done") return;
     for (const char* rowVerb : {"delete", "open"}) {
       if (what.rfind(std::string(rowVerb) + ":", 0) != 0) continue;
-      double n = parseNumber(argumentOf(what, rowVerb), action);
-      if (n < 1 || n != static_cast<int>(n))
-        throw UsageError("recents: rows count from 1: " + action);
+      actionCount(argumentOf(what, rowVerb), action);
       return;
     }
     throw UsageError("unknown action " + action);
@@ -149,25 +127,24 @@ class Session {
     } else if (action == "list") {
       if (pagerShown) pager->lcdViews()[1]->perform(ui::Gesture::TouchEnded);
     } else if (verb == "select") {
-      double row = parseNumber(argumentOf(action, "select"), action);
+      const size_t row = actionCount(argumentOf(action, "select"), action);
       auto list = controller ? controller->listView() : nullptr;
-      if (!list || list->isHidden() || row < 1 ||
-          !list->tableView()->selectRow(static_cast<size_t>(row) - 1))
+      if (!list || list->isHidden() || !list->tableView()->selectRow(row - 1))
         throw CommandError("select: no such row in an open list");
     } else if (action == "menu") {
       if (pagerShown) pager->lcdViews()[1]->perform(ui::Gesture::LongPress);
     } else if (verb == "menu") {
       // Buttons count from 1, as rows of select: do.
-      double index = parseNumber(argumentOf(action, "menu"), action) - 1;
+      const size_t index = actionCount(argumentOf(action, "menu"), action) - 1;
       auto sheet = ui::UIActionSheet::presented();
-      if (!sheet || index < 0 || index >= sheet->buttons().size())
+      if (!sheet || index >= sheet->buttons().size())
         throw CommandError("menu: no such button in an open menu");
       sheet->dismissWithClickedButtonIndex(static_cast<int>(index));
     } else if (action == "toggle") {
       if (controller && controller->onoffButton())
         controller->onoffButton()->touch();
     } else if (verb == "wait") {
-      world_.advance(parseNumber(argumentOf(action, "wait"), action));
+      world_.advance(actionSeconds(argumentOf(action, "wait"), action));
     } else if (verb == "tab") {
       std::string name = argumentOf(action, "tab");
       int tab = -1;
@@ -196,11 +173,11 @@ class Session {
   void recents(const std::string& action, const std::string& what) {
     auto list = app_.recents;
     auto rowOf = [&](const std::string& name) {
-      const double row = parseNumber(argumentOf(what, name), action);
-      if (row < 1 || row > list->manager->calls.size())
+      const size_t row = actionCount(argumentOf(what, name), action);
+      if (row > list->manager->calls.size())
         throw CommandError(action.substr(0, action.rfind(':')) +
                            ": no such row in Recents");
-      return static_cast<size_t>(row) - 1;
+      return row - 1;
     };
     if (what.rfind("delete:", 0) == 0) {
       list->deleteRow(rowOf("delete"));
@@ -248,7 +225,7 @@ class Session {
   hosts::PhoneApplication& app_;
 };
 
-void run(const PhoneOptions& options) {
+void run(const SessionOptions& options) {
   // A call action before anything that dials could never run either.
   bool mayDial = false;
   for (const auto& action : options.actions) {
@@ -258,62 +235,46 @@ void run(const PhoneOptions& options) {
                      action == "resume" || action == "end"))
       throw UsageError(action + ": no call placed before it");
   }
-  const auto facts = sessionDevice(options.os, options.screen);
-  Pictures pictures(options.png);
-  applyRoot(options.root);
-  warnUnparsable(ZVSettings::kPath, "settings file");
+  SessionRunner runner(options);
   warnUnparsable(ZVSearcher::kKeypadFlagsPath, "keypad flags file");
-  std::optional<ScratchDevice> scratch;
-  if (options.scratch) scratch.emplace();
-  platform::SimWorld world(platform::LinuxPlatform::instance().root());
-  auto& proc = world.launch("com.apple.mobilephone", facts);
-  auto app = proc.run([] {
-    return std::static_pointer_cast<hosts::PhoneApplication>(
-        hosts::launch(hosts::phoneHost(), ZorvelInitializer));
-  });
-  world.advance(0);
+  auto& proc = runner.launch(hosts::phoneHost());
+  auto app = proc.run([] { return hosts::PhoneApplication::shared(); });
+  runner.world().advance(0);
   PhoneScreen screen(proc, *app);
   proc.run([&] { screen.capture(); });  // what start-up showed is not news
-  Session session(world, proc, *app);
-  for (const auto& action : options.actions) {
-    proc.run([&] { session.perform(action); });
-    world.advance(0);
-    auto s = proc.run([&] { return screen.capture(); });
-    const std::string picture = proc.run([&] {
-      return pictures.take(action, [&] { return phoneScene(proc, *app); });
-    });
-    if (options.json) {
-      nlohmann::ordered_json out{{"action", action}};
-      out.update(s);
-      Pictures::addTo(out, picture);
-      std::cout << out.dump() << "\n";
-    } else {
-      std::cout << "> " << action << "\n"
-                << PhoneScreen::render(s) << Pictures::line(picture);
-    }
-  }
+  Session session(runner.world(), proc, *app);
+  runner.play(
+      options.actions,
+      [&](size_t i) {
+        proc.run([&] { session.perform(options.actions[i]); });
+        return std::optional<std::string>();
+      },
+      [&](const std::string& action) {
+        Frame f;
+        f.screen = proc.run([&] { return screen.capture(); });
+        f.text = PhoneScreen::render(f.screen);
+        f.picture = runner.picture(proc, action,
+                                   [&] { return phoneScene(proc, *app); });
+        return f;
+      });
 }
 
 Registration reg([](CLI::App& app) {
-  auto options = std::make_shared<PhoneOptions>();
+  auto options = std::make_shared<SessionOptions>();
   auto* cmd = app.add_subcommand(
       "phone",
-      "Run actions on the simulated Phone app's keypad and in-call screen and "
-      "print the screen after each. The session changes the device as a phone "
-      "would (calls are recorded, settings and caches written); --scratch "
-      "runs it on a copy. Every action is checked before the first one runs. "
-      "Tabs: " +
+      "Run actions on the simulated Phone app's keypad, Recents and in-call "
+      "screen and print the screen after each. The session changes the "
+      "device as a phone would (calls are recorded, settings and caches "
+      "written); --scratch runs it on a copy. Every action is checked before "
+      "the first one runs. Tabs: " +
           tabNames() + ".");
-  addSessionOptions(*cmd, *options);
-  cmd->add_flag("--scratch", options->scratch,
-                "run on a throw-away copy of the device, leaving it as it was");
-  cmd->add_option("actions", options->actions,
-                  "type:DIGITS delete longdelete call swipe:left|right list "
-                  "select:ROW menu menu:BUTTON (both counting from 1) toggle "
-                  "wait:SECONDS tab:NAME url:URL background recents:delete:ROW "
-                  "recents:clear recents:open:ROW recents:edit recents:done "
-                  "connect hold resume end")
-      ->required();
+  addSessionOptions(
+      *cmd, *options,
+      "type:DIGITS delete longdelete call swipe:left|right list select:ROW "
+      "menu menu:BUTTON (both counting from 1) toggle wait:SECONDS tab:NAME "
+      "url:URL background recents:delete:ROW recents:clear recents:open:ROW "
+      "recents:edit recents:done connect hold resume end");
   cmd->callback([options] { run(*options); });
 });
 

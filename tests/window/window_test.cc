@@ -1,0 +1,328 @@
+// zorvel window on a real X server (Xvfb) and a private D-Bus with a mocked
+// ModemManager (python3-dbusmock): keys typed with xdotool reach the
+// keypad, the window shows what `zorvel phone --png` draws for the same
+// keys (status bar masked: its clock is the real one), a tel: argument
+// opens with the number typed, and Return dials the prefixed number through
+// Voice.CreateCall and Call.Start.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/device_files.h"
+#include "support/device_people.h"
+#include "support/private_bus.h"
+#include "support/sim_fixture.h"
+#include "tools/cli_runner.h"
+
+namespace zv {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::waitUntil;
+
+constexpr char kMM[] = "org.freedesktop.ModemManager1";
+constexpr char kMMPath[] = "/org/freedesktop/ModemManager1";
+constexpr char kModem[] = "/org/freedesktop/ModemManager1/Modem/0";
+constexpr char kCallPath[] = "/org/freedesktop/ModemManager1/Call/1";
+constexpr char kVoice[] = "org.freedesktop.ModemManager1.Modem.Voice";
+constexpr char kMock[] = "org.freedesktop.DBus.Mock";
+// Mary's number as it goes out: the dialling prefix 17951 in front.
+constexpr char kDialled[] = "1795113801700000";
+
+std::string shellQuoted(const std::string& s) { return "'" + s + "'"; }
+
+class WindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(fs::exists(zorvel_)) << "zorvel is built with the tests";
+    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
+                       testing::chinaDatabase());
+    auto mary = testing::deviceContact(1, "Mary", "Jones", "13801700000");
+    testing::writeDevicePeople(
+        root_,
+        {mary, testing::deviceContact(2, "Wei", "Zhang", "13912345678")});
+    testing::writePlist(prefs("zorvel.plist"),
+                        Dict{{"EnablePrefix", true},
+                             {"PrefixNumber", "17951"},
+                             {"PrefixLocalAreaCode", "010"},
+                             // The simulated phone has no number formatter
+                             // (the Linux one has): both show digits.
+                             {"DialerFormatPhoneNubmer", false}});
+    testing::writePlist(prefs("zorvel.keypad.plist"),
+                        Dict{{"EnableSearch", true}});
+    startDisplay();
+    startModemManager();
+  }
+
+  void TearDown() override {
+    if (window_ > 0) bus_.end(window_);
+    if (xvfb_ > 0) bus_.end(xvfb_);
+    for (const char* suffix : {".x.out", ".mm.out", ".window.out"})
+      fs::remove(root_ + suffix);
+    fs::remove_all(root_);
+    // A failed comparison keeps both pictures to look at.
+    if (HasFailure()) return;
+    fs::remove(root_ + ".shot.png");
+    fs::remove_all(pictures_);
+  }
+
+  std::string prefs(const std::string& name) const {
+    return root_ + "/var/mobile/Library/Preferences/" + name;
+  }
+
+  // An X server of the test's own on a display number nobody uses.
+  void startDisplay() {
+    int n = 100 + getpid() % 800;
+    while (fs::exists("/tmp/.X11-unix/X" + std::to_string(n)) ||
+           fs::exists("/tmp/.X" + std::to_string(n) + "-lock"))
+      ++n;
+    display_ = ":" + std::to_string(n);
+    xvfb_ = bus_.spawn({"/usr/bin/Xvfb", display_, "-screen", "0",
+                        "1024x1200x24", "-nolisten", "tcp"},
+                       root_ + ".x.out");
+    ASSERT_TRUE(waitUntil(
+        [&] { return fs::exists("/tmp/.X11-unix/X" + std::to_string(n)); }, 10))
+        << "Xvfb did not start: " << testing::readFile(root_ + ".x.out");
+    // The socket appears before the server takes clients; on a busy machine
+    // a window started at once may find no display.
+    ASSERT_TRUE(waitUntil(
+        [&] {
+          return testing::runShell(
+                     "DISPLAY=" + display_ +
+                     " xdotool getdisplaygeometry >/dev/null 2>&1")
+                     .status == 0;
+        },
+        10))
+        << "Xvfb takes no clients: " << testing::readFile(root_ + ".x.out");
+    setenv("DISPLAY", display_.c_str(), 1);
+    // No accessibility bus for the window on the private bus.
+    setenv("GTK_A11Y", "none", 1);
+  }
+
+  void mock(const std::string& path, const char* method, GVariant* args) {
+    std::string error;
+    GVariant* r = bus_.call(kMM, path, kMock, method, args, &error);
+    ASSERT_TRUE(r) << method << " on " << path << ": " << error;
+    g_variant_unref(r);
+  }
+
+  // One modem whose CreateCall announces call 1 (to the number the test
+  // expects) as ModemManager does, and whose call goes to dialling on
+  // Start.
+  void startModemManager() {
+    ASSERT_TRUE(bus_.ok()) << "dbus-daemon did not start a private bus";
+    bus_.spawn({"/usr/bin/python3", "-m", "dbusmock", "--session", "-m", kMM,
+                kMMPath, kMM},
+               root_ + ".mm.out");
+    ASSERT_TRUE(waitUntil([&] { return bus_.hasOwner(kMM); }, 15))
+        << testing::readFile(root_ + ".mm.out");
+    mock(kMMPath, "AddObject",
+         g_variant_new_parsed("(%s, 'org.freedesktop.ModemManager1.Modem', "
+                              "{'State': <int32 8>}, @a(ssss) [])",
+                              kModem));
+    mock(kModem, "AddProperty",
+         g_variant_new_parsed("(%s, 'Calls', <@ao []>)", kVoice));
+    mock(kModem, "AddMethod",
+         g_variant_new("(sssss)", kVoice, "ListCalls", "", "ao",
+                       "ret = dbus.Array([], signature='o')"));
+    mock(kMMPath, "AddObject",
+         g_variant_new_parsed(
+             "(%s, 'org.freedesktop.ModemManager1.Call', "
+             "{'Number': <%s>, 'Direction': <int32 2>, 'State': <int32 0>, "
+             "'StateReason': <int32 0>, 'Multiparty': <false>}, "
+             "[('Start', '', '', \"self.UpdateProperties("
+             "'org.freedesktop.ModemManager1.Call', {'State': "
+             "dbus.Int32(1)})\")])",
+             kCallPath, kDialled));
+    const std::string create = std::string("self.EmitSignal('") + kVoice +
+                               "', 'CallAdded', 'o', [dbus.ObjectPath('" +
+                               kCallPath + "')]); ret = dbus.ObjectPath('" +
+                               kCallPath + "')";
+    mock(kModem, "AddMethod",
+         g_variant_new("(sssss)", kVoice, "CreateCall", "a{sv}", "o",
+                       create.c_str()));
+    // Announced as ModemManager announces a modem it found.
+    mock(kMMPath, "EmitSignal",
+         g_variant_new_parsed(
+             "('org.freedesktop.DBus.ObjectManager', 'InterfacesAdded', "
+             "'oa{sa{sv}}', [<%o>, <{"
+             "'org.freedesktop.ModemManager1.Modem': {'State': <int32 8>}, "
+             "%s: {'Calls': <@ao []>}}>])",
+             kModem, kVoice));
+  }
+
+  // The numbers CreateCall was asked for, and how often Start was called.
+  std::vector<std::string> created() {
+    std::vector<std::string> numbers;
+    std::string error;
+    GVariant* r = bus_.call(kMM, kModem, kMock, "GetMethodCalls",
+                            g_variant_new("(s)", "CreateCall"), &error);
+    if (!r) return numbers;
+    GVariant* calls = g_variant_get_child_value(r, 0);
+    for (gsize i = 0; i < g_variant_n_children(calls); ++i) {
+      guint64 when;
+      GVariant* args;
+      g_variant_get_child(calls, i, "(t@av)", &when, &args);
+      GVariant* props;
+      g_variant_get_child(args, 0, "v", &props);
+      const gchar* number = nullptr;
+      if (g_variant_lookup(props, "number", "&s", &number))
+        numbers.push_back(number);
+      g_variant_unref(props);
+      g_variant_unref(args);
+    }
+    g_variant_unref(calls);
+    g_variant_unref(r);
+    return numbers;
+  }
+  size_t started() {
+    std::string error;
+    GVariant* r = bus_.call(kMM, kCallPath, kMock, "GetMethodCalls",
+                            g_variant_new("(s)", "Start"), &error);
+    if (!r) return 0;
+    GVariant* calls = g_variant_get_child_value(r, 0);
+    const size_t n = g_variant_n_children(calls);
+    g_variant_unref(calls);
+    g_variant_unref(r);
+    return n;
+  }
+
+  // Opens the window; returns its X window id.
+  std::string open(const std::vector<std::string>& args) {
+    std::vector<std::string> argv = {zorvel_, "window",  "--root",   root_,
+                                     "--bus", "session", "--screen", "3.5"};
+    argv.insert(argv.end(), args.begin(), args.end());
+    window_ = bus_.spawn(argv, root_ + ".window.out");
+    std::string id;
+    waitUntil(
+        [&] {
+          auto r = testing::runShell(
+              "xdotool search --onlyvisible --name '^Phone$' | head -1");
+          id = r.out.substr(0, r.out.find('\n'));
+          return !id.empty();
+        },
+        30);
+    EXPECT_FALSE(id.empty())
+        << "no window: " << testing::readFile(root_ + ".window.out");
+    return id;
+  }
+
+  // Types `keys` (xdotool key names) into the window.
+  void press(const std::string& id, const std::string& keys) {
+    auto r = testing::runShell("xdotool windowfocus --sync " + id +
+                               " && xdotool key --delay 30 " + keys);
+    ASSERT_EQ(r.status, 0) << r.err;
+  }
+
+  // What `zorvel phone --png` draws after `actions`, as a PNG path.
+  std::string phonePicture(const std::string& actions) {
+    auto r = testing::runZorvel("phone --root " + shellQuoted(root_) +
+                                " --screen 3.5 --scratch --png " +
+                                shellQuoted(pictures_) + " " + actions);
+    EXPECT_EQ(r.status, 0) << r.err;
+    std::string last;
+    for (const auto& e : fs::directory_iterator(pictures_))
+      last = std::max(last, e.path().string());
+    return last;
+  }
+
+  // How many pixels of the window's picture differ from `png`, below the
+  // 20-point status bar (40 pixels at the phone's scale 2); -1 when the
+  // window could not be captured.
+  long differentPixels(const std::string& id, const std::string& png) {
+    const std::string shot = root_ + ".shot.png";
+    auto grab =
+        testing::runShell("import -window " + id + " " + shellQuoted(shot));
+    if (grab.status != 0) return -1;
+    auto r = testing::runShell("compare -metric AE \\( " + shellQuoted(shot) +
+                               " -crop 640x920+0+40 +repage \\) \\( " +
+                               shellQuoted(png) +
+                               " -crop 640x920+0+40 +repage \\) null: 2>&1");
+    try {
+      return std::stol(r.out);
+    } catch (const std::exception&) {
+      return -1;
+    }
+  }
+
+  // Waits for the window to show what `png` shows (it repaints on its own
+  // time); the last difference counted.
+  long settlesTo(const std::string& id, const std::string& png) {
+    long diff = -1;
+    waitUntil([&] { return (diff = differentPixels(id, png)) == 0; }, 10);
+    return diff;
+  }
+
+  std::string zorvel_ = ZV_BINARY_DIR "/zorvel";
+  std::string root_ = testing::freshRoot();
+  std::string pictures_ = testing::freshRoot();
+  std::string display_;
+  testing::PrivateBus bus_;
+  pid_t xvfb_ = -1, window_ = -1;
+};
+
+TEST_F(WindowTest, TypedKeysShowWhatThePhoneSessionDraws) {
+  // The pictures first: the window's process adds sockets to the device,
+  // which a scratch copy does not take.
+  const std::string typed = phonePicture("type:93");
+  const std::string deleted = phonePicture("type:93 delete");
+  const std::string id = open({});
+  ASSERT_FALSE(id.empty());
+  press(id, "9 3");
+  EXPECT_EQ(settlesTo(id, typed), 0)
+      << root_ << ".shot.png against " << typed << "\n"
+      << testing::readFile(root_ + ".window.out");
+  // BackSpace deletes as the keypad's delete does.
+  press(id, "BackSpace");
+  EXPECT_EQ(settlesTo(id, deleted), 0);
+}
+
+TEST_F(WindowTest, TelArgumentOpensWithTheNumberAndReturnDialsItPrefixed) {
+  const std::string typed = phonePicture("type:13801700000");
+  const std::string id = open({"tel:138-0170-0000"});
+  ASSERT_FALSE(id.empty());
+  EXPECT_EQ(settlesTo(id, typed), 0)
+      << root_ << ".shot.png against " << typed << "\n"
+      << testing::readFile(root_ + ".window.out");
+  EXPECT_TRUE(created().empty()) << "a tel: argument only types the number";
+  press(id, "Return");
+  ASSERT_TRUE(waitUntil([&] { return started() == 1; }, 5))
+      << testing::readFile(root_ + ".window.out");
+  EXPECT_EQ(created(), std::vector<std::string>{kDialled});
+}
+
+TEST_F(WindowTest, OnSevenTheInCallScreenFollowsTheModemsCall) {
+  const std::string calling = phonePicture("--os 7.1 type:13801700000 call");
+  const std::string id = open({"--os", "7.1", "tel:13801700000"});
+  ASSERT_FALSE(id.empty());
+  press(id, "Return");
+  ASSERT_TRUE(waitUntil([&] { return started() == 1; }, 5))
+      << testing::readFile(root_ + ".window.out");
+  EXPECT_EQ(settlesTo(id, calling), 0)
+      << root_ << ".shot.png against " << calling << "\n"
+      << testing::readFile(root_ + ".window.out");
+}
+
+TEST(WindowCliTest, BadArgumentsAndNoDisplayAreOneLine) {
+  struct Case {
+    std::string args;
+    int status;
+    std::string says;
+  } cases[] = {
+      {"window mailto:a@b", 2, "not a tel: URI"},
+      {"window tel:12ab", 2, "not a phone number"},
+      {"window --scale 9", 2, "--scale"},
+      {"window --os 6.0", 2, "unknown system version"},
+      {"window tel:10086", 1, "cannot open a display"},
+  };
+  for (const auto& c : cases) {
+    auto r = testing::runShell("env -u DISPLAY -u WAYLAND_DISPLAY " +
+                               std::string(ZV_BINARY_DIR "/zorvel ") + c.args);
+    EXPECT_EQ(r.status, c.status) << c.args << ": " << r.err;
+    EXPECT_EQ(r.errLines(), 1u) << c.args << ": " << r.err;
+    EXPECT_NE(r.err.find(c.says), std::string::npos) << c.args << ": " << r.err;
+  }
+}
+
+}  // namespace
+}  // namespace zv
