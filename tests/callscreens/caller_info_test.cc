@@ -24,10 +24,17 @@ constexpr const char* kArea = "广东深圳";  // the override for "0755"
 
 class CallerInfoTest : public BlockingTest {
  protected:
-  rt::Id callWithStatus(int32_t status, int32_t abUID = -1) {
-    auto c = call(kNumber, abUID);
+  rt::Id callWithStatus(int32_t status, int32_t abUID = -1,
+                        const char* number = kNumber) {
+    auto c = call(number, abUID);
     std::dynamic_pointer_cast<FakeCall>(c)->status = status;
     return c;
+  }
+  // An incoming-call screen showing `c`.
+  rt::Id screenOf(rt::Id c) {
+    auto screen = rt::create(callClass_);
+    host_->screenCalls[screen.get()] = std::move(c);
+    return screen;
   }
   Text inCall(Dict settings, int32_t status, Text label) {
     start(std::move(settings));
@@ -79,22 +86,19 @@ TEST_F(CallerInfoTest, EachScreenTakesItsOwnAreaTypeSwitch) {
   writeDeviceFile("/Library/Zorvel/Area/China", chinaDatabase());
   const char* mobile = "13001000000";
   const std::string plain = "北京市", typed = "北京市 中国联通";
-  auto withStatus = [&](int32_t status) {
-    auto c = call(mobile);
-    std::dynamic_pointer_cast<FakeCall>(c)->status = status;
-    return c;
-  };
   const std::pair<const char*, std::function<Text()>> screens[] = {
       {"AreaTypeIncomingCall",
        [&] {
-         auto screen = rt::create(callClass_);
-         host_->screenCalls[screen.get()] = call(mobile);
-         return controller_->areaIncomingCall(screen, "");
+         return controller_->areaIncomingCall(screenOf(call(mobile)), "");
        }},
       {"AreaTypeOutgoingCall",
-       [&] { return controller_->areaInCall(withStatus(3), std::nullopt); }},
+       [&] {
+         return controller_->areaInCall(callWithStatus(3, -1, mobile), {});
+       }},
       {"AreaTypeInCall",
-       [&] { return controller_->areaInCall(withStatus(1), std::nullopt); }},
+       [&] {
+         return controller_->areaInCall(callWithStatus(1, -1, mobile), {});
+       }},
       {"AreaTypeNotification",
        [&] {
          host_->contactInfo = mobile;
@@ -143,9 +147,7 @@ TEST_F(CallerInfoTest, EachDetailSwitchAddsItsOwnLine) {
     settings[key] = true;
     start(settings);
     host_->lcd = ui::make<ui::UIView>();
-    auto screen = rt::create(callClass_);
-    host_->screenCalls[screen.get()] = call(kNumber, 7);
-    controller_->infoIncomingCall(screen, "Li Lei", "mobile");
+    controller_->infoIncomingCall(screenOf(call(kNumber, 7)), "Li", "mobile");
     auto view = std::dynamic_pointer_cast<ui::UITextView>(
         host_->lcd->viewWithTag(10086));
     EXPECT_EQ(view ? Text(view->text()) : std::nullopt, line);
