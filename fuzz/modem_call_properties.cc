@@ -77,7 +77,7 @@ ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
   g_bytes_unref(bytes);
   const auto said = zv::platform::modemCallProperties(dict);
   checkSaid(said);
-  GVariant* normal = g_variant_ref_sink(g_variant_get_normal_form(dict));
+  GVariant* normal = g_variant_get_normal_form(dict);
   if (!(zv::platform::modemCallProperties(normal) == said)) std::abort();
   if (GVariant* received = throughMessage(normal)) {
     if (!(zv::platform::modemCallProperties(received) == said)) std::abort();
