@@ -22,8 +22,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::kMM;
-using testing::waitUntil;
 using testing::kPython;
+using testing::waitUntil;
 constexpr char kFeedback[] = "org.sigxcpu.Feedback";
 constexpr char kFeedbackPath[] = "/org/sigxcpu/Feedback";
 

@@ -29,8 +29,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::kMM;
-using testing::waitUntil;
 using testing::kModem;
+using testing::waitUntil;
 constexpr char kNotes[] = "org.freedesktop.Notifications";
 constexpr char kNotesPath[] = "/org/freedesktop/Notifications";
 
