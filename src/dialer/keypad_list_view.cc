@@ -53,6 +53,9 @@ void ZVKeypadListView::build() {
   _settings = ZVPhoneSettings::sharedInstance();
   _area = ZVAreaLoader::sharedInstance();
   _addressbook = ZVAddressBook::sharedInstance();
+  // The list covers the keypad under it.
+  setBackgroundColor(ui::Color{1, 1, 1, 1});
+  setClipsToBounds(true);
   _tableView = ui::make<ui::UITableView>();
   _tableView->setFrame({{0, 0}, frame().size});
   std::weak_ptr<ZVKeypadListView> weak =

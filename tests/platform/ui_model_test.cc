@@ -9,6 +9,7 @@
 #include "platform/ui/text_metrics.h"
 #include "platform/ui/text_view.h"
 #include "platform/ui/view_controller.h"
+#include "platform/ui/window.h"
 #include "support/sim_fixture.h"
 
 namespace zv::ui {
@@ -98,6 +99,69 @@ TEST_F(UIModelTest, HitTestFindsTheTopmostTouchableViewUnderAPoint) {
     scroll->setContentOffset({0, 140});
     EXPECT_EQ(scroll->hitTest({50, 15}), row);
     EXPECT_EQ(scroll->hitTest({50, 5}), scroll);
+  });
+}
+
+// A window over a tab bar controller whose first tab is a navigation stack
+// of two tables: a point on the screen finds the control under it, and a
+// tap there does what a finger would.
+TEST_F(UIModelTest, WindowTapsReachTheControlsUnderThePoint) {
+  proc_.run([] {
+    auto table = [](std::vector<size_t>& picked) {
+      auto vc = make<UIViewController>();
+      auto t = make<UITableView>();
+      t->numberOfRows = [] { return 3; };
+      t->cellForRow = [](UITableView&, size_t row) {
+        auto c = UITableViewCell::make(CellStyle::Default, "c");
+        c->textLabel()->setText("row " + std::to_string(row));
+        return c;
+      };
+      t->didSelectRow = [&picked](UITableView&, size_t row) {
+        picked.push_back(row);
+      };
+      t->reloadData();  // before it has a frame: rows have no width yet
+      vc->setView(t);
+      return vc;
+    };
+    std::vector<size_t> first, second;
+    auto nav = UINavigationController::make(table(first));
+    nav->title = "contacts";
+    nav->pushViewController(table(second), false);
+    auto other = make<UIViewController>();
+    other->title = "keypad";
+    auto tabs = make<UITabBarController>();
+    tabs->setViewControllers({nav, other});
+    auto window = UIWindow::makeForScreen({320, 480});
+    window->setRootViewController(tabs);
+    window->layoutIfNeeded();
+
+    // Rows sit under the navigation bar; the touch goes up from the view
+    // hit to its cell (the responder chain), and the tap selects the row.
+    auto cellAt = [&](Point p) -> std::shared_ptr<UIView> {
+      for (auto v = window->hitTest(p); v; v = v->superview())
+        if (std::dynamic_pointer_cast<UITableViewCell>(v)) return v;
+      return nullptr;
+    };
+    auto hit = cellAt({100, 64 + 44 + 20});
+    ASSERT_TRUE(hit);
+    EXPECT_TRUE(hit->perform(Gesture::Tap));
+    EXPECT_EQ(second, std::vector<size_t>{1});
+    EXPECT_TRUE(first.empty());
+    // The bars are on top of the content; the status bar takes no touch,
+    // so the navigation bar under it does.
+    EXPECT_EQ(window->hitTest({30, 40}), window->navigationBar()->leftButton());
+    EXPECT_EQ(window->hitTest({300, 10}), window->navigationBar());
+    // Back pops the stack; the next layout shows the first table.
+    window->hitTest({30, 40})->perform(Gesture::Tap);
+    EXPECT_EQ(nav->viewControllers().size(), 1u);
+    window->layoutIfNeeded();
+    cellAt({100, 64 + 10})->perform(Gesture::Tap);
+    EXPECT_EQ(first, std::vector<size_t>{0});
+    // The second tab's button selects it.
+    auto tab = window->hitTest({240, 480 - 20});
+    ASSERT_EQ(tab, window->tabBar()->buttons()[1]);
+    tab->perform(Gesture::Tap);
+    EXPECT_EQ(tabs->selectedIndex(), 1);
   });
 }
 

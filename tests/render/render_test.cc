@@ -11,6 +11,7 @@
 #include "platform/sim/device_presets.h"
 #include "platform/ui/text_metrics.h"
 #include "platform/ui/text_view.h"
+#include "platform/ui/window.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -171,17 +172,18 @@ TEST_F(RenderTest,
 
 TEST_F(RenderTest, AlertIsDrawnAboveEverythingOverADimmedScreen) {
   proc_.run([&] {
-    auto root = ui::make<ui::UIView>();
-    root->setBackgroundColor(ui::Color{1, 0, 0, 1});
-    auto s = scene();
-    s.layers.push_back({root, std::nullopt});
+    auto vc = ui::make<ui::UIViewController>();
+    vc->view()->setBackgroundColor(ui::Color{1, 0, 0, 1});
+    auto window = ui::UIWindow::makeForScreen({320, 568});
+    window->setRootViewController(vc);
     auto alert = std::make_shared<platform::Alert>();
     alert->title = "Save group";
     alert->message = "Name the group";
     alert->cancelButton = "Cancel";
     alert->otherButtons = {"Save"};
-    s.alert = alert;
-    auto image = renderer_->draw(s);
+    window->alert = alert;
+    window->layoutIfNeeded();
+    auto image = renderer_->draw(render::Scene::ofWindow(window, 2));
     // The dimmed red around, the light box in the middle.
     EXPECT_TRUE(near(image.pixel(10, 600), {153, 0, 0, 255}, 3));
     EXPECT_GT(countIn(image, {{30, 284}, {260, 4}}, {247, 247, 247, 255}),

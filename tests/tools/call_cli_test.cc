@@ -1,8 +1,9 @@
 // zorvel call: a scripted session on the simulated call screens, printed
-// as one JSON object per action, and one-line usage errors that leave the
-// device untouched.
+// as one JSON object per action, its pictures read back with OCR, and
+// one-line usage errors that leave the device untouched.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -59,6 +60,57 @@ TEST_F(CallCliTest, BlockedCallsAreHungUpAndRemindedOnBothGenerations) {
     EXPECT_EQ(last["blocked"], false);
     EXPECT_EQ(last["ringtone"], true);
     EXPECT_EQ(steps[2]["screen"]["name"], "13912345678");
+  }
+}
+
+// The call-screen pictures read back as a person would, with OCR: a
+// ringing call offers its answer controls (the slider over the lock
+// screen, the buttons unlocked), an answered one none, a blocked call no
+// call screen at all; on both generations.
+TEST_F(CallCliTest, CallScreenPicturesReadBackByOcrShowOnlyWhatIsTrue) {
+  testing::TempRoot pictures;
+  // The words tesseract reads in the picture after each action, lower case.
+  auto read = [&](const std::string& os, const std::string& actions) {
+    const std::string dir = pictures.path() + "/" + os;
+    auto r = run("--os " + os + " --screen 4.7 --json --png '" + dir + "' " +
+                 actions);
+    EXPECT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> texts;
+    for (const auto& step : testing::jsonLines(r.out)) {
+      auto ocr =
+          testing::runShell("tesseract '" + step["picture"].get<std::string>() +
+                            "' stdout 2>/dev/null");
+      EXPECT_EQ(ocr.status, 0);
+      std::string text = ocr.out;
+      for (char& c : text) c = static_cast<char>(std::tolower(c));
+      texts.push_back(text);
+    }
+    return texts;
+  };
+  auto has = [](const std::string& text, const char* word) {
+    return text.find(word) != std::string::npos;
+  };
+  for (const char* os : {"7.1", "8.1"}) {
+    SCOPED_TRACE(os);
+    auto t = read(os,
+                  "incoming:13912345678 answer hangup lock "
+                  "incoming:13912345678 hangup incoming:10010");
+    ASSERT_EQ(t.size(), 7u);
+    // Unlocked and ringing: the caller with both buttons.
+    EXPECT_TRUE(has(t[0], "13912345678")) << t[0];
+    EXPECT_TRUE(has(t[0], "answer")) << t[0];
+    EXPECT_TRUE(has(t[0], "decline")) << t[0];
+    // Answered: nothing offers to answer any more.
+    EXPECT_FALSE(has(t[1], "answer")) << t[1];
+    EXPECT_FALSE(has(t[1], "decline")) << t[1];
+    // Over the lock screen: the slider, no buttons.
+    EXPECT_TRUE(has(t[4], "slide to answer")) << t[4];
+    EXPECT_FALSE(has(t[4], "decline")) << t[4];
+    // The blocked caller never shows: the lock screen alone (the pictures
+    // before prove the reading finds numbers and controls when they show).
+    EXPECT_FALSE(has(t[6], "10010")) << t[6];
+    EXPECT_FALSE(has(t[6], "answer")) << t[6];
+    EXPECT_FALSE(has(t[6], "decline")) << t[6];
   }
 }
 

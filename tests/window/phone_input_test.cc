@@ -1,7 +1,7 @@
 // The window's input on a simulated Phone app: touches land on what the
-// picture shows there (keypad keys, the pager, its delete and list, the
-// match menu, the tab bar), drags turn the pager's pages, and keyboard keys
-// type, delete and call.
+// window shows there (keypad keys, the pager, its delete and list, the
+// match menu, the tab bar, an alert's buttons), drags turn the pager's
+// pages, and keyboard keys type, delete and call, or fill a text alert.
 #include "tools/zorvel/window/phone_input.h"
 
 #include <glib.h>
@@ -10,12 +10,10 @@
 #include "dialer/keypad_controller.h"
 #include "hooks/modules.h"
 #include "hosts/kit/host_kit.h"
-#include "platform/render/chrome_layout.h"
 #include "platform/sim/device_presets.h"
 #include "support/device_files.h"
 #include "support/device_people.h"
 #include "support/sim_fixture.h"
-#include "tools/zorvel/screens/scenes.h"
 
 namespace zv {
 namespace {
@@ -44,8 +42,9 @@ class PhoneInputTest : public testing::SimTest,
     input_ = std::make_unique<window::PhoneInput>(*app_, *this);
   }
 
-  render::Scene scene() override { return cli::phoneScene(*proc_, *app_); }
-  void pressAlertButton(int index) override { proc_->pressAlertButton(index); }
+  std::shared_ptr<ui::UIWindow> window() override {
+    return hosts::keyWindow(*proc_);
+  }
   void changed() override { ++changes_; }
   void closed() override {}
 
@@ -76,14 +75,20 @@ class PhoneInputTest : public testing::SimTest,
     });
     world_.advance(0);
   }
-  // The keypad key's centre on screen (the dialer view fills the screen).
-  ui::Point key(char k) {
-    for (const auto& pk : cli::padKeys(screen()))
-      if (pk.key == k) return centre(pk.rect);
-    ADD_FAILURE() << "no key " << k;
-    return {};
+  // The keypad key's place on screen, as the window lays it out.
+  ui::Rect key(char k) {
+    return proc_->run([&] {
+      window();
+      for (const auto& pk : app_->dialer->dialerView()->pad->keys())
+        if (pk->key == k) return onScreen(pk);
+      ADD_FAILURE() << "no key " << k;
+      return ui::Rect{};
+    });
   }
-  platform::Size screen() { return proc_->device().screenPoints; }
+  ui::Point tabCentre(int tab) {
+    return proc_->run(
+        [&] { return centre(onScreen(window()->tabBar()->buttons()[tab])); });
+  }
   // The number typed so far (the extension's keypad holds it).
   std::string display() { return controller()->inputNumber(); }
   std::shared_ptr<ZVKeypadController> controller() {
@@ -109,30 +114,32 @@ class PhoneInputTest : public testing::SimTest,
   int changes_ = 0;
 };
 
-TEST_F(PhoneInputTest, TouchesPressTheKeysAndButtonsThePictureShows) {
-  tapAt(key('6'));
-  tapAt(key('5'));
+TEST_F(PhoneInputTest, TouchesPressTheKeysAndButtonsTheWindowShows) {
+  tapAt(centre(key('6')));
+  tapAt(centre(key('5')));
   EXPECT_EQ(display(), "65");
   EXPECT_EQ(changes_, 2);
   // Between keys nothing is pressed.
-  const auto keys = cli::padKeys(screen());
-  tapAt({keys[0].rect.origin.x - 1, keys[0].rect.origin.y - 1});
+  const ui::Rect one = key('1');
+  tapAt({one.origin.x + one.size.width + 2, one.origin.y + 2});
   EXPECT_EQ(display(), "65");
   // Holding 0 types "+".
-  holdAt(key('0'));
+  holdAt(centre(key('0')));
   EXPECT_EQ(display(), "65+");
   // The pager's delete button, then the call button dials.
   auto pager = controller()->keypadView();
   ASSERT_TRUE(pager && pager->isVisible());
   tapAt(centre(onScreen(pager->deleteButton())));
   EXPECT_EQ(display(), "65");
-  tapAt(key(cli::kCallKey));
+  tapAt(centre(proc_->run([&] {
+    window();
+    return onScreen(app_->dialer->dialerView()->pad->callButton());
+  })));
   ASSERT_EQ(app_->dialled.size(), 1u);
   // The tab bar: Recents, then back to the keypad.
-  const auto tabs = render::tabPlaces(screen(), 5);
-  tapAt(centre(tabs[hosts::PhoneApplication::kRecents].rect));
+  tapAt(tabCentre(hosts::PhoneApplication::kRecents));
   EXPECT_EQ(app_->tabBar->selectedIndex(), hosts::PhoneApplication::kRecents);
-  tapAt(centre(tabs[hosts::PhoneApplication::kKeypad].rect));
+  tapAt(tabCentre(hosts::PhoneApplication::kKeypad));
   EXPECT_EQ(app_->tabBar->selectedIndex(), hosts::PhoneApplication::kKeypad);
 }
 
@@ -154,8 +161,13 @@ TEST_F(PhoneInputTest, PagerSwipesListsAndOpensItsMenuByTouch) {
   holdAt(pagerCentre());
   auto sheet = proc_->run([] { return ui::UIActionSheet::presented(); });
   ASSERT_TRUE(sheet);
-  const auto layout = render::sheetLayout(screen(), *sheet);
-  tapAt(centre(layout.buttons.back().rect));
+  const ui::Point cancel = proc_->run([&] {
+    window();
+    return centre(onScreen(sheet->subviews().at(sheet->cancelButtonIndex())));
+  });
+  // Keys do not reach the keypad under the sheet.
+  proc_->run([&] { EXPECT_FALSE(input_->type("5", '5')); });
+  tapAt(cancel);
   EXPECT_FALSE(proc_->run([] { return ui::UIActionSheet::presented(); }));
   // A tap on the match opens the list of all matches.
   tapAt(pagerCentre());
@@ -181,6 +193,38 @@ TEST_F(PhoneInputTest, KeyboardTypesDeletesAndCalls) {
   world_.advance(0);
   ASSERT_EQ(app_->dialled.size(), 1u);
   EXPECT_EQ(app_->dialled[0].number, "13#*");
+}
+
+TEST_F(PhoneInputTest, TextAlertTakesTheKeyboardAndItsButtonsTaps) {
+  std::vector<std::pair<int, std::string>> pressed;
+  auto alert = proc_->run([&] {
+    auto a = ui::make<ui::UIAlertView>();
+    a->title = "Name";
+    a->cancelButtonTitle = "Cancel";
+    a->otherButtonTitles = {"Save"};
+    a->alertViewStyle = ui::AlertViewStyle::PlainTextInput;
+    a->delegate = [&pressed](ui::UIAlertView& v, int i) {
+      pressed.emplace_back(i, v.inputText);
+    };
+    a->show();
+    return a;
+  });
+  proc_->run([&] {
+    for (uint32_t c : {U'W', U'é', U'i', U'5'}) input_->type("", c);
+    input_->type("BackSpace", 0);
+    EXPECT_EQ(display(), "");  // the keypad under the alert got nothing
+  });
+  // A touch beside the panel does nothing; one on "Save" presses it.
+  tapAt({5, 100});
+  EXPECT_TRUE(pressed.empty());
+  const ui::Point save = proc_->run([&] {
+    auto w = window();
+    return centre(onScreen(w->subviews().back()->subviews().at(1)));
+  });
+  tapAt(save);
+  ASSERT_EQ(pressed.size(), 1u);
+  EXPECT_EQ(pressed[0], std::make_pair(1, std::string("Wéi")));
+  EXPECT_FALSE(proc_->openAlert());
 }
 
 }  // namespace

@@ -23,6 +23,12 @@ class ContactsApplication : public ui::UIApplication {
   std::shared_ptr<MembersViewController> list() const;
 
   void didFinishLaunching() override;
+
+ protected:
+  // The navigation stack (and what it presents).
+  void prepareWindow(ui::UIWindow& window) override {
+    window.setRootViewController(navigation);
+  }
 };
 
 }  // namespace zv::hosts

@@ -33,6 +33,14 @@ void MemberCell::build() {
   contentView()->addSubview(nameView);
 }
 
+void MemberCell::layoutSubviews() {
+  UITableViewCell::layoutSubviews();
+  const ui::Rect& text = textLabel()->frame();
+  nameView->setFrame(
+      {{text.origin.x, (frame().size.height - 22) / 2}, {text.size.width, 22}});
+  nameView->nameLabel->setFrame({{0, 0}, {text.size.width, 22}});
+}
+
 void MemberCell::show(const std::shared_ptr<ModelPerson>& p) {
   person = p;
   imageView()->setImage(nullptr);

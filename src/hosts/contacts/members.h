@@ -31,6 +31,9 @@ class MemberCell : public ui::UITableViewCell {
   void show(const std::shared_ptr<ModelPerson>& person);
   std::shared_ptr<ModelPerson> person;
   std::shared_ptr<MemberNameView> nameView;
+  // The standard layout; the name view goes where the text label went
+  // (after a picture in the image view).
+  void layoutSubviews() override;
 };
 
 class MembersTableView : public ui::UITableView {

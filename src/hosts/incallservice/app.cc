@@ -75,6 +75,8 @@ void registerScreenClasses() {
   });
 
   rt::registerClass<CallGroup>(Group::kName);
+  rt::registerClass<CallParticipantsView>(CallParticipantsView::kClassName,
+                                          "UIView");
   rt::define(Group::calls,
              [](const rt::Id& s) { return self<CallGroup>(s).calls; });
 
@@ -151,7 +153,8 @@ HostDefinition inCallServiceHost() {
 }
 
 std::shared_ptr<ui::UIView> CallParticipantsViewController::loadView() {
-  auto view = ui::UIViewController::loadView();
+  auto view = ui::makeAs<CallParticipantsView>(
+      rt::getClass(CallParticipantsView::kClassName));
   const double width = platform::current().device().screenPoints.width;
   view->setFrame({{0, 0}, {width, 260}});
   nameLabel = ui::make<ui::UILabel>();
@@ -160,21 +163,59 @@ std::shared_ptr<ui::UIView> CallParticipantsViewController::loadView() {
   statusLabel->setFrame({{10, 100}, {width - 20, 20}});
   imageView = ui::make<ui::UIImageView>();
   imageView->setFrame({{width - 80, 60}, {60, 60}});
+  for (const auto& [label, size] :
+       {std::pair{nameLabel, 32.0}, std::pair{statusLabel, 17.0}}) {
+    label->setFont({"HelveticaNeue-Light", size});
+    label->setTextColor({1, 1, 1, 1});
+    label->setAdjustsFontSizeToFitWidth(true);
+  }
+  view->nameLabel = nameLabel;
+  view->statusLabel = statusLabel;
+  view->imageView = imageView;
   view->addSubview(nameLabel);
   view->addSubview(statusLabel);
   view->addSubview(imageView);
   return view;
 }
 
+void CallParticipantsView::layoutSubviews() {
+  auto name = nameLabel.lock();
+  auto status = statusLabel.lock();
+  auto image = imageView.lock();
+  if (!name || !status || !image) return;
+  const double w = frame().size.width;
+  const bool picture =
+      image->image() && !image->image()->empty() && !image->isHidden();
+  if (picture) {
+    image->setFrame({{20, 46}, {64, 64}});
+    image->setCornerRadius(32);
+    name->setFrame({{96, 52}, {w - 116, 36}});
+    status->setFrame({{96, 88}, {w - 116, 22}});
+  } else {
+    name->setFrame({{10, 60}, {w - 20, 40}});
+    status->setFrame({{10, 100}, {w - 20, 22}});
+  }
+  const auto align =
+      picture ? ui::TextAlignment::Left : ui::TextAlignment::Center;
+  name->setTextAlignment(align);
+  status->setTextAlignment(align);
+}
+
 std::shared_ptr<ui::UIView> InCallRootViewController::loadView() {
   auto view = ui::UIViewController::loadView();
+  const auto screen = platform::current().device().screenPoints;
+  view->setFrame({{0, 0}, screen});
+  view->setBackgroundColor(kCallScreenBackground);
   audio = std::dynamic_pointer_cast<AudioCallViewController>(
       rt::alloc(rt::getClass(Audio::kName)));
   audio->participants =
       std::dynamic_pointer_cast<CallParticipantsViewController>(
           rt::alloc(rt::getClass(Participants::kName)));
   view->addSubview(audio->view());
+  audio->view()->setFrame({{0, 0}, screen});
   audio->view()->addSubview(audio->participants->view());
+  answerControls = CallAnswerControls::make(screen.width, screen.height);
+  view->addSubview(answerControls);
   return view;
 }
 
@@ -223,6 +264,20 @@ std::optional<CallScreenText> InCallServiceApplication::screenText() const {
   return text;
 }
 
+void InCallServiceApplication::prepareWindow(ui::UIWindow& window) {
+  if (auto root =
+          std::dynamic_pointer_cast<InCallRootViewController>(screen_)) {
+    window.setRootViewController(root);
+    return;
+  }
+  if (!lock_) {
+    lock_ = ui::make<ui::UIViewController>();
+    lock_->setView(
+        LockScreenView::make(platform::current().device().screenPoints));
+  }
+  window.setRootViewController(lock_);
+}
+
 void InCallServiceApplication::setLocked(bool locked) {
   locked_ = locked;
   layOutAnswerButtons();
@@ -241,11 +296,18 @@ void InCallServiceApplication::layOutAnswerButtons() {
   auto info = root ? platform::callInfo(root->call) : std::nullopt;
   if (!info || info->status != platform::kCallRinging) {
     decline_button_ = false;
+    if (root && root->answerControls)
+      root->answerControls->show(CallAnswerControls::Mode::None, 0);
     return;
   }
   // Over the lock screen a ringing call is answered by sliding; unlocked,
   // the screen has answer and decline buttons.
   decline_button_ = !rt::send(utilities_, Utilities::isSpringBoardLocked);
+  if (root->answerControls)
+    root->answerControls->show(decline_button_
+                                   ? CallAnswerControls::Mode::Buttons
+                                   : CallAnswerControls::Mode::Slide,
+                               info->id);
 }
 
 void InCallServiceApplication::callChanged(const rt::Id& call) {

@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "hosts/kit/call_screens.h"
+#include "hosts/kit/call_views.h"
 #include "hosts/kit/host_kit.h"
 #include "platform/ui/application.h"
 #include "platform/ui/label.h"
@@ -42,6 +43,18 @@ class CallGroup : public rt::Object {
   static constexpr const char* kClassName = "TUCallGroup";
   using rt::Object::Object;
   std::vector<rt::Id> calls;
+};
+
+// The participants view: with a picture of the participant, the picture at
+// the top left and the name and status line left-aligned beside it;
+// without, both centred. Views others add to it stay where they put them.
+class CallParticipantsView : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "PHCallParticipantsView";
+  explicit CallParticipantsView(rt::Class* isa) : ui::UIView(isa) {}
+  std::weak_ptr<ui::UILabel> nameLabel, statusLabel;
+  std::weak_ptr<ui::UIImageView> imageView;
+  void layoutSubviews() override;
 };
 
 class CallParticipantsViewController : public ui::UIViewController {
@@ -79,6 +92,8 @@ class InCallRootViewController : public ui::UIViewController {
   rt::Id call;  // the call it was made for
   bool appeared = false;
   std::shared_ptr<AudioCallViewController> audio;
+  // At the bottom while the call rings: the slider or the buttons.
+  std::shared_ptr<CallAnswerControls> answerControls;
 
  protected:
   std::shared_ptr<ui::UIView> loadView() override;
@@ -125,6 +140,10 @@ class InCallServiceApplication : public ui::UIApplication,
 
   void didFinishLaunching() override;
 
+ protected:
+  // The call screen while one is up, else the lock screen.
+  void prepareWindow(ui::UIWindow& window) override;
+
  private:
   void callChanged(const rt::Id& call);
   void showScreen(const rt::Id& call, ScreenedCall& record);
@@ -138,6 +157,7 @@ class InCallServiceApplication : public ui::UIApplication,
   rt::Id utilities_;
   bool locked_ = false;
   bool decline_button_ = false;
+  std::shared_ptr<ui::UIViewController> lock_;
 };
 
 }  // namespace zv::hosts

@@ -35,4 +35,26 @@ platform::SimProcess& launchSimulated(platform::SimWorld& world,
   return process;
 }
 
+std::shared_ptr<ui::UIWindow> keyWindow(platform::Size screen,
+                                        SystemShows system) {
+  auto app = ui::UIApplication::shared();
+  auto window = app ? app->keyWindow() : ui::UIWindow::makeForScreen(screen);
+  window->statusBar()->carrier = system.carrier;
+  window->alert = std::move(system.alert);
+  window->pressAlertButton = std::move(system.pressAlertButton);
+  window->layoutIfNeeded();
+  return window;
+}
+
+std::shared_ptr<ui::UIWindow> keyWindow(platform::SimProcess& process) {
+  SystemShows system;
+  for (const auto& e : process.world().events())
+    if (e.kind == "carrier") system.carrier = e.detail;
+  system.alert = process.openAlert();
+  system.pressAlertButton = [&process](int index) {
+    process.pressAlertButton(index);
+  };
+  return keyWindow(process.device().screenPoints, std::move(system));
+}
+
 }  // namespace zv::hosts

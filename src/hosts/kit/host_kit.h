@@ -49,4 +49,22 @@ platform::SimProcess& launchSimulated(platform::SimWorld& world,
                                       platform::DeviceFacts facts,
                                       ExtensionEntry extension = nullptr);
 
+// What the system shows over an application's own views: the carrier name
+// in the status bar, the open alert and what presses its buttons.
+struct SystemShows {
+  std::string carrier = "Carrier";
+  std::shared_ptr<platform::Alert> alert;
+  std::function<void(int buttonIndex)> pressAlertButton;
+};
+
+// The key window of the application running in the current process, with
+// what the system shows; laid out, ready to draw (render::paintWindow) or
+// to hit test. Without an application, an empty window of `screen`.
+std::shared_ptr<ui::UIWindow> keyWindow(platform::Size screen,
+                                        SystemShows system);
+
+// The same for a simulated process (call inside it): its carrier events and
+// its open alert, pressed through the process.
+std::shared_ptr<ui::UIWindow> keyWindow(platform::SimProcess& process);
+
 }  // namespace zv::hosts

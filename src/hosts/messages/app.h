@@ -46,6 +46,12 @@ class MessagesApplication : public ui::UIApplication {
   bool back();
 
   void didFinishLaunching() override;
+
+ protected:
+  // The navigation stack (and what it presents).
+  void prepareWindow(ui::UIWindow& window) override {
+    window.setRootViewController(navigation);
+  }
 };
 
 }  // namespace zv::hosts

@@ -4,6 +4,8 @@
 #include "hostsdk/messages.h"
 #include "platform/db/ab_person.h"
 #include "platform/db/phone_labels.h"
+#include "platform/platform.h"
+#include "platform/ui/canvas.h"
 
 namespace zv::hosts {
 namespace {
@@ -37,6 +39,21 @@ void ComposeRecipientView::removeAll() {
   recipientsChanged(*this);
 }
 
+void ComposeRecipientView::draw(ui::Canvas& canvas) const {
+  const auto size = frame().size;
+  canvas.text({{15, 0}, {30, size.height}}, "To:", {"Helvetica", 15},
+              {0.56, 0.56, 0.58, 1});
+  std::string names;
+  for (const auto& r : recipients)
+    names += (names.empty() ? "" : ", ") +
+             (r->compositeName.empty() ? r->address : r->compositeName);
+  canvas.text({{45, 0}, {size.width - 60, size.height}}, names,
+              {"Helvetica", 15}, ui::kTintColor);
+  canvas.fill(
+      {{0, size.height - canvas.hairline()}, {size.width, canvas.hairline()}},
+      {0.78, 0.78, 0.8, 1});
+}
+
 void attachComposer(TranscriptController& composer) {
   auto selection = std::dynamic_pointer_cast<RecipientSelectionController>(
       rt::alloc(rt::getClass(sdk::CKRecipientSelectionController::kName)));
@@ -46,6 +63,10 @@ void attachComposer(TranscriptController& composer) {
       composer.shared_from_this());
   composer.recipientSelection = selection;
   composer.toField = selection->toField;
+  // The To: line across the top of the new message.
+  composer.toField->setFrame(
+      {{0, 0}, {platform::current().device().screenPoints.width, 44}});
+  composer.view()->addSubview(composer.toField);
 }
 
 void registerComposerClasses(bool legacy) {

@@ -35,6 +35,9 @@ class ComposeRecipientView : public ui::UIView {
   std::weak_ptr<TranscriptController> composer;
   void add(const std::string& address);
   void removeAll();
+  // "To:" and the recipients' names (their addresses when unnamed), with a
+  // line under them.
+  void draw(ui::Canvas& canvas) const override;
 };
 
 class RecipientSelectionController : public rt::Object {

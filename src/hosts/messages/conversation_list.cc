@@ -87,6 +87,7 @@ void ConversationListCell::layout() {
   fromLabel->setFrame({{15, 10}, {dateX - 5 - 15, 20}});
   summaryLabel->setFrame({{15, 30}, {width - 15 - 30, 38}});
   unreadIndicator->setFrame({{3, 15}, {10, 10}});
+  unreadIndicator->setCornerRadius(5);  // a dot
   imageView()->setFrame({{10, 13}, {50, 50}});
   setSeparatorInset({0, 15, 0, 0});
 }

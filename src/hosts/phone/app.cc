@@ -104,12 +104,22 @@ void PhoneApplication::didFinishLaunching() {
       tabs.push_back(nav);
     }
   }
+  // Each tab is named (and drawn in the tab bar) by its kind.
+  for (int i = 0; i < 5; ++i)
+    if (tabs[i]->title.empty()) tabs[i]->title = tabName(i);
   tabBar->setViewControllers(tabs);
   // The app opens on the keypad.
   selectTab(kKeypad);
   if (std::strtod(platform::current().device().systemVersion.c_str(), nullptr) <
       8.0)
     inCall = InCallController::start();
+}
+
+void PhoneApplication::prepareWindow(ui::UIWindow& window) {
+  if (inCall && inCall->isShown())
+    window.setRootViewController(inCall);
+  else
+    window.setRootViewController(tabBar);
 }
 
 void PhoneApplication::selectTab(int tab) {

@@ -64,6 +64,10 @@ class PhoneApplication : public ui::UIApplication {
 
   // Builds the tabs; the keypad tab appears.
   void didFinishLaunching() override;
+
+ protected:
+  // The in-call screen while it is up, else the tabs.
+  void prepareWindow(ui::UIWindow& window) override;
 };
 
 }  // namespace zv::hosts

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "hosts/kit/call_screens.h"
 #include "hostsdk/phone.h"
 #include "hostsdk/telephony.h"
 #include "platform/platform.h"
@@ -90,6 +91,7 @@ std::shared_ptr<ui::UIView> InCallController::loadView() {
   auto size = platform::current().device().screenPoints;
   auto root = ui::make<ui::UIView>();
   root->setFrame({{0, 0}, size});
+  root->setBackgroundColor(ui::Color{0.1, 0.1, 0.12, 1});
   auto lcd = ui::makeAs<InCallLCDView>(rt::getClass(Lcd::kName));
   lcd->setFrame({{0, 0}, {size.width, 140}});
   lcd->textLabel = centredLabel(40, size.width, 36, 34);
@@ -99,6 +101,21 @@ std::shared_ptr<ui::UIView> InCallController::loadView() {
   root->addSubview(lcd);
   rt::setIvar(shared_from_this(), Controller::lcd, rt::Id(lcd));
   return root;
+}
+
+void InCallLCDView::layoutSubviews() {
+  const double w = frame().size.width;
+  const auto align =
+      centerText ? ui::TextAlignment::Center : ui::TextAlignment::Left;
+  textLabel->setTextAlignment(align);
+  statusLabel->setTextAlignment(align);
+  if (centerText) {
+    textLabel->setFrame({{10, 30}, {w - 20, 40}});
+    statusLabel->setFrame({{10, 70}, {w - 20, 22}});
+  } else {
+    textLabel->setFrame({{20, 20}, {w - 40, 38}});
+    statusLabel->setFrame({{20, 58}, {w - 40, 22}});
+  }
 }
 
 std::shared_ptr<InCallLCDView> InCallController::lcd() {
@@ -117,7 +134,7 @@ void InCallController::hostCallStatusChanged(const rt::Id& call) {
       if (!onScreen) {
         shown_call_ = call;
         auto v = lcd();
-        v->textLabel->setText(info->destinationID.value_or("Unknown"));
+        v->textLabel->setText(callerLabels(*info).name);
         v->centerText = info->abUID == -1;
         v->statusLabel->setText("");
       }

@@ -7,9 +7,10 @@
 // The LCD shows the other party's number and a status line, set through
 // setLabel:animate: like everything the screen does to itself: "calling…"
 // while dialling, the connected time ("00:07", renewed every second) while
-// active, "hold" while held and "call ended" at the end. It centres its text
-// for a caller who is not a contact (a contact's screen shows the picture
-// beside the text, which is then left-aligned).
+// active, "hold" while held and "call ended" at the end. It names a contact
+// by the contact's name, and centres its text for a caller who is not a
+// contact (a contact's screen shows the picture behind the text, which is
+// then left-aligned).
 #pragma once
 
 #include <memory>
@@ -28,11 +29,15 @@ class InCallLCDView : public ui::UIView {
  public:
   static constexpr const char* kClassName = "InCallLCDView";
   explicit InCallLCDView(rt::Class* isa) : ui::UIView(isa) {}
-  // The other party's number as shown.
+  // The other party as shown: the contact's name, else the number.
   std::shared_ptr<ui::UILabel> textLabel;
   // The status line (label / setLabel:animate:).
   std::shared_ptr<ui::UILabel> statusLabel;
   bool centerText = true;
+  // Centred: the name, the status line under it (ending above y 92, where
+  // an extension's own centred line goes). Left-aligned (a contact): both
+  // from x 20, the status line ending above y 80.
+  void layoutSubviews() override;
 };
 
 class InCallController : public ui::UIViewController {

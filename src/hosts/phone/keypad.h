@@ -36,6 +36,8 @@ class PhoneLCDView : public ui::UIView {
   // formatted.
   std::string number;
   bool formatted = true;
+  // The number, large and centred.
+  void draw(ui::Canvas& canvas) const override;
 };
 
 class PhoneNameLabelView : public ui::UIView {
@@ -43,6 +45,8 @@ class PhoneNameLabelView : public ui::UIView {
   static constexpr const char* kClassName = "PHHandsetDialerNameLabelView";
   explicit PhoneNameLabelView(rt::Class* isa) : ui::UIView(isa) {}
   std::string name, label;
+  // "NAME  LABEL", centred.
+  void draw(ui::Canvas& canvas) const override;
 };
 
 class PhoneAddContactButton : public ui::UIButton {
@@ -52,11 +56,32 @@ class PhoneAddContactButton : public ui::UIButton {
   std::shared_ptr<ui::UILabel> label;
 };
 
-// The keypad's phone pad: key presses become messages to its delegate.
+// One key of the phone pad: a round key with its digit and letters; a tap
+// types the digit, holding 0 types "+".
+class PhonePadKey : public ui::UIButton {
+ public:
+  static constexpr const char* kClassName = "TPNumberPadButton";
+  explicit PhonePadKey(rt::Class* isa) : ui::UIButton(isa) {}
+  char key = '0';
+  void draw(ui::Canvas& canvas) const override;
+};
+
+// The keypad's phone pad: twelve keys in four rows and the round call
+// button below them; key presses become messages to its delegate.
 class PhonePad : public ui::UIView {
  public:
   static constexpr const char* kClassName = "TPDialerPhonePad";
   explicit PhonePad(rt::Class* isa) : ui::UIView(isa) {}
+  // Makes the keys and the call button (once).
+  void build();
+  const std::vector<std::shared_ptr<PhonePadKey>>& keys() const {
+    return keys_;
+  }
+  const std::shared_ptr<ui::UIButton>& callButton() const {
+    return call_button_;
+  }
+  // The keys sized to the pad's height, the widest 78 points.
+  void layoutSubviews() override;
   rt::WeakId delegate;
   // One key: phonePad:appendString:.
   void pressKey(char key);
@@ -65,6 +90,10 @@ class PhonePad : public ui::UIView {
   void holdZero();
   void pressDelete();  // phonePadDeleteLastDigit:
   void pressCall();    // _callButtonPressed:
+
+ private:
+  std::vector<std::shared_ptr<PhonePadKey>> keys_;
+  std::shared_ptr<ui::UIButton> call_button_;
 };
 
 class PhoneDialerView : public ui::UIView {
@@ -76,6 +105,8 @@ class PhoneDialerView : public ui::UIView {
   std::shared_ptr<PhoneAddContactButton> addContact;
   std::shared_ptr<ui::UIButton> deleteButton;
   std::shared_ptr<PhonePad> pad;
+  // The delete button sits right of the call button.
+  void layoutSubviews() override;
 };
 
 class DialerController : public ui::UIViewController {

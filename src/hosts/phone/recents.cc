@@ -1,5 +1,8 @@
 #include "hosts/phone/recents.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "hosts/contacts/text_sizes.h"
 #include "hostsdk/contacts.h"
 #include "hostsdk/phone.h"
@@ -18,7 +21,9 @@ using Cell = sdk::PHRecentsCell;
 using Manager = sdk::PHRecentsManager;
 
 constexpr char kDatabaseChanged[] = "kCallHistoryDatabaseChangedNotification";
-constexpr double kTextLeft = 15;
+// The texts start after the call-type icon's column (the icon 13 points
+// before them).
+constexpr double kTextLeft = 38;
 constexpr double kEditingShift = 38;
 
 bool modern() { return systemVersion() >= 8.0f; }
@@ -37,10 +42,34 @@ std::string localized(const char* key) {
   return platform::current().localizedString(key, "Localizable");
 }
 
-// The small handset drawn beside dialled calls.
+// Distance from (x, y) to the segment from a to b.
+double segmentDistance(double x, double y, ui::Point a, ui::Point b) {
+  const double dx = b.x - a.x, dy = b.y - a.y;
+  double t = ((x - a.x) * dx + (y - a.y) * dy) / (dx * dx + dy * dy);
+  t = std::clamp(t, 0.0, 1.0);
+  return std::hypot(x - a.x - t * dx, y - a.y - t * dy);
+}
+
+// The small arrow drawn beside dialled calls: grey, pointing up and right,
+// 10 points square at scale 2.
 ui::ImagePtr dialledIcon() {
-  static const ui::ImagePtr icon = std::make_shared<const ui::Image>(
-      ui::Image::filled(32, 32, 2, {142, 142, 147, 255}));
+  static const ui::ImagePtr icon = [] {
+    constexpr int kSide = 20;
+    const ui::Point strokes[][2] = {
+        {{4, 16}, {15, 5}}, {{15, 5}, {8, 5}}, {{15, 5}, {15, 12}}};
+    std::vector<uint8_t> rgba(kSide * kSide * 4, 0);
+    for (int y = 0; y < kSide; ++y)
+      for (int x = 0; x < kSide; ++x) {
+        double d = 1e9;
+        for (const auto& s : strokes)
+          d = std::min(d, segmentDistance(x + 0.5, y + 0.5, s[0], s[1]));
+        const double cover = std::clamp(2.0 - d, 0.0, 1.0);
+        uint8_t* p = &rgba[(y * kSide + x) * 4];
+        p[0] = 142, p[1] = 142, p[2] = 147;
+        p[3] = static_cast<uint8_t>(cover * 255);
+      }
+    return std::make_shared<const ui::Image>(kSide, kSide, 2, std::move(rgba));
+  }();
   return icon;
 }
 
@@ -201,6 +230,10 @@ void registerController() {
 
 }  // namespace
 
+void RecentsCell::layoutSubviews() {
+  rt::send(rt::Id(shared_from_this()), Cell::layoutSubviews);
+}
+
 void RecentsCell::build() {
   setUp(ui::CellStyle::Default, "recents");
   nameLabel = ui::make<ui::UILabel>();
@@ -237,6 +270,9 @@ void RecentsCell::show(const std::shared_ptr<RecentCallObject>& c) {
 }
 
 void RecentsCell::layOut() {
+  // The standard parts first (a picture put in the image view sits at the
+  // left, where the call-type icon is); the texts start after the icon.
+  UITableViewCell::layoutSubviews();
   const double left = kTextLeft + (editing ? kEditingShift : 0);
   const double width = frame().size.width - left - 90;
   const double nameHeight = ui::lineHeight(nameLabel->font());

@@ -61,6 +61,8 @@ class RecentsCell : public ui::UITableViewCell {
   void show(const std::shared_ptr<RecentCallObject>& call);
   // The host's own layout (layoutSubviews before any hook).
   void layOut();
+  // Sends layoutSubviews, so a replaced layout runs.
+  void layoutSubviews() override;
 
   std::shared_ptr<RecentCallObject> call;
   std::shared_ptr<ui::UILabel> nameLabel, label, countLabel;

@@ -72,6 +72,23 @@ std::optional<CallScreenText> SpringBoardApplication::screenText() const {
   return incoming_ ? incoming_->screenText() : std::nullopt;
 }
 
+void SpringBoardApplication::prepareWindow(ui::UIWindow& window) {
+  const auto screen = platform::current().device().screenPoints;
+  if (!home_) {
+    home_ = ui::make<ui::UIViewController>();
+    lock_view_ = LockScreenView::make(screen);
+    home_view_ = ui::make<ui::UIView>();
+    home_view_->setFrame({{0, 0}, screen});
+    home_view_->setBackgroundColor(kWallpaper);
+  }
+  home_->setView(locked_ ? lock_view_ : home_view_);
+  window.setRootViewController(home_);
+  if (incoming_ && incoming_->screen())
+    window.overlays.push_back(incoming_->screen()->view());
+  if (controlCenter && controlCenter->presented)
+    window.overlays.push_back(controlCenter->view());
+}
+
 void SpringBoardApplication::setLocked(bool locked) {
   locked_ = locked;
   if (incoming_) incoming_->lockChanged();

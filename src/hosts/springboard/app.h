@@ -63,6 +63,11 @@ class SpringBoardApplication : public ui::UIApplication, public CallScreenHost {
 
   void didFinishLaunching() override;
 
+ protected:
+  // The lock screen or the home screen's wallpaper, the incoming-call
+  // screen over it while one rings, the Control Centre over both.
+  void prepareWindow(ui::UIWindow& window) override;
+
  private:
   void callChanged(const rt::Id& call);
 
@@ -72,6 +77,8 @@ class SpringBoardApplication : public ui::UIApplication, public CallScreenHost {
   // Incoming calls not yet over, and whether each was answered.
   std::map<platform::CallId, bool> live_incoming_;
   std::unique_ptr<IncomingCallScreens> incoming_;
+  std::shared_ptr<ui::UIViewController> home_;
+  std::shared_ptr<ui::UIView> lock_view_, home_view_;
 };
 
 }  // namespace zv::hosts

@@ -1,11 +1,14 @@
 #include "hosts/springboard/controlcenter.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "hosts/springboard/controlcenter_parts.h"
 #include "hostsdk/springboard_controlcenter.h"
 #include "platform/platform.h"
 #include "platform/process.h"
+#include "platform/ui/canvas.h"
 #include "platform/ui/view.h"
 
 namespace zv::hosts {
@@ -76,6 +79,9 @@ bool radioState(const std::string& name) {
 
 void registerButton() {
   rt::registerClass<ControlCenterButton>(Button::kName, "UIButton");
+  rt::registerClass<ControlCenterRow>(ControlCenterRow::kClassName, "UIView");
+  rt::registerClass<ControlCenterPanel>(ControlCenterPanel::kClassName,
+                                        "UIView");
   rt::define(Button::identifier, [](const rt::Id& s) {
     return self<ControlCenterButton>(s).identifier;
   });
@@ -261,6 +267,9 @@ ControlCenterViewController::make() {
       rt::alloc(rt::getClass(Settings::kName)));
   cc->view()->addSubview(cc->quickLaunch->view());
   cc->view()->addSubview(cc->settings->view());
+  auto panel = std::static_pointer_cast<ControlCenterPanel>(cc->view());
+  panel->settingsRow = cc->settings->view();
+  panel->quickLaunchRow = cc->quickLaunch->view();
   cc->view()->setHidden(true);
   if (controlCenterIsModular())
     buildModules(*cc);
@@ -297,6 +306,131 @@ std::shared_ptr<ControlCenterButton> ControlCenterViewController::button(
     for (const auto& b : *list)
       if (b->name == name) return b;
   return nullptr;
+}
+
+namespace {
+
+constexpr double kPanelHeight = 330, kButtonSide = 56;
+const ui::Color kButtonDark{0.25, 0.25, 0.27, 1};
+
+// The host's artwork for a button, drawn in `c` in a 56-point square.
+void drawHostGlyph(ui::Canvas& canvas, const std::string& name,
+                   const ui::Color& c) {
+  const double m = kButtonSide / 2;
+  if (name == "torch") {
+    canvas.path({{m - 6, 16},
+                 {m + 6, 16},
+                 {m + 4, 26},
+                 {m + 4, 40},
+                 {m - 4, 40},
+                 {m - 4, 26}},
+                c, 2, true);
+  } else if (name == "clock") {
+    canvas.strokeRect({{m - 13, m - 13}, {26, 26}}, c, 2, 13);
+    canvas.path({{m, m - 8}, {m, m}, {m + 6, m}}, c, 2);
+  } else if (name == "calculator") {
+    canvas.strokeRect({{m - 10, m - 13}, {20, 26}}, c, 2, 3);
+    for (int i = 0; i < 6; ++i)
+      canvas.fill({{m - 6 + (i % 3) * 5, m - 3 + (i / 3) * 6}, {3, 3}}, c);
+  } else if (name == "camera") {
+    canvas.strokeRect({{m - 14, m - 8}, {28, 19}}, c, 2, 3);
+    canvas.strokeRect({{m - 5, m - 4}, {10, 10}}, c, 2, 5);
+  } else if (name == "airplane") {
+    canvas.path({{m, m - 14},
+                 {m + 2, m - 4},
+                 {m + 13, m + 2},
+                 {m + 2, m},
+                 {m + 2, m + 8},
+                 {m + 6, m + 12},
+                 {m - 6, m + 12},
+                 {m - 2, m + 8},
+                 {m - 2, m},
+                 {m - 13, m + 2},
+                 {m - 2, m - 4}},
+                c, 1, true, true);
+  } else if (name == "wifi") {
+    for (int i = 1; i <= 3; ++i) {
+      std::vector<ui::Point> arc;
+      const double r = 5.0 * i;
+      for (int k = -4; k <= 4; ++k) {
+        const double a = -M_PI / 2 + k * M_PI / 16;
+        arc.push_back({m + r * std::cos(a), m + 8 + r * std::sin(a)});
+      }
+      canvas.path(arc, c, 2);
+    }
+    canvas.fill({{m - 2, m + 6}, {4, 4}}, c, 2);
+  } else if (name == "bluetooth") {
+    canvas.path({{m - 7, m - 7},
+                 {m + 7, m + 6},
+                 {m, m + 13},
+                 {m, m - 13},
+                 {m + 7, m - 6},
+                 {m - 7, m + 7}},
+                c, 2);
+  } else {
+    canvas.strokeRect({{m - 12, m - 12}, {24, 24}}, c, 2, 5);
+  }
+}
+
+}  // namespace
+
+void ControlCenterButton::draw(ui::Canvas& canvas) const {
+  const auto size = frame().size;
+  const ui::Color disc = selected ? ui::Color{1, 1, 1, 1} : kButtonDark;
+  const ui::Color ink =
+      selected ? ui::Color{0, 0, 0, 1} : ui::Color{1, 1, 1, 1};
+  canvas.fill({{0, 0}, size}, disc, size.width / 2);
+  const ui::ImagePtr& g = selected && selectedGlyph ? selectedGlyph : glyph;
+  if (!g || g == hostGlyph(name) || g->empty()) {
+    drawHostGlyph(canvas, name, ink);
+    return;
+  }
+  platform::Size s = g->size();
+  const double k =
+      std::min({1.0, size.width * 0.7 / s.width, size.height * 0.7 / s.height});
+  s = {s.width * k, s.height * k};
+  const ui::Rect r{{(size.width - s.width) / 2, (size.height - s.height) / 2},
+                   s};
+  // Glyphs are drawn as masks: in the ink of the disc they sit on.
+  canvas.mask(r, *g, ink);
+}
+
+void ControlCenterRow::layoutSubviews() {
+  const auto& buttons = subviews();
+  const double w = frame().size.width,
+               n = static_cast<double>(std::max<size_t>(buttons.size(), 1));
+  const double gap = (w - n * kButtonSide) / (n + 1);
+  for (size_t i = 0; i < buttons.size(); ++i)
+    buttons[i]->setFrame(
+        {{gap + i * (kButtonSide + gap), 0}, {kButtonSide, kButtonSide}});
+}
+
+void ControlCenterPanel::layoutSubviews() {
+  const double w = frame().size.width;
+  if (auto row = settingsRow.lock()) row->setFrame({{0, 20}, {w, kButtonSide}});
+  if (auto row = quickLaunchRow.lock())
+    row->setFrame(
+        {{0, kPanelHeight - 20 - kButtonSide - 34}, {w, kButtonSide}});
+}
+
+std::shared_ptr<ui::UIView> ControlCenterViewController::loadView() {
+  const auto screen = platform::current().device().screenPoints;
+  auto v = ui::makeAs<ControlCenterPanel>(
+      rt::getClass(ControlCenterPanel::kClassName));
+  v->setFrame(
+      {{0, screen.height - kPanelHeight}, {screen.width, kPanelHeight}});
+  v->setBackgroundColor(ui::Color{0.1, 0.1, 0.12, 0.85});
+  return v;
+}
+
+std::shared_ptr<ui::UIView> QuickLaunchSection::loadView() {
+  return ui::makeAs<ControlCenterRow>(
+      rt::getClass(ControlCenterRow::kClassName));
+}
+
+std::shared_ptr<ui::UIView> SettingsSection::loadView() {
+  return ui::makeAs<ControlCenterRow>(
+      rt::getClass(ControlCenterRow::kClassName));
 }
 
 }  // namespace zv::hosts

@@ -72,6 +72,27 @@ class ControlCenterButton : public ui::UIButton {
   bool selected = false;
   // The title the toggle shows (a setting module's name); "" for none.
   std::string title;
+  // A disc, white when selected, with its glyph: the host's own artwork
+  // drawn by name, any other image as it is (dark on the white disc).
+  void draw(ui::Canvas& canvas) const override;
+};
+
+// A row of buttons, evenly spaced (a section's view).
+class ControlCenterRow : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "SBControlCenterSectionView";
+  explicit ControlCenterRow(rt::Class* isa) : ui::UIView(isa) {}
+  void layoutSubviews() override;
+};
+
+// The panel over the bottom of the screen: the settings row above the
+// quick-launch row.
+class ControlCenterPanel : public ui::UIView {
+ public:
+  static constexpr const char* kClassName = "SBControlCenterContentView";
+  explicit ControlCenterPanel(rt::Class* isa) : ui::UIView(isa) {}
+  std::weak_ptr<ui::UIView> settingsRow, quickLaunchRow;
+  void layoutSubviews() override;
 };
 
 // 8.x: one quick-launch shortcut.
@@ -100,6 +121,9 @@ class QuickLaunchSection : public ui::UIViewController {
   // Left to right: torch, clock, calculator, camera.
   std::vector<std::shared_ptr<ControlCenterButton>> buttons;
   std::vector<std::shared_ptr<ShortcutModule>> modules;  // 8.x
+
+ protected:
+  std::shared_ptr<ui::UIView> loadView() override;
 };
 
 class SettingsSection : public ui::UIViewController {
@@ -109,6 +133,9 @@ class SettingsSection : public ui::UIViewController {
   // Left to right: airplane, Wi-Fi, Bluetooth.
   std::vector<std::shared_ptr<ControlCenterButton>> buttons;
   std::shared_ptr<BluetoothSettingModule> bluetooth;  // 8.x
+
+ protected:
+  std::shared_ptr<ui::UIView> loadView() override;
 };
 
 class ControlCenterViewController : public ui::UIViewController {
@@ -131,6 +158,9 @@ class ControlCenterViewController : public ui::UIViewController {
   // The button with that identifier ("torch", "clock", "calculator",
   // "camera", "airplane", "wifi", "bluetooth"), or null.
   std::shared_ptr<ControlCenterButton> button(const std::string& name) const;
+
+ protected:
+  std::shared_ptr<ui::UIView> loadView() override;
 };
 
 // The springboard UI controller: Home presses and the app switcher.

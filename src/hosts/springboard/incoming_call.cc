@@ -26,17 +26,30 @@ std::optional<platform::CallInfo> infoOf(const IncomingCallController& c) {
 
 std::shared_ptr<ui::UIView> IncomingCallController::loadView() {
   auto view = ui::UIViewController::loadView();
-  // The LCD across the top of the screen, where the caller is named.
+  const auto screen = platform::current().device().screenPoints;
+  view->setFrame({{0, 0}, screen});
+  view->setBackgroundColor(kCallScreenBackground);
+  // The LCD across the top of the screen, where the caller is named; its
+  // text is centred (shouldCenterText).
   auto lcd = ui::make<ui::UIView>();
-  const double width = platform::current().device().screenPoints.width;
+  const double width = screen.width;
   lcd->setFrame({{0, 0}, {width, 96}});
   nameLabel = ui::make<ui::UILabel>();
-  nameLabel->setFrame({{15, 20}, {width - 30, 36}});
+  nameLabel->setFrame({{15, 20}, {width - 30, 38}});
   statusLabel = ui::make<ui::UILabel>();
-  statusLabel->setFrame({{15, 58}, {width - 30, 20}});
+  statusLabel->setFrame({{15, 58}, {width - 30, 22}});
+  for (const auto& [label, size] :
+       {std::pair{nameLabel, 32.0}, std::pair{statusLabel, 17.0}}) {
+    label->setFont({"HelveticaNeue-Light", size});
+    label->setTextColor({1, 1, 1, 1});
+    label->setTextAlignment(ui::TextAlignment::Center);
+    label->setAdjustsFontSizeToFitWidth(true);
+  }
   lcd->addSubview(nameLabel);
   lcd->addSubview(statusLabel);
   view->addSubview(lcd);
+  answerControls = CallAnswerControls::make(screen.width, screen.height);
+  view->addSubview(answerControls);
   return view;
 }
 
@@ -117,6 +130,11 @@ void IncomingCallScreens::layOutAnswerControls() {
                   sdk::SBUserAgent::sharedUserAgent);
   screen_->declineButton =
       !(agent && rt::send(agent, sdk::SBUserAgent::lockScreenIsShowing));
+  screen_->view();
+  screen_->answerControls->show(screen_->declineButton
+                                    ? CallAnswerControls::Mode::Buttons
+                                    : CallAnswerControls::Mode::Slide,
+                                screen_call_);
 }
 
 std::optional<CallScreenLabels> IncomingCallScreens::screenLabels() const {

@@ -25,6 +25,7 @@
 #include <vector>
 
 #include "hosts/kit/call_screens.h"
+#include "hosts/kit/call_views.h"
 #include "platform/telephony/telephony.h"
 #include "platform/ui/label.h"
 #include "platform/ui/view_controller.h"
@@ -50,6 +51,8 @@ class IncomingCallController : public ui::UIViewController {
   std::function<void()> onRing;
   // The LCD's own name and label lines (the topLCDView's first subviews).
   std::shared_ptr<ui::UILabel> nameLabel, statusLabel;
+  // At the bottom: the slider or the Decline and Answer buttons.
+  std::shared_ptr<CallAnswerControls> answerControls;
 
  protected:
   std::shared_ptr<ui::UIView> loadView() override;

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "platform/render/chrome.h"
+#include "platform/render/paint_window.h"
 #include "platform/render/renderer.h"
 #include "platform/render/view_painter.h"
 
@@ -74,7 +74,7 @@ class CairoRenderer : public Renderer {
     cairo_scale(cr, scene.scale, scene.scale);
     setColour(cr, scene.background);
     cairo_paint(cr);
-    ViewPainter views(cr, text_, scene.painters);
+    ViewPainter views(cr, text_);
     for (const auto& [view, frame] : scene.layers) {
       if (!view) continue;
       if (frame)
@@ -84,14 +84,6 @@ class CairoRenderer : public Renderer {
       else
         views.draw(*view);
     }
-    if (scene.navigationBar)
-      drawNavigationBar(cr, text_, scene, *scene.navigationBar);
-    if (scene.tabBar) drawTabBar(cr, text_, scene, *scene.tabBar);
-    drawStatusBar(cr, text_, scene);
-    if (scene.alert)
-      drawAlert(cr, text_, scene, *scene.alert);
-    else if (scene.sheet)
-      drawActionSheet(cr, text_, scene, *scene.sheet);
     cairo_destroy(cr);
     cairo_surface_flush(surface);
     return surface;
@@ -101,6 +93,15 @@ class CairoRenderer : public Renderer {
 };
 
 }  // namespace
+
+void paintWindow(cairo_t* cr, const ui::UIView& window, double scale) {
+  // One Pango context for the process's drawing thread.
+  static thread_local TextPainter text;
+  cairo_save(cr);
+  cairo_scale(cr, scale, scale);
+  ViewPainter(cr, text).draw(window);
+  cairo_restore(cr);
+}
 
 std::unique_ptr<Renderer> makeRenderer() {
   return std::make_unique<CairoRenderer>();

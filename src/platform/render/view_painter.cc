@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/ui/button.h"
+#include "platform/ui/canvas.h"
 #include "platform/ui/table_view.h"
 #include "platform/ui/text_view.h"
 
@@ -15,8 +16,8 @@ bool emptyRect(const ui::Rect& r) {
   return r.size.width <= 0 || r.size.height <= 0;
 }
 
-// Painter-side Canvas over the context, in the painted view's points.
-class CairoCanvas : public Canvas {
+// The views' Canvas over the context, in the drawn view's points.
+class CairoCanvas : public ui::Canvas {
  public:
   CairoCanvas(cairo_t* cr, TextPainter& text) : cr_(cr), text_(text) {}
   void fill(const ui::Rect& rect, const ui::Color& colour,
@@ -25,21 +26,57 @@ class CairoCanvas : public Canvas {
     setColour(cr_, colour);
     cairo_fill(cr_);
   }
+  void strokeRect(const ui::Rect& rect, const ui::Color& colour, double width,
+                  double cornerRadius) override {
+    roundedRect(cr_, rect, cornerRadius);
+    setColour(cr_, colour);
+    cairo_set_line_width(cr_, width);
+    cairo_stroke(cr_);
+  }
+  void path(const std::vector<ui::Point>& points, const ui::Color& colour,
+            double width, bool closed, bool filled) override {
+    if (points.empty()) return;
+    cairo_new_path(cr_);
+    for (const auto& p : points) cairo_line_to(cr_, p.x, p.y);
+    if (closed || filled) cairo_close_path(cr_);
+    setColour(cr_, colour);
+    if (filled) {
+      cairo_fill(cr_);
+      return;
+    }
+    cairo_set_line_width(cr_, width);
+    cairo_set_line_join(cr_, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_cap(cr_, CAIRO_LINE_CAP_ROUND);
+    cairo_stroke(cr_);
+  }
   void text(const ui::Rect& rect, const std::string& text, const ui::Font& font,
-            const ui::Color& colour, ui::TextAlignment alignment) override {
-    text_.draw(cr_, rect, text, TextStyle{font, colour, alignment});
+            const ui::Color& colour, ui::TextAlignment alignment,
+            ui::LineBreakMode mode, int lines) override {
+    text_.draw(cr_, rect, text,
+               TextStyle{font, colour, alignment, mode, lines});
   }
   void image(const ui::Rect& rect, const ui::Image& image) override {
     drawImage(cr_, rect, image);
+  }
+  void mask(const ui::Rect& rect, const ui::Image& image,
+            const ui::Color& colour) override {
+    cairo_push_group(cr_);
+    drawImage(cr_, rect, image);
+    cairo_pattern_t* glyph = cairo_pop_group(cr_);
+    setColour(cr_, colour);
+    cairo_mask(cr_, glyph);
+    cairo_pattern_destroy(glyph);
+  }
+  double hairline() const override {
+    double dx = 0, dy = 1;
+    cairo_user_to_device_distance(cr_, &dx, &dy);
+    return dy > 0 ? 1 / dy : 0.5;
   }
 
  private:
   cairo_t* cr_;
   TextPainter& text_;
 };
-
-const ui::Color kSeparator{0.78, 0.78, 0.8, 1};
-const ui::Color kDetailGrey{0.56, 0.56, 0.58, 1};
 
 }  // namespace
 
@@ -129,7 +166,7 @@ void ViewPainter::drawIn(const ui::UIView& view, const ui::Rect& f) {
     cairo_fill(cr_);
   }
   content(view, bounds);
-  children(view, f.size);
+  children(view);
   if (group) {
     cairo_pop_group_to_source(cr_);
     cairo_paint_with_alpha(cr_, view.alpha());
@@ -149,7 +186,6 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
     text_.draw(cr_, bounds, label->text(),
                TextStyle{font, label->textColor(), label->textAlignment(),
                          label->lineBreakMode()});
-    return;
   }
   if (const auto* tv = dynamic_cast<const ui::UITextView*>(&view)) {
     // Lines where the model laid them out, so what it measured is drawn.
@@ -157,11 +193,9 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
                           ui::LineBreakMode::Clip};
     for (const auto& line : tv->placedLines())
       text_.draw(cr_, line.frame, line.text, style);
-    return;
   }
   if (const auto* iv = dynamic_cast<const ui::UIImageView*>(&view)) {
     if (iv->image()) drawImage(cr_, bounds, *iv->image());
-    return;
   }
   if (const auto* button = dynamic_cast<const ui::UIButton*>(&view)) {
     // The model's buttons keep no touch state: one that takes no touches
@@ -183,143 +217,23 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
     }
     const std::string title = button->title(state);
     if (!title.empty())
-      text_.draw(
-          cr_, bounds, title,
-          TextStyle{
-              {"Helvetica", 17}, {0, 0.48, 1, 1}, ui::TextAlignment::Center});
+      text_.draw(cr_, bounds, title,
+                 TextStyle{button->titleFont(), button->titleColor(),
+                           button->titleAlignment()});
   }
-  if (painters_) {
-    auto it = painters_->find(view.className());
-    if (it != painters_->end()) {
-      CairoCanvas canvas(cr_, text_);
-      it->second(view, canvas);
-    }
-  }
-  if (const auto* table = dynamic_cast<const ui::UITableView*>(&view))
-    separators(*table, bounds.size.width);
+  CairoCanvas canvas(cr_, text_);
+  view.draw(canvas);
 }
 
-void ViewPainter::separators(const ui::UITableView& table, double width) {
-  const double y0 = -table.contentOffset().y;
-  // One device pixel thick.
-  double dx = 0, dy = 1;
-  cairo_user_to_device_distance(cr_, &dx, &dy);
-  const double hair = dy > 0 ? 1 / dy : 0.5;
-  for (const auto& [row, cell] : table.visibleCells()) {
-    if (!cell || cell->isHidden()) continue;
-    const ui::Rect& f = cell->frame();
-    const ui::EdgeInsets& in = cell->separatorInset();
-    const double x = in.left, w = (f.size.width > 0 ? f.size.width : width) -
-                                  in.left - in.right;
-    if (w <= 0) continue;
-    setColour(cr_, kSeparator);
-    cairo_rectangle(cr_, f.origin.x + x, y0 + f.origin.y + f.size.height - hair,
-                    w, hair);
-    cairo_fill(cr_);
-  }
-}
-
-void ViewPainter::children(const ui::UIView& view, platform::Size size) {
+void ViewPainter::children(const ui::UIView& view) {
   const auto* scroll = dynamic_cast<const ui::UIScrollView*>(&view);
-  const bool table = dynamic_cast<const ui::UITableView*>(&view) != nullptr;
   cairo_save(cr_);
   if (scroll)
     cairo_translate(cr_, -scroll->contentOffset().x,
                     -scroll->contentOffset().y);
-  if (const auto* cell = dynamic_cast<const ui::UITableViewCell*>(&view)) {
-    cellParts(*cell, size);
-  } else {
-    for (const auto& child : view.subviews()) {
-      if (!child) continue;
-      // Rows of a table laid out before it had a width span the width it
-      // is drawn at.
-      const ui::Rect& f = child->frame();
-      if (table && f.size.width <= 0 &&
-          dynamic_cast<const ui::UITableViewCell*>(child.get()))
-        drawIn(*child, {f.origin, {size.width, f.size.height}});
-      else
-        draw(*child);
-    }
-  }
+  for (const auto& child : view.subviews())
+    if (child) draw(*child);
   cairo_restore(cr_);
-}
-
-// The platform cell lays out its content view, image and labels itself; the
-// model leaves that to the host, so parts still without a frame get the
-// standard places here (computed for the picture, never stored).
-void ViewPainter::cellParts(const ui::UITableViewCell& cell,
-                            platform::Size size) {
-  const ui::Rect cellBounds{{0, 0}, size};
-  const double accessoryWidth =
-      cell.accessoryType != ui::CellAccessoryType::None ? 33 : 0;
-  for (const auto& child : cell.subviews()) {
-    if (!child) continue;
-    if (child != cell.contentView()) {
-      draw(*child);
-      continue;
-    }
-    const auto& content = *cell.contentView();
-    if (!emptyRect(content.frame())) {
-      draw(content);
-      continue;
-    }
-    if (content.isHidden()) continue;
-    const ui::Rect box{
-        {0, 0},
-        {cellBounds.size.width - accessoryWidth, cellBounds.size.height}};
-    double x = 15;
-    auto place = [&](const ui::UIView& part, const ui::Rect& r) {
-      drawIn(part, emptyRect(part.frame()) ? r : part.frame());
-    };
-    for (const auto& part : content.subviews()) {
-      if (!part) continue;
-      if (part == cell.imageView()) {
-        const auto& image = cell.imageView()->image();
-        if (!image || image->empty()) continue;
-        platform::Size s = image->size();
-        const double limit = box.size.height - 8;
-        if (s.height > limit && s.height > 0)
-          s = {s.width * limit / s.height, limit};
-        place(*part, {{15, (box.size.height - s.height) / 2}, s});
-        x = 15 + s.width + 15;
-      }
-    }
-    const double w = std::max(0.0, box.size.width - x - 15);
-    const double h = box.size.height;
-    for (const auto& part : content.subviews()) {
-      if (!part || part == cell.imageView()) continue;
-      if (part == cell.textLabel()) {
-        ui::Rect r{{x, 0}, {w, h}};
-        if (cell.style() == ui::CellStyle::Subtitle &&
-            !cell.detailTextLabel()->text().empty())
-          r = {{x, h * 0.12}, {w, h * 0.5}};
-        place(*part, r);
-      } else if (part == cell.detailTextLabel()) {
-        ui::Rect r{{x, 0}, {w, h}};
-        if (cell.style() == ui::CellStyle::Subtitle)
-          r = {{x, h * 0.55}, {w, h * 0.35}};
-        place(*part, r);
-      } else {
-        draw(*part);
-      }
-    }
-    if (accessoryWidth > 0 && !cell.accessoryView()) {
-      const double cx = cellBounds.size.width - 20, cy = h / 2;
-      if (cell.accessoryType == ui::CellAccessoryType::Checkmark) {
-        setColour(cr_, {0, 0.48, 1, 1});
-        cairo_move_to(cr_, cx - 7, cy);
-        cairo_line_to(cr_, cx - 2, cy + 5);
-        cairo_line_to(cr_, cx + 6, cy - 6);
-      } else {
-        setColour(cr_, kDetailGrey);
-        cairo_move_to(cr_, cx - 3, cy - 6);
-        cairo_line_to(cr_, cx + 3, cy);
-        cairo_line_to(cr_, cx - 3, cy + 6);
-      }
-      cairo_set_line_width(cr_, 2);
-      cairo_stroke(cr_);
-    }
-  }
 }
 
 }  // namespace zv::render

@@ -1,26 +1,23 @@
 // Draws a view tree onto a cairo context in screen points: each view in
 // subview order at its frame, with its scale transform, alpha (the view and
 // its subviews composited as one), hidden state, corner radius clipping,
-// background colour, and its own content by kind: a label's text, an image
-// view's picture, a button's image for its state and its title, a table's
-// visible cells with separators at their insets, scroll offsets. Standard
-// cell parts the host left unplaced get the platform cell's own layout.
-// Views of other kinds draw through the scene's painters, by class name.
-// The tree is only read.
+// background colour, scroll offsets, and its own content: a label's text, a
+// text view's laid-out lines, an image view's picture, a button's image for
+// its state and its title, then whatever the view draws itself
+// (UIView::draw, through a ui::Canvas over the context). The tree is only
+// read: views lay themselves out before (UIView::layoutIfNeeded).
 #pragma once
 
 #include <cairo.h>
 
 #include "platform/render/scene.h"
 #include "platform/render/text_painter.h"
-#include "platform/ui/table_view.h"
 
 namespace zv::render {
 
 class ViewPainter {
  public:
-  ViewPainter(cairo_t* cr, TextPainter& text, const Painters* painters)
-      : cr_(cr), text_(text), painters_(painters) {}
+  ViewPainter(cairo_t* cr, TextPainter& text) : cr_(cr), text_(text) {}
 
   // Draws `view` and its subviews at the current origin of the context
   // (the view's frame origin is added).
@@ -30,14 +27,10 @@ class ViewPainter {
 
  private:
   void content(const ui::UIView& view, const ui::Rect& bounds);
-  // The subviews of `view`, drawn at `size`.
-  void children(const ui::UIView& view, platform::Size size);
-  void cellParts(const ui::UITableViewCell& cell, platform::Size size);
-  void separators(const ui::UITableView& table, double width);
+  void children(const ui::UIView& view);
 
   cairo_t* cr_;
   TextPainter& text_;
-  const Painters* painters_;
 };
 
 // Shared drawing helpers: a rounded rectangle path, a colour source, an

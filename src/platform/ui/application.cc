@@ -1,5 +1,6 @@
 #include "platform/ui/application.h"
 
+#include "platform/platform.h"
 #include "platform/process.h"
 #include "platform/ui/messages.h"
 
@@ -24,6 +25,16 @@ void UIApplication::setShared(std::shared_ptr<UIApplication> app) {
 
 bool UIApplication::openURL(const std::string& url) {
   return rt::send(shared_from_this(), msg::UIApplication::openURL, url);
+}
+
+std::shared_ptr<UIWindow> UIApplication::keyWindow() {
+  if (!window_)
+    window_ =
+        UIWindow::makeForScreen(platform::current().device().screenPoints);
+  window_->overlays.clear();
+  prepareWindow(*window_);
+  window_->layoutIfNeeded();
+  return window_;
 }
 
 }  // namespace zv::ui

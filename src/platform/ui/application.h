@@ -14,6 +14,7 @@
 #include <string>
 
 #include "platform/runtime/object.h"
+#include "platform/ui/window.h"
 
 namespace zv::ui {
 
@@ -34,6 +35,19 @@ class UIApplication : public rt::Object {
   // Called once the application is the running one: the host shows its
   // first screen here.
   virtual void didFinishLaunching() {}
+
+  // The window the application shows, made on first use at the device's
+  // screen size; prepareWindow() sets it up from the application's state
+  // and the window is laid out, ready to draw or to hit test.
+  std::shared_ptr<UIWindow> keyWindow();
+
+ protected:
+  // Sets the window's root controller, background and overlays from what
+  // the application shows now; an application without one shows nothing.
+  virtual void prepareWindow(UIWindow& window) { (void)window; }
+
+ private:
+  std::shared_ptr<UIWindow> window_;
 };
 
 // The running application as the host's C++ type, or null when there is

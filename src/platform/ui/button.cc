@@ -44,6 +44,12 @@ bool UIButton::touch() {
   return true;
 }
 
+bool UIButton::perform(Gesture g) {
+  const bool handled = UIView::perform(g);
+  if (g != Gesture::Tap) return handled;
+  return touch() || handled;
+}
+
 void UIButton::sizeToFit() {
   Font f{"Helvetica", 15};
   std::string t = title();

@@ -23,7 +23,10 @@ enum class LineBreakMode {
 class UILabel : public UIView {
  public:
   static constexpr const char* kClassName = "UILabel";
-  explicit UILabel(rt::Class* isa) : UIView(isa) {}
+  // Labels take no touches (they pass them to the view under them).
+  explicit UILabel(rt::Class* isa) : UIView(isa) {
+    setUserInteractionEnabled(false);
+  }
 
   const std::string& text() const { return text_; }
   void setText(std::string text) { text_ = std::move(text); }
@@ -68,7 +71,10 @@ class UILabel : public UIView {
 class UIImageView : public UIView {
  public:
   static constexpr const char* kClassName = "UIImageView";
-  explicit UIImageView(rt::Class* isa) : UIView(isa) {}
+  // Image views take no touches either.
+  explicit UIImageView(rt::Class* isa) : UIView(isa) {
+    setUserInteractionEnabled(false);
+  }
   const ImagePtr& image() const { return image_; }
   void setImage(ImagePtr image) { image_ = std::move(image); }
 

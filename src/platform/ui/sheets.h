@@ -37,6 +37,11 @@ class UIActionSheet : public UIView {
 
   // The sheet presented in the current process, if any.
   static std::shared_ptr<UIActionSheet> presented();
+  // Over the whole screen (its frame in a window): the screen dimmed, the
+  // buttons (real buttons: a tap dismisses the sheet with their index) in a
+  // group at the bottom, cancel apart below them.
+  void layoutSubviews() override;
+  void draw(Canvas& canvas) const override;
 
  private:
   std::vector<std::string> buttons_;

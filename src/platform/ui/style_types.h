@@ -33,6 +33,9 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
+// The system's tint: bar buttons, selected tabs, checkmarks.
+inline constexpr Color kTintColor{0, 0.48, 1, 1};
+
 // Insets of a content area (UIEdgeInsets).
 struct EdgeInsets {
   double top = 0, left = 0, bottom = 0, right = 0;

@@ -46,6 +46,15 @@ class UITableViewCell : public UIView {
   void setSeparatorInset(EdgeInsets e) { separator_inset_ = e; }
   // Called before the cell is handed out again by the reuse pool.
   virtual void prepareForReuse() {}
+  // The standard layout: the content view fills the cell less the
+  // accessory; a visible image view sits at the left, centred, and the text
+  // label (and the detail label of the style) are laid out after it: the
+  // detail under the text (subtitle), at the right (value 1) or before it
+  // (value 2). Subclasses that place their own views call it first.
+  void layoutSubviews() override;
+  // A tap selects the cell's row in its table.
+  bool perform(Gesture g) override;
+  void draw(Canvas& canvas) const override;
 
  protected:
   // Builds the standard subviews; subclasses made with makeAs call it.
@@ -85,6 +94,12 @@ class UITableView : public UIScrollView {
     return visible_;
   }
   std::shared_ptr<UITableViewCell> cellForRowAtIndex(size_t row) const;
+  // The row `cell` shows, if it is on screen.
+  std::optional<size_t> rowOfCell(const UITableViewCell& cell) const;
+  // Rows laid out before the table had a width span the width it has now.
+  void layoutSubviews() override;
+  // Separators under the visible rows, at the cells' insets.
+  void draw(Canvas& canvas) const override;
   // A tap on a row (must exist).
   bool selectRow(size_t row);
 

@@ -11,6 +11,7 @@
 #include "platform/ui/table_view_controller.h"
 #include "platform/ui/text_view.h"
 #include "platform/ui/view_controller.h"
+#include "platform/ui/window.h"
 
 namespace zv::ui {
 namespace {
@@ -88,6 +89,14 @@ void registerControls(rt::Runtime& rt) {
   rt::define(msg::UITableView::reloadData,
              [](const rt::Id& s) { self<UITableView>(s).reloadData(); });
   typed<UITableViewCell>(rt.registerClass("UITableViewCell", "UIView"));
+  typed<UIWindow>(rt.registerClass(UIWindow::kClassName, "UIView"));
+  typed<UIStatusBar>(rt.registerClass(UIStatusBar::kClassName, "UIView"));
+  typed<UINavigationBar>(
+      rt.registerClass(UINavigationBar::kClassName, "UIView"));
+  typed<UITabBar>(rt.registerClass(UITabBar::kClassName, "UIView"));
+  typed<UITabBarButton>(
+      rt.registerClass(UITabBarButton::kClassName, "UIButton"));
+  typed<UIAlertPanel>(rt.registerClass(UIAlertPanel::kClassName, "UIView"));
 }
 
 void registerSheets(rt::Runtime& rt) {

@@ -66,6 +66,12 @@ Point UIView::childPoint(const UIView& child, Point point) const {
           cy + (point.y - f.origin.y - cy) / s};
 }
 
+void UIView::layoutIfNeeded() {
+  layoutSubviews();
+  auto children = subviews_;
+  for (const auto& child : children) child->layoutIfNeeded();
+}
+
 void UIView::onGesture(Gesture g, GestureHandler handler) {
   gestures_.emplace_back(g, std::move(handler));
 }

@@ -24,6 +24,8 @@ namespace zv::ui {
 
 enum class Gesture { Tap, LongPress, TouchEnded };
 
+class Canvas;
+
 class UIView : public rt::Object {
  public:
   static constexpr const char* kClassName = "UIView";
@@ -93,12 +95,21 @@ class UIView : public rt::Object {
 
   // Resizes the view to fit its content; plain views keep their size.
   virtual void sizeToFit() {}
+  // Places the subviews a view lays out itself (cells, bars, the window);
+  // plain views leave them where they are.
+  virtual void layoutSubviews() {}
+  // Lays out this view and then its subviews, depth first.
+  void layoutIfNeeded();
+  // Draws the view's own content in its bounds, above its background and
+  // below its subviews (drawRect:); plain views draw nothing.
+  virtual void draw(Canvas& canvas) const { (void)canvas; }
 
   // Gestures: handlers run in the order added; perform() does nothing for a
-  // view that takes no touches.
+  // view that takes no touches. Controls (buttons, table cells) also act on
+  // a tap themselves, as a finger on them would.
   using GestureHandler = std::function<void(UIView&)>;
   void onGesture(Gesture g, GestureHandler handler);
-  bool perform(Gesture g);
+  virtual bool perform(Gesture g);
 
   // Animations run to their end at once; the completion still runs.
   static void animate(double duration, const std::function<void()>& changes,

@@ -48,8 +48,8 @@ const std::vector<Walk>& walks() {
       {"keypad",
        {"phone", "--screen", "4.7"},
        {{"type:2",
-         "Keypad search: typing 2 shows the first contact found, "
-         "the matching letters highlighted"},
+         "Keypad: one digit typed shows in the extension's display, "
+         "with the buttons to delete it or add it to a contact"},
         {"type:3",
          "Typing 23: the result pager with the area beside the "
          "number's label, and the result counter"},
@@ -130,8 +130,21 @@ void switchFeaturesOn() {
                           "SMSSelectGroup",
                           "SMSMultiSelect"})
     settings[key] = Value(true);
+  // Every Control Centre replacement, and a prefix to dial with.
+  for (const char* key :
+       {"ControlCenterHome", "ControlCenterMultitasking",
+        "ControlCenterLockScreen", "ControlCenterCellularData"})
+    settings[key] = Value(int64_t{1});
+  settings["PrefixNumber"] = Value(std::string("17951"));
   if (!plist::writeFile(path, Value(settings)))
     throw CommandError("tour: cannot write the settings of the copy " + path);
+  // The blocked call of the calls walk: its number on the blacklist.
+  const std::string black = platform::current().path(
+      "/var/mobile/Library/Preferences/zorvel.black.plist");
+  Dict blacklist = plist::readDictionary(black).value_or(Dict{});
+  blacklist["10010"] = Value(std::string("10010"));
+  if (!plist::writeFile(black, Value(blacklist)))
+    throw CommandError("tour: cannot write the blacklist of the copy " + black);
 }
 
 // Runs this program with `args`; returns its standard output. The child's

@@ -24,11 +24,15 @@ std::string pictureName(int index, const std::string& action) {
   char number[16];
   std::snprintf(number, sizeof number, "%03d-", index);
   std::string name = number;
-  for (char c : action)
-    name += (std::isalnum(static_cast<unsigned char>(c)) || c == '.' ||
-             c == '-' || c == '_')
+  // Text outside ASCII (a contact's Chinese name) is kept as it is: UTF-8
+  // bytes never hold '/' or NUL, and a name that is not valid UTF-8 is
+  // still a valid file name.
+  for (char c : action) {
+    const auto u = static_cast<unsigned char>(c);
+    name += (u >= 0x80 || std::isalnum(u) || c == '.' || c == '-' || c == '_')
                 ? c
                 : '_';
+  }
   return name + ".png";
 }
 

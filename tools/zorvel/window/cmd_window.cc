@@ -1,10 +1,10 @@
 // zorvel window: the simulated Phone app, with the extension's hooks
 // installed as `zorvel phone` installs them, in a real window on the Linux
 // platform: real clock, GLib main loop, ModemManager's calls. The window
-// (libzvwindow.so, loaded here) shows the app painted by the renderer of
-// --png and repaints when host code has run (watched_platform.h); touches
-// and keys reach the app through phone_input.h; what the app dials goes out
-// through ModemManager (modem_dialer.h), and on 7.1 the app's own in-call
+// (libzvwindow.so, loaded here) shows the app's key window painted by the
+// painter of --png and repaints when host code has run (watched_platform.h);
+// touches and keys reach the app through phone_input.h; what the app dials goes
+// out through ModemManager (modem_dialer.h), and on 7.1 the app's own in-call
 // screen follows the call. A tel: argument opens the keypad with the number
 // typed. The window runs until it is closed, SIGINT or SIGTERM.
 #include <gio/gio.h>
@@ -18,6 +18,7 @@
 
 #include "core/settings.h"
 #include "hooks/modules.h"
+#include "hosts/kit/host_kit.h"
 #include "hosts/phone/app.h"
 #include "platform/linux/linux_platform.h"
 #include "platform/linux/modem_telephony.h"
@@ -25,7 +26,6 @@
 #include "platform/telephony/call_objects.h"
 #include "tools/zorvel/command.h"
 #include "tools/zorvel/libraries.h"
-#include "tools/zorvel/screens/scenes.h"
 #include "tools/zorvel/window/modem_dialer.h"
 #include "tools/zorvel/window/phone_input.h"
 #include "tools/zorvel/window/surface.h"
@@ -124,16 +124,17 @@ class PhoneWindow final : public window::PhoneInput::Port {
     surface_.reset();
   }
 
-  render::Scene scene() override {
+  std::shared_ptr<ui::UIWindow> window() override {
     const std::string op = linux_.telephony().operatorName();
-    render::Scene s =
-        phoneScene(linux_.device(), op.empty() ? watched_.carrier() : op,
-                   watched_.openAlert(), *app_);
-    s.time = clockNow();
-    return s;
-  }
-  void pressAlertButton(int index) override {
-    watched_.pressAlertButton(index);
+    hosts::SystemShows system;
+    system.carrier = op.empty() ? watched_.carrier() : op;
+    system.alert = watched_.openAlert();
+    system.pressAlertButton = [this](int index) {
+      watched_.pressAlertButton(index);
+    };
+    auto window = hosts::keyWindow(linux_.device().screenPoints, system);
+    window->statusBar()->time = clockNow();
+    return window;
   }
   void changed() override {
     placeDialled();
@@ -181,7 +182,7 @@ class PhoneWindow final : public window::PhoneInput::Port {
 
   void repaint() {
     if (!surface_) return;  // still starting: the first picture follows
-    surface_->show(scene());
+    surface_->show(*window(), linux_.device().screenScale);
   }
 
   // What the app dialled since the last look goes out through the modem.

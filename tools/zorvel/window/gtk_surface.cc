@@ -1,15 +1,15 @@
 // libzvwindow.so: the GTK 4 window behind window/surface.h. A drawing area
-// shows the last picture the renderer made, one picture pixel to one screen
-// pixel (on a high-density screen too), scaled down (never up) to fit when
-// the window is smaller than that and centred in it;
-// pointer, touch and key events are turned back into screen points and key
-// names for the program.
+// shows the last picture painted of the host's window, one picture pixel to one
+// screen pixel (on a high-density screen too), scaled down (never up) to fit
+// when the window is smaller than that and centred in it; pointer, touch and
+// key events are turned back into screen points and key names for the program.
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
-#include "platform/render/renderer.h"
+#include "platform/render/paint_window.h"
 #include "tools/zorvel/window/surface.h"
 
 namespace zv::window {
@@ -18,7 +18,7 @@ namespace {
 class GtkSurface final : public Surface {
  public:
   GtkSurface(const SurfaceOptions& options, SurfaceInput& input)
-      : input_(input), renderer_(render::makeRenderer()) {
+      : input_(input) {
     window_ = gtk_window_new();
     g_object_ref_sink(window_);
     gtk_window_set_title(GTK_WINDOW(window_), options.title.c_str());
@@ -54,9 +54,12 @@ class GtkSurface final : public Surface {
     g_object_unref(window_);
   }
 
-  void show(const render::Scene& scene) override {
-    const ui::Image image = renderer_->draw(scene);
-    const int w = image.pixelWidth(), h = image.pixelHeight();
+  void show(const ui::UIView& window, double scale) override {
+    const int w =
+        static_cast<int>(std::lround(window.frame().size.width * scale));
+    const int h =
+        static_cast<int>(std::lround(window.frame().size.height * scale));
+    if (w <= 0 || h <= 0) return;
     if (!picture_ || cairo_image_surface_get_width(picture_) != w ||
         cairo_image_surface_get_height(picture_) != h) {
       if (picture_) cairo_surface_destroy(picture_);
@@ -67,21 +70,16 @@ class GtkSurface final : public Surface {
       gtk_drawing_area_set_content_height(GTK_DRAWING_AREA(area_),
                                           (h + density - 1) / density);
     }
-    // Cairo keeps premultiplied native-endian ARGB words.
+    // White under the window, as under every picture.
+    cairo_t* cr = cairo_create(picture_);
+    cairo_set_source_rgba(cr, 1, 1, 1, 1);
+    cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
+    cairo_paint(cr);
+    cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+    render::paintWindow(cr, window, scale);
+    cairo_destroy(cr);
     cairo_surface_flush(picture_);
-    unsigned char* out = cairo_image_surface_get_data(picture_);
-    const int stride = cairo_image_surface_get_stride(picture_);
-    const uint8_t* in = image.rgba().data();
-    for (int y = 0; y < h; ++y) {
-      auto* row = reinterpret_cast<uint32_t*>(out + y * stride);
-      for (int x = 0; x < w; ++x, in += 4) {
-        const uint32_t a = in[3];
-        auto pre = [a](uint32_t c) { return (c * a + 127) / 255; };
-        row[x] = a << 24 | pre(in[0]) << 16 | pre(in[1]) << 8 | pre(in[2]);
-      }
-    }
-    cairo_surface_mark_dirty(picture_);
-    points_per_pixel_ = 1 / scene.scale;
+    points_per_pixel_ = 1 / scale;
     gtk_widget_queue_draw(area_);
     if (!gtk_widget_get_visible(window_)) {
       gtk_window_present(GTK_WINDOW(window_));
@@ -162,7 +160,6 @@ class GtkSurface final : public Surface {
   }
 
   SurfaceInput& input_;
-  std::unique_ptr<render::Renderer> renderer_;
   GtkWidget* window_ = nullptr;
   GtkWidget* area_ = nullptr;
   cairo_surface_t* picture_ = nullptr;

@@ -5,31 +5,11 @@
 #include <cmath>
 
 #include "dialer/keypad_controller.h"
-#include "platform/render/chrome_layout.h"
-#include "platform/ui/button.h"
 #include "platform/ui/scroll_view.h"
-#include "platform/ui/sheets.h"
-#include "platform/ui/table_view.h"
-#include "tools/zorvel/screens/scenes.h"
+#include "platform/utf8.h"
 
 namespace zv::window {
 namespace {
-
-// A view under a screen point: the view, the layer's root view it is in,
-// and the point in that root's coordinates.
-struct Hit {
-  std::shared_ptr<ui::UIView> view, root;
-  ui::Point inRoot;
-};
-
-Hit hitAt(const render::Scene& scene, ui::Point p) {
-  for (auto it = scene.layers.rbegin(); it != scene.layers.rend(); ++it) {
-    const ui::Rect frame = it->frame.value_or(it->view->frame());
-    const ui::Point local{p.x - frame.origin.x, p.y - frame.origin.y};
-    if (auto view = it->view->hitTest(local)) return {view, it->view, local};
-  }
-  return {};
-}
 
 template <typename T>
 std::shared_ptr<T> ancestor(std::shared_ptr<ui::UIView> view) {
@@ -38,13 +18,12 @@ std::shared_ptr<T> ancestor(std::shared_ptr<ui::UIView> view) {
   return nullptr;
 }
 
-// `p` (in `root`'s coordinates) in the coordinates of `view` inside it.
-ui::Point pointIn(const ui::UIView& view, const ui::UIView& root, ui::Point p) {
-  for (const ui::UIView* v = &view; v && v != &root; v = v->superview().get()) {
-    p.x -= v->frame().origin.x;
-    p.y -= v->frame().origin.y;
-  }
-  return p;
+// `gesture` on the view under `point` and up its superviews, until one
+// answers it.
+bool performAt(ui::UIWindow& window, ui::Point point, ui::Gesture gesture) {
+  for (auto v = window.hitTest(point); v; v = v->superview())
+    if (v->perform(gesture)) return true;
+  return false;
 }
 
 // The pager of the extension when it is up over the keypad.
@@ -55,6 +34,13 @@ std::shared_ptr<ZVKeypadView> shownPager(hosts::PhoneApplication& app) {
                  pager->superview() == app.dialer->dialerView()
              ? pager
              : nullptr;
+}
+
+// `text` less its last character.
+std::string withoutLastCharacter(const std::string& text) {
+  size_t last = 0;
+  for (size_t i = 0; i < text.size(); i += utf8CharAt(text, i).bytes) last = i;
+  return text.substr(0, last);
 }
 
 }  // namespace
@@ -106,84 +92,20 @@ void PhoneInput::pointerUp(ui::Point point) {
 void PhoneInput::longPress() {
   if (!touching_ || moved_) return;
   long_pressed_ = true;
-  const render::Scene scene = port_.scene();
-  if (scene.alert || scene.sheet) return;
-  Hit hit = hitAt(scene, down_);
-  if (!hit.view) return;
-  if (auto dialer = ancestor<hosts::PhoneDialerView>(hit.view);
-      dialer && hit.view == dialer) {
-    const ui::Point p = pointIn(*dialer, *hit.root, hit.inRoot);
-    for (const auto& key : cli::padKeys(dialer->frame().size))
-      if (key.key == '0' && render::contains(key.rect, p))
-        dialer->pad->holdZero();
-  } else {
-    for (auto v = hit.view; v; v = v->superview())
-      if (v->perform(ui::Gesture::LongPress)) break;
-  }
+  auto window = port_.window();
+  performAt(*window, down_, ui::Gesture::LongPress);
   port_.changed();
 }
 
 void PhoneInput::tap(ui::Point point) {
-  const render::Scene scene = port_.scene();
-  if (scene.alert) {
-    if (auto i = render::placeAt(
-            render::alertLayout(scene.points, *scene.alert).buttons, point))
-      port_.pressAlertButton(*i);
-    return;
-  }
-  if (scene.sheet) {
-    auto sheet = ui::UIActionSheet::presented();
-    if (auto i = render::placeAt(
-            render::sheetLayout(scene.points, *scene.sheet).buttons, point);
-        i && sheet)
-      sheet->dismissWithClickedButtonIndex(*i);
-    return;
-  }
-  if (scene.tabBar) {
-    if (auto i = render::placeAt(
-            render::tabPlaces(scene.points, scene.tabBar->titles.size()),
-            point)) {
-      app_.selectTab(*i);
-      return;
-    }
-  }
-  Hit hit = hitAt(scene, point);
-  if (!hit.view) return;
-  if (auto button = ancestor<ui::UIButton>(hit.view)) {
-    button->touch();
-    return;
-  }
-  if (auto cell = ancestor<ui::UITableViewCell>(hit.view)) {
-    if (auto table = ancestor<ui::UITableView>(cell))
-      for (const auto& [row, shown] : table->visibleCells())
-        if (shown == cell) {
-          table->selectRow(row);
-          return;
-        }
-  }
-  if (auto dialer = ancestor<hosts::PhoneDialerView>(hit.view);
-      dialer && hit.view == dialer) {
-    const ui::Point p = pointIn(*dialer, *hit.root, hit.inRoot);
-    for (const auto& key : cli::padKeys(dialer->frame().size)) {
-      if (!render::contains(key.rect, p)) continue;
-      if (key.key == cli::kCallKey)
-        dialer->pad->pressCall();
-      else
-        dialer->pad->pressKey(key.key);
-      return;
-    }
-    return;
-  }
-  for (auto v = hit.view; v; v = v->superview())
-    if (v->perform(ui::Gesture::Tap) || v->perform(ui::Gesture::TouchEnded))
-      return;
+  auto window = port_.window();
+  if (!performAt(*window, point, ui::Gesture::Tap))
+    performAt(*window, point, ui::Gesture::TouchEnded);
 }
 
 void PhoneInput::drag(ui::Point from, ui::Point to) {
-  const render::Scene scene = port_.scene();
-  if (scene.alert || scene.sheet) return;
-  Hit hit = hitAt(scene, from);
-  auto scroll = ancestor<ui::UIScrollView>(hit.view);
+  auto window = port_.window();
+  auto scroll = ancestor<ui::UIScrollView>(window->hitTest(from));
   if (!scroll) return;
   const double dx = to.x - from.x, dy = to.y - from.y;
   if (scroll->isPagingEnabled()) {
@@ -203,8 +125,31 @@ void PhoneInput::key(const std::string& name, uint32_t character) {
   if (type(name, character)) port_.changed();
 }
 
+bool PhoneInput::typeInAlert(ui::UIWindow& window, const std::string& name,
+                             uint32_t character) {
+  auto& alert = *window.alert;
+  if (name == "BackSpace") {
+    alert.inputText = withoutLastCharacter(alert.inputText);
+  } else if (name == "Return" || name == "KP_Enter") {
+    const int last = static_cast<int>(alert.buttons().size()) - 1;
+    if (last >= 0 && window.pressAlertButton) window.pressAlertButton(last);
+  } else if (character >= 0x20 && g_unichar_validate(character)) {
+    char bytes[8] = {};
+    alert.inputText.append(bytes, g_unichar_to_utf8(character, bytes));
+  } else {
+    return false;
+  }
+  return true;
+}
+
 bool PhoneInput::type(const std::string& name, uint32_t character) {
   if (!app_.dialer) return false;
+  auto window = port_.window();
+  // Something modal over the app takes the keys (text alerts) or keeps
+  // them from it.
+  if (window->alert)
+    return window->alert->textInput && typeInAlert(*window, name, character);
+  if (ui::UIActionSheet::presented()) return false;
   auto pad = app_.dialer->dialerView()->pad;
   if (name == "BackSpace") {
     auto pager = shownPager(app_);

@@ -1,14 +1,15 @@
 // What a person does on the window, turned into what a finger does on the
-// simulated Phone app. Touches go through the views' hit testing, in the
-// scene the window shows now: a tap presses the button under it, selects
-// the table row under it, presses the keypad key the painter drew there or
-// else is a tap (then a touch end) on the deepest view that answers it; a
-// touch held for half a second is a long press (the pager's delete, its
-// match menu, "+" on the 0 key); a drag moves the scroll view under it, a
-// paging one by a whole page. The system's own layers come first: an
-// alert's buttons, the presented action sheet's, then the tab bar.
+// simulated Phone app. Touches go through the hit testing of the window the
+// screen shows now (hosts::keyWindow): a tap goes to the deepest view under
+// it and up its superviews until one answers (a keypad key, a button, a
+// table cell, a tab, an alert's or action sheet's button), then as the end
+// of a touch; a touch held for half a second is a long press the same way
+// (the pager's delete, its match menu, "+" on the 0 key); a drag moves the
+// scroll view under it, a paging one by a whole page.
 //
-// Keys: digits, '*', '#' and '+' type on the keypad, BackSpace deletes
+// Keys: with an alert that takes text open, what is typed goes into its
+// field (BackSpace deletes a character, Return presses its last button);
+// otherwise digits, '*', '#' and '+' type on the keypad, BackSpace deletes
 // (the pager's delete when it shows one, the keypad's otherwise), Return
 // presses the call button.
 //
@@ -20,7 +21,7 @@
 #include <string>
 
 #include "hosts/phone/app.h"
-#include "platform/render/scene.h"
+#include "platform/ui/window.h"
 #include "tools/zorvel/window/surface.h"
 
 namespace zv::window {
@@ -29,9 +30,8 @@ class PhoneInput final : public SurfaceInput {
  public:
   struct Port {
     virtual ~Port() = default;
-    // What the window shows now.
-    virtual render::Scene scene() = 0;
-    virtual void pressAlertButton(int index) = 0;
+    // The window the screen shows now, laid out.
+    virtual std::shared_ptr<ui::UIWindow> window() = 0;
     // Something reached the app: repaint, place what it dialled.
     virtual void changed() = 0;
     virtual void closed() = 0;
@@ -56,6 +56,8 @@ class PhoneInput final : public SurfaceInput {
   bool type(const std::string& name, uint32_t character);
 
  private:
+  bool typeInAlert(ui::UIWindow& window, const std::string& name,
+                   uint32_t character);
   void longPress();
   void tap(ui::Point point);
   void drag(ui::Point from, ui::Point to);

@@ -1,6 +1,7 @@
 // The window `zorvel window` shows, as the program sees it: a surface that
-// draws a picture scene (platform/render/scene.h) with the same renderer as
-// --png and tells what the person does on it, in the scene's points.
+// paints the host's key window with the painter of --png
+// (render::paintWindow) and tells what the person does on it, in the
+// window's points.
 //
 // Its one implementation (window/gtk_surface.cc) is a GTK 4 window in a
 // library of its own, libzvwindow.so, that the command loads at run time
@@ -12,7 +13,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/render/scene.h"
+#include "platform/ui/view.h"
 
 namespace zv::window {
 
@@ -35,10 +36,10 @@ class SurfaceInput {
 class Surface {
  public:
   virtual ~Surface() = default;
-  // Draws `scene` and shows it in the window at the scene's scale, one
-  // picture pixel to one window pixel. Returns at once after drawing; the
-  // window shows it on its next frame.
-  virtual void show(const render::Scene& scene) = 0;
+  // Paints `window` (laid out) at `scale` pixels per point and shows it,
+  // one picture pixel to one screen pixel. Call in the window's process.
+  // Returns at once after painting; the screen shows it on its next frame.
+  virtual void show(const ui::UIView& window, double scale) = 0;
 };
 
 struct SurfaceOptions {

@@ -23,7 +23,7 @@ class WatchedPlatform final : public platform::Platform {
 
   // The alert on screen, if any; pressing one of its buttons (by index)
   // closes it and runs its handler.
-  std::shared_ptr<const platform::Alert> openAlert() const { return alert_; }
+  std::shared_ptr<platform::Alert> openAlert() const { return alert_; }
   void pressAlertButton(int index);
   const std::string& carrier() const { return carrier_; }
 
