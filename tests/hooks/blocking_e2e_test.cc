@@ -200,19 +200,6 @@ TEST_P(BlockingE2ETest, ActionTwoHangsUpEveryCall) {
   for (const auto& c : network().calls()) ADD_FAILURE() << c.id << " is live";
 }
 
-TEST_P(BlockingE2ETest, ChangedNotificationDropsTheLists) {
-  startHost({{"BlacklistBlockMode", 0}});
-  writeList(Policy::kBlacklistPath, kShenzhen);
-  EXPECT_TRUE(blocked(kShenzhen));
-  writeList(Policy::kBlacklistPath, kBeijing);
-  EXPECT_TRUE(blocked(kShenzhen));  // the cached verdict
-  auto& pane = world_.launch("com.apple.Preferences");
-  pane.post(C::kChangedNotification, platform::Scope::System);
-  advance(0);
-  EXPECT_FALSE(blocked(kShenzhen));
-  EXPECT_TRUE(blocked(kBeijing));
-}
-
 TEST_P(BlockingE2ETest, FailureIsLoggedAndTheHostShowsTheCall) {
   startHost({{"BlacklistBlockMode", 0}});
   writeList(Policy::kBlacklistPath, kShenzhen);
