@@ -1,6 +1,6 @@
 // ZVRecentsController against a fake Recents screen: areas and ring times on
-// the row label, avatars and the moved call-type icon, the separator, and
-// the history backup kept in step on both system generations.
+// the row label, avatars and the moved call-type icon. (The separator inset
+// is tests/hooks/recents_e2e_test.cc's; the backup, recents_sync_test.cc's.)
 #include "lists/recents_controller.h"
 
 #include <gtest/gtest.h>
@@ -361,16 +361,6 @@ TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {
   EXPECT_FALSE(host_->row(row).icon->isHidden());
   EXPECT_EQ(row->imageView()->image(), nullptr);
   EXPECT_EQ(row->separatorInset().left, 15);
-}
-
-TEST_F(RecentsTest, SeparatorMakesRoomForTheAvatarAndTheEditingControl) {
-  begin({{"EnableAvatar", true}});
-  auto row = cell();
-  run([&] { controller_->avatarLayoutCell(row); });
-  EXPECT_EQ(row->separatorInset().left, 67);
-  host_->row(row).editing = true;
-  run([&] { controller_->avatarLayoutCell(row); });
-  EXPECT_EQ(row->separatorInset().left, 105);
 }
 
 }  // namespace

@@ -266,25 +266,6 @@ TEST_F(CallHistoryTest, SyncRestoresTheNewestOlderCallsAndEmptiesTheBackup) {
             51);
 }
 
-TEST_F(CallHistoryTest, DeletingFromTheModernBackup) {
-  exec(platform_schema::kCallHistoryStorePath,
-       platform_schema::callRecordTableSql("ZVZCALLRECORD") +
-           "; INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE) VALUES (1, 100.5), "
-           "(2, 200.5), (3, 300.5)");
-  launch().run([&] {
-    auto history = ZVCallHistory::sharedInstance();
-    history->deleteSyncHistory(0);
-    history->deleteSyncHistory(200.5);
-    EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
-                     "SELECT ZDATE FROM ZVZCALLRECORD ORDER BY ZDATE"),
-              (std::vector<double>{100.5, 300.5}));
-    history->deleteAllSyncHistory();
-    EXPECT_TRUE(column(platform_schema::kCallHistoryStorePath,
-                       "SELECT ZDATE FROM ZVZCALLRECORD")
-                    .empty());
-  });
-}
-
 TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
   exec(platform_schema::kCallHistoryDbPath,
        platform_schema::callTableSql("deleted") +
