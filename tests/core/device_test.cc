@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "core/image_geometry.h"
-#include "core/style.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -113,16 +112,6 @@ TEST(AspectFillRect, CoversAndCentres) {
             (ui::Rect{{0, -20}, {40, 80}}));
   EXPECT_EQ(aspectFillRect({60, 30}, {50, 50}), (ui::Rect{{0, 0}, {60, 30}}));
   EXPECT_EQ(aspectFillRect({60, 30}, {0, 50}), (ui::Rect{{0, 0}, {60, 30}}));
-}
-
-TEST(Style, ColoursAndFonts) {
-  EXPECT_NEAR(ZVColor::blueColor().g * 255, 122, 1e-4);
-  EXPECT_NEAR(ZVColor::greenColor().b * 255, 80, 1e-4);
-  EXPECT_EQ(ZVColor::redColor().r, 1);
-  EXPECT_EQ(ZVFont::thinSystemFontOfSize(12),
-            (ui::Font{".HelveticaNeueInterface-Thin", 12}));
-  EXPECT_EQ(ZVFont::mediumSystemFontOfSize(9).name,
-            ".HelveticaNeueInterface-M3");
 }
 
 }  // namespace

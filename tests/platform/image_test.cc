@@ -40,20 +40,6 @@ bool allPixels(const Image& image, Pixel expected, int tolerance = 0) {
   return true;
 }
 
-TEST(ImageTest, PngRoundTripKeepsPixelsAndScaleSetsPointSize) {
-  Image source = bands(6, 4, 2, kRed, kGreen, kBlue, false);
-  std::string png = source.encodePng();
-  ASSERT_FALSE(png.empty());
-
-  ImagePtr decoded = Image::decode(png, 2);
-  ASSERT_NE(decoded, nullptr);
-  EXPECT_EQ(decoded->pixelWidth(), 6);
-  EXPECT_EQ(decoded->pixelHeight(), 4);
-  EXPECT_EQ(decoded->size(), (platform::Size{3, 2}));
-  EXPECT_EQ(decoded->rgba(), source.rgba());
-  EXPECT_EQ(decoded->pixel(6, 0), Pixel{});  // outside is transparent
-}
-
 TEST(ImageTest, DecodesJpegAndOnlyAsMuchAsItsHeaderAllows) {
   Image source = Image::filled(16, 8, 1, Pixel{200, 40, 40, 255});
   const std::string jpeg = encodeJpeg(source.rgba().data(), 16, 8, 95);

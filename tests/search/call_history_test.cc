@@ -166,37 +166,6 @@ TEST_F(CallHistoryTest, RingSecondsStayWithTheirCallAndNeverWaitForTheFile) {
   EXPECT_EQ((*ringFile())["437875200.000000"].longLongValue(), 6);
 }
 
-TEST_F(CallHistoryTest, LegacyKeysHaveNoDecimals) {
-  addLegacyCall(1, 1416182400, 0);
-  launch("7.1").run([&] {
-    auto history = ZVCallHistory::sharedInstance();
-    history->saveLastRingDuration(9);
-    EXPECT_EQ((*ringFile())["1416182400"].longLongValue(), 9);
-    EXPECT_EQ(history->getRingDuration(1416182400), 9);
-  });
-}
-
-TEST_F(CallHistoryTest, ObserversDropTheirCopyWhenAnotherProcessSaves) {
-  addCall(1, 437875200, 0);
-  auto& phone = launch("8.1", "com.apple.mobilephone");
-  auto& springboard = launch();
-  phone.run([] {
-    ZVCallHistory::regisiterChangedCallback();
-    ZVCallHistory::regisiterChangedCallback();  // once per process
-    auto history = ZVCallHistory::sharedInstance();
-    EXPECT_EQ(history->getRingDuration(437875200), 0);
-    EXPECT_TRUE(history->ringDurationsLoaded());
-  });
-  springboard.run(
-      [] { ZVCallHistory::sharedInstance()->saveLastRingDuration(4); });
-  world_.advance(2.5);
-  phone.run([] {
-    auto history = ZVCallHistory::sharedInstance();
-    EXPECT_FALSE(history->ringDurationsLoaded());
-    EXPECT_EQ(history->getRingDuration(437875200), 4);
-  });
-}
-
 TEST_F(CallHistoryTest, EntriesOlderThanTheOldestCallExpireOnLoad) {
   addCall(1, 437000000, 0);
   const std::string path = root_ + ZVCallHistory::kRingDurationPath;

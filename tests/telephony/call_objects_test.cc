@@ -5,7 +5,6 @@
 
 #include "hostsdk/telephony.h"
 #include "platform/db/contact_lookup.h"
-#include "platform/runtime/notification.h"
 #include "telephony_fixture.h"
 
 namespace zv::testing {
@@ -218,19 +217,6 @@ TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
   ASSERT_EQ(calls.size(), 10u);
   EXPECT_EQ(calls[0].detail, "1 4 13800138000");
   EXPECT_EQ(calls[0].process, "");
-}
-
-TEST_F(TelephonyTest, AStatusNotificationCarriesTheCall) {
-  auto& incall = launch("com.apple.InCallService");
-  in(incall, [&] {
-    const CallId id = network().incoming("10086");
-    rt::Id call = platform::callObject(id);
-    rt::Id note = rt::makeNotification(
-        platform::msg::kCallStatusChangedNotification, call);
-    EXPECT_EQ(rt::send(note, sdk::NSNotification::name),
-              "TUCallCenterCallStatusChangedNotification");
-    EXPECT_EQ(rt::send(note, sdk::NSNotification::object), call);
-  });
 }
 
 TEST_F(TelephonyTest, ActionsThatDoNotFitTheCallChangeNothing) {

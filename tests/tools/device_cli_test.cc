@@ -76,20 +76,6 @@ TEST_F(DeviceCliTest, RefusesAFolderInUseUnlessForcedAndForgetsTheOldContacts) {
   EXPECT_LT(after, before);
 }
 
-TEST_F(DeviceCliTest, ContactsDeletedWithAnotherToolAreNotShown) {
-  ASSERT_EQ(create("--contacts 10 --calls 0").status, 0);
-  const int before = allNumbers();
-  const char* newest =
-      " FROM ABMultiValue WHERE record_id = (SELECT MAX(record_id) FROM "
-      "ABMultiValue)";
-  const int removed = sqlCount(platform_schema::kAddressBookPath,
-                               std::string("SELECT COUNT(*)") + newest);
-  ASSERT_GT(removed, 0);
-  execSql(dir() + platform_schema::kAddressBookPath,
-          std::string("DELETE") + newest);
-  EXPECT_EQ(allNumbers(), before - removed);
-}
-
 TEST_F(DeviceCliTest, SearchSaysWhichFileItCannotRead) {
   ASSERT_EQ(create("--contacts 5 --calls 0").status, 0);
   const std::string search = "search --root '" + dir() + "' 2";
