@@ -1,6 +1,7 @@
 // How the commands a user runs grow with the address book: `zorvel search`
-// (a T9 search of the device's contacts) and `zorvel phone tab:recents` (the
-// Recents list of 100 calls with each row's contact) on generated devices of
+// (a T9 search of the device's contacts), `zorvel phone tab:recents` (the
+// Recents list of 100 calls with each row's contact), the Phone app's keypad
+// and the Contacts app's list on generated devices of
 // 1,000 and 30,000 contacts (other sizes can be given as arguments: the
 // first is the base). Each command runs as a user would start it, several
 // times; the median wall-clock time is printed with its ratio to the base
@@ -53,7 +54,7 @@ double timeCommand(const std::string& command, int reps) {
 }
 
 struct Times {
-  double search = 0, recents = 0;
+  double search = 0, recents = 0, keypad = 0, contacts = 0;
 };
 
 Times runSize(int contacts) {
@@ -70,9 +71,15 @@ Times runSize(int contacts) {
   t.search = timeCommand(zorvel + " search --root '" + root + "' 6 4", 5);
   t.recents = timeCommand(
       zorvel + " phone --root '" + root + "' --os 8.1 tab:recents", 5);
+  t.keypad = timeCommand(
+      zorvel + " phone --root '" + root + "' --os 8.1 tab:keypad", 5);
+  t.contacts =
+      timeCommand(zorvel + " contacts --root '" + root + "' wait:1", 5);
   std::filesystem::remove_all(root);
-  std::printf("%6d contacts: search %.3f s, recents %.3f s\n", contacts,
-              t.search, t.recents);
+  std::printf(
+      "%6d contacts: search %.3f s, recents %.3f s, keypad %.3f s, contacts "
+      "list %.3f s\n",
+      contacts, t.search, t.recents, t.keypad, t.contacts);
   return t;
 }
 
@@ -127,8 +134,11 @@ int main(int argc, char** argv) {
   std::vector<Times> times;
   for (int n : sizes) times.push_back(runSize(n));
   for (size_t i = 1; i < sizes.size(); ++i)
-    std::printf("%d vs %d contacts: search %.2fx, recents %.2fx (goal 8x)\n",
-                sizes[i], sizes[0], times[i].search / times[0].search,
-                times[i].recents / times[0].recents);
+    std::printf(
+        "%d vs %d contacts: search %.2fx, recents %.2fx, keypad %.2fx, "
+        "contacts list %.2fx (goal 8x)\n",
+        sizes[i], sizes[0], times[i].search / times[0].search,
+        times[i].recents / times[0].recents, times[i].keypad / times[0].keypad,
+        times[i].contacts / times[0].contacts);
   return 0;
 }

@@ -28,5 +28,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
     ${CMAKE_BINARY_DIR} ${CMAKE_BINARY_DIR}/src/hosts)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "modemmanager, evolution-data-server, feedbackd")
+# Installed programs and libraries lose their debugging symbols (a build
+# with them is four times the size).
+set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 include(CPack)

@@ -224,6 +224,12 @@ Source decompile(const std::string& bytes, const std::string& name,
   h.trunk = text(kTrunkAt, kPrefixWidth - 1);
   h.minDigits = readU16(p + kMinDigitsAt);
   h.maxDigits = readU16(p + kMaxDigitsAt);
+  // What the text form cannot say is not described: a dump must build.
+  for (auto [field, value] :
+       {std::pair{"access", &h.access}, std::pair{"access2", &h.access2},
+        std::pair{"country", &h.country}, std::pair{"trunk", &h.trunk}})
+    if (value->find_first_not_of("0123456789") != std::string::npos)
+      throw fail(std::string("the ") + field + " prefix is not digits");
 
   Layout l;
   auto blockAt = [&](size_t at, uint32_t& offset, uint32_t& size) {
@@ -237,6 +243,8 @@ Source decompile(const std::string& bytes, const std::string& name,
   blockAt(kRecordTableAt, l.recordTableOffset, l.recordTableSize);
   blockAt(kStringBlockAt, l.stringBlockOffset, l.stringBlockSize);
   if (!h.minDigits || !h.maxDigits) throw fail("digit bounds are zero");
+  if (h.minDigits > h.maxDigits)
+    throw fail("the digit bounds are the wrong way round");
 
   const char* strings = bytes.data() + l.stringBlockOffset;
   std::set<uint16_t> textOffsets;
@@ -252,15 +260,26 @@ Source decompile(const std::string& bytes, const std::string& name,
   l.records = l.recordTableSize / kRecordSize;
   if (uint64_t(l.keys) * kRangeEntrySize > l.rangeTableSize)
     throw fail("range table shorter than the key index");
+  // The records the keys' blocks span together: no more than the table
+  // holds, so that reading a file takes time in proportion to its size.
+  uint64_t spanned = 0;
+  uint16_t previous = 0;
   for (size_t i = 0; i < l.keys; ++i) {
     uint16_t key = readU16(p + l.keyIndexOffset + 2 * i);
     std::string keyText;
     if (!keyDigits(key, 4, keyText))
       throw fail("key " + std::to_string(key) + " has no digit form");
+    // Lookups search the index by halves: a key out of order is never found.
+    if (i > 0 && key <= previous)
+      throw fail("key " + std::to_string(key) + " is out of order");
+    previous = key;
     uint64_t entry = readU64(p + l.rangeTableOffset + kRangeEntrySize * i);
     uint32_t low = entry & 0xFFFF, high = (entry >> 16) & 0xFFFF;
     bool longOnly = (entry >> 32) & 1;
     uint64_t base = entry >> 33;
+    if (low <= high) spanned += high - low + 1;
+    if (spanned > l.records)
+      throw fail("the key blocks span more records than the table holds");
     l.longFormKeys += longOnly;
     for (uint32_t sub = low; sub <= high; ++sub) {
       uint64_t index = base + sub - low;
@@ -288,6 +307,8 @@ Source decompile(const std::string& bytes, const std::string& name,
       } else if (type) {
         r.type = textAt(type);
       }
+      if (r.location.empty() && r.type.empty() && !r.exactLength)
+        throw fail("record for " + r.prefix + " has only empty texts");
       r.longForm = longOnly;
       ++l.usedRecords;
       source.records.push_back(std::move(r));

@@ -23,7 +23,8 @@ std::string toXml(const Value& value);
 std::optional<Value> readFile(const std::string& path);
 // Reads a file whose top level is a dictionary; nullopt otherwise.
 std::optional<Dict> readDictionary(const std::string& path);
-// Writes atomically, creating missing parent folders; false on any failure,
+// Writes atomically, creating missing parent folders; dates keep their
+// whole seconds (all an XML list holds). False on any failure,
 // and for a value an XML list cannot carry as read, so a write never changes
 // what it does not own: a text or key holding a NUL byte (it would be cut
 // short without a word), a date beyond libplist's 32-bit seconds, or an

@@ -77,6 +77,18 @@ void ringDurationSaved(ZVCallHistory& history) {
                              });
 }
 
+// What a store came to: a written duration is announced; one that could
+// not be written is logged (the ring goes unrecorded, and the screens show
+// what the file holds).
+void ringDurationStored(ZVCallHistory& history,
+                        ring_duration_file::Stored stored,
+                        const std::string& path) {
+  if (stored == ring_duration_file::Stored::kWritten)
+    ringDurationSaved(history);
+  else if (stored == ring_duration_file::Stored::kNotWritten)
+    platform::current().log("ring duration not written: " + path);
+}
+
 std::string ringDurationPath() {
   return platform::current().path(ZVCallHistory::kRingDurationPath);
 }
@@ -149,22 +161,17 @@ void ZVCallHistory::saveLastRingDuration(int64_t seconds) {
   }
   if (key.empty()) return;
   const std::string path = ringDurationPath();
-  switch (ring_duration_file::storeFirstNow(path, key, seconds)) {
-    case ring_duration_file::Stored::kWritten:
-      return ringDurationSaved(*this);
-    case ring_duration_file::Stored::kNotWritten:
-      return;
-    case ring_duration_file::Stored::kBusy:
-      break;
-  }
+  const auto stored = ring_duration_file::storeFirstNow(path, key, seconds);
+  if (stored != ring_duration_file::Stored::kBusy)
+    return ringDurationStored(*this, stored, path);
   // Another process holds the file: the store waits for it off the main
   // thread and reports back there.
   platform::Platform& platform = platform::current();
   platform.dispatchBackground(
       [&platform, path, key, seconds, weak = weak_from_this()] {
-        if (!ring_duration_file::storeFirst(path, key, seconds)) return;
-        platform.dispatchMain([weak] {
-          if (auto self = weak.lock()) ringDurationSaved(*self);
+        const auto stored = ring_duration_file::storeFirst(path, key, seconds);
+        platform.dispatchMain([weak, stored, path] {
+          if (auto self = weak.lock()) ringDurationStored(*self, stored, path);
         });
       });
 }

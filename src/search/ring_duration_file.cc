@@ -48,20 +48,23 @@ class FileLock {
 };
 
 // The read-modify-write of storeFirst, under `lock`.
-bool storeLocked(const FileLock& lock, const std::string& path,
-                 const std::string& key, int64_t seconds) {
-  if (!lock.held()) return false;
+Stored storeLocked(const FileLock& lock, const std::string& path,
+                   const std::string& key, int64_t seconds) {
+  if (!lock.held()) return Stored::kNotWritten;
   Dict durations = plist::readDictionary(path).value_or(Dict{});
   auto it = durations.find(key);
-  if (it != durations.end() && it->second.longLongValue() != 0) return false;
+  if (it != durations.end() && it->second.longLongValue() != 0)
+    return Stored::kKept;
   durations[key] = Value(seconds);
-  return plist::writeFile(path, Value(std::move(durations)));
+  return plist::writeFile(path, Value(std::move(durations)))
+             ? Stored::kWritten
+             : Stored::kNotWritten;
 }
 
 }  // namespace
 
-bool storeFirst(const std::string& path, const std::string& key,
-                int64_t seconds) {
+Stored storeFirst(const std::string& path, const std::string& key,
+                  int64_t seconds) {
   return storeLocked(FileLock(path), path, key, seconds);
 }
 
@@ -69,8 +72,7 @@ Stored storeFirstNow(const std::string& path, const std::string& key,
                      int64_t seconds) {
   FileLock lock(path, false);
   if (lock.busy()) return Stored::kBusy;
-  return storeLocked(lock, path, key, seconds) ? Stored::kWritten
-                                               : Stored::kNotWritten;
+  return storeLocked(lock, path, key, seconds);
 }
 
 bool remove(const std::string& path, const std::vector<std::string>& keys) {

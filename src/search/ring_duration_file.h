@@ -15,16 +15,17 @@
 namespace zv::ring_duration_file {
 
 // Stores `seconds` under `key` unless the file already holds a non-zero
-// value there (the first duration recorded for a call wins). A missing or
-// unreadable file counts as empty. True when the value was written. Waits
-// for the lock as long as another process holds it.
-bool storeFirst(const std::string& path, const std::string& key,
-                int64_t seconds);
+// value there (the first duration recorded for a call wins: kKept). A
+// missing or unreadable file counts as empty. kNotWritten when the lock or
+// the file could not be written. Waits for the lock as long as another
+// process holds it.
+enum class Stored { kWritten, kKept, kNotWritten, kBusy };
+Stored storeFirst(const std::string& path, const std::string& key,
+                  int64_t seconds);
 
 // The same without waiting: kBusy, having done nothing, when another
 // process holds the lock (the main thread, deciding on calls, must not
 // wait on a file lock; it hands the store to a background thread).
-enum class Stored { kWritten, kNotWritten, kBusy };
 Stored storeFirstNow(const std::string& path, const std::string& key,
                      int64_t seconds);
 

@@ -3,6 +3,7 @@
 
 #include "area/area_loader.h"
 #include "blocking_fixture.h"
+#include "platform/platform.h"
 
 namespace zv::testing {
 namespace {
@@ -98,6 +99,8 @@ TEST_F(BlockingTest, WhitelistModeWithMissingOrEmptyWhitelistBlocksEveryCall) {
 
 TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
   start({{"BlacklistBlockMode", 1}});
+  controller_ = ZVIncomingCallController::sharedInstance();
+  controller_->setHost(host_);
   writeList(Policy::kWhitelistPath, {"138####", "*8888"});
   EXPECT_FALSE(blocks("13800001111"));
   EXPECT_FALSE(blocks("+86 010 6666 8888"));
@@ -105,6 +108,20 @@ TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
   EXPECT_EQ(controller_->lastBlockedNumber(),
             (std::map<std::string, bool>{{"13800001111", false},
                                          {"+86 010 6666 8888", false}}));
+  // The cached false is final: an area rule that now covers the number
+  // (and blocks its whitelisted neighbour) reaches it only once
+  // "ZVBlacklistChanged" drops the cache.
+  EXPECT_FALSE(blocks("13912348888"));
+  writePlist(kSettingsPath, Dict{{"EnableBlacklist", true},
+                                 {"BlacklistBlockMode", 1},
+                                 {"BlacklistBlockArea", "南京"}});
+  platform::current().post("ZVSettingsChanged");
+  world_.advance(3.5);
+  EXPECT_TRUE(blocks("139123418888"));
+  EXPECT_FALSE(blocks("13912348888"));
+  platform::current().post(ZVIncomingCallController::kChangedNotification);
+  world_.advance(0);
+  EXPECT_TRUE(blocks("13912348888"));
 }
 
 // Where the prose promises that a whitelisted number from a blocked area is

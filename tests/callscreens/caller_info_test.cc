@@ -4,12 +4,16 @@
 // lock-screen answers per generation.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "callscreens/blocking_fixture.h"
 #include "callscreens/ring_timer.h"
 #include "core/settings_catalogue.h"
+#include "platform/db/platform_schema.h"
 #include "platform/ui/label.h"
 #include "platform/ui/text_view.h"
 #include "search/call_history.h"
+#include "support/device_db.h"
 
 namespace zv::testing {
 namespace {
@@ -20,10 +24,17 @@ constexpr const char* kArea = "广东深圳";  // the override for "0755"
 
 class CallerInfoTest : public BlockingTest {
  protected:
-  rt::Id callWithStatus(int32_t status, int32_t abUID = -1) {
-    auto c = call(kNumber, abUID);
+  rt::Id callWithStatus(int32_t status, int32_t abUID = -1,
+                        const char* number = kNumber) {
+    auto c = call(number, abUID);
     std::dynamic_pointer_cast<FakeCall>(c)->status = status;
     return c;
+  }
+  // An incoming-call screen showing `c`.
+  rt::Id screenOf(rt::Id c) {
+    auto screen = rt::create(callClass_);
+    host_->screenCalls[screen.get()] = std::move(c);
+    return screen;
   }
   Text inCall(Dict settings, int32_t status, Text label) {
     start(std::move(settings));
@@ -70,6 +81,79 @@ TEST_F(CallerInfoTest, MoreAndIncomingJoinersTreatAnEndingAreaDifferently) {
   EXPECT_EQ(controller_->areaTUCall(call(kNumber, 5), "home"), "home");
 }
 
+// Each screen's type switch, and only it, adds the line type to its area.
+TEST_F(CallerInfoTest, EachScreenTakesItsOwnAreaTypeSwitch) {
+  writeDeviceFile("/Library/Zorvel/Area/China", chinaDatabase());
+  const char* mobile = "13001000000";
+  const std::string plain = "北京市", typed = "北京市 中国联通";
+  const std::pair<const char*, std::function<Text()>> screens[] = {
+      {"AreaTypeIncomingCall",
+       [&] {
+         return controller_->areaIncomingCall(screenOf(call(mobile)), "");
+       }},
+      {"AreaTypeOutgoingCall",
+       [&] {
+         return controller_->areaInCall(callWithStatus(3, -1, mobile), {});
+       }},
+      {"AreaTypeInCall",
+       [&] {
+         return controller_->areaInCall(callWithStatus(1, -1, mobile), {});
+       }},
+      {"AreaTypeNotification",
+       [&] {
+         host_->contactInfo = mobile;
+         return controller_->areaBulletin(rt::create(callClass_), "");
+       }},
+      {"AreaTypeMore",
+       [&] { return controller_->areaTUCall(call(mobile), std::nullopt); }},
+  };
+  for (const auto& [key, screen] : screens) {
+    SCOPED_TRACE(key);
+    Dict own{{"AreaNameInCall", true}, {"AreaNameMore", true}};
+    Dict others = own;
+    own[key] = true;
+    for (const auto& [other, unused] : screens)
+      if (std::string(other) != key) others[other] = true;
+    start(own);
+    EXPECT_EQ(screen(), typed);
+    start(others);
+    EXPECT_EQ(screen(), plain);
+  }
+}
+
+// Each detail switch adds its own line under the contact's number, which
+// has a switch of its own.
+TEST_F(CallerInfoTest, EachDetailSwitchAddsItsOwnLine) {
+  namespace schema = platform_schema;
+  ASSERT_TRUE(schema::createDatabase(root_ + schema::kAddressBookPath,
+                                     schema::Database::kAddressBook));
+  execSql(root_ + schema::kAddressBookPath,
+          "INSERT INTO ABPerson (ROWID, First, Organization, Department, "
+          "JobTitle, Nickname, Birthday, Note) VALUES (7, 'Lei', 'Acme', "
+          "'R&D', 'Engineer', 'Lee', '-336787200', 'VIP')");
+  const std::pair<const char*, Text> cases[] = {
+      {"InfoIncomingCallNumber", kNumber},
+      {"InfoIncomingCallOrganization", "Acme"},
+      {"InfoIncomingCallDepartment", "R&D"},
+      {"InfoIncomingCallJobTitle", "Engineer"},
+      {"InfoIncomingCallNickname", "Lee"},
+      {"InfoIncomingCallBirthday", "May 1, 1990"},
+      {"InfoIncomingCallNote", "VIP"},
+      {"none", std::nullopt},
+  };
+  for (const auto& [key, line] : cases) {
+    SCOPED_TRACE(key);
+    Dict settings{{"EnableInfo", true}, {"InfoIncomingCallNumber", false}};
+    settings[key] = true;
+    start(settings);
+    host_->lcd = ui::make<ui::UIView>();
+    controller_->infoIncomingCall(screenOf(call(kNumber, 7)), "Li", "mobile");
+    auto view = std::dynamic_pointer_cast<ui::UITextView>(
+        host_->lcd->viewWithTag(10086));
+    EXPECT_EQ(view ? Text(view->text()) : std::nullopt, line);
+  }
+}
+
 TEST_F(CallerInfoTest, BannerTitleAndCarrierName) {
   writePlist(ZVCallHistory::kRingDurationPath,
              Dict{{"1416182474", 9}, {"437875274.000000", 7}});
@@ -90,6 +174,12 @@ TEST_F(CallerInfoTest, BannerTitleAndCarrierName) {
   EXPECT_EQ(controller_->areaBulletin(b, "Li"), "Li");
   EXPECT_EQ(controller_->updateCarrierName("China Mobile"), "Zorvel");
   EXPECT_EQ(controller_->updateCarrierName(std::nullopt), std::nullopt);
+  // Ring durations switched off: the area alone.
+  start({}, "7.1", "com.apple.springboard");
+  host_->contactInfo = kNumber;
+  host_->bulletinDateValue = 1416182474 - 978307200.0;
+  EXPECT_EQ(controller_->areaBulletin(rt::create(callClass_), "Li"),
+            std::string("Li  ") + kArea);
 }
 
 TEST_F(CallerInfoTest, IncomingInfoViewPlaceHeightAndReuse) {

@@ -21,7 +21,6 @@ struct FakeButton : rt::Object {
   std::string identifier;
   ui::ImagePtr normal, source, selected;
   bool isSelected = true;
-  int glyphSets = 0;
 };
 
 // A setting or shortcut module.
@@ -74,7 +73,6 @@ class FakeControlCenterHost : public ControlCenterHost {
     b->normal = normal;
     b->source = source;
     b->selected = selected;
-    ++b->glyphSets;
   }
   void setSelected(const rt::Id& button, bool selected) override {
     rt::as<FakeButton>(button)->isSelected = selected;

@@ -139,10 +139,11 @@ TEST_P(CallerInfoE2ETest, MissedCallRingTimeReachesTheBannerAndOtherProcesses) {
 }
 
 // Rings shorter than a second or of two minutes and more leave nothing, and
-// their banner shows the area alone; 119 s is kept.
+// their banner shows the area alone; seconds are cut, not rounded, so
+// 119.9 s is kept as 119.
 TEST_P(CallerInfoE2ETest, OnlyRingsOfOneTo119SecondsAreRecorded) {
   startHosts({{"CallHistoryRingDuration", true}});
-  for (double seconds : {119.0, 0.0, 120.0}) {
+  for (double seconds : {119.9, 0.9, 120.0}) {
     auto id = ring(kShenzhen);
     advance(seconds);
     network().remoteHangup(id);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "hooks/modules.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
@@ -76,6 +77,58 @@ TEST_F(StartupTest, EnableSwitchAndSystemVersionDecide) {
   writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist",
                   "\x01garbage");
   EXPECT_EQ(start("com.apple.MobileAddressBook").size(), 1u);
+}
+
+// With every switch it asks off, a feature routine replaces no method of
+// the classes it would change; the one switch that starts it does.
+TEST_F(StartupTest, FeatureRoutinesWithTheirSwitchesOffInstallNothing) {
+  const Dict noArea{{"EnableArea", false}, {"EnableAvatar", false}};
+  struct Case {
+    const char* bundle;
+    void (*init)();
+    std::vector<std::string_view> classes;
+    Dict off, on;
+  } cases[] = {
+      {"com.apple.mobilephone",
+       zvrecents_init,
+       {"PHRecentsViewController", "PHRecentsCell"},
+       {{"EnableArea", false},
+        {"EnableAvatar", false},
+        {"CallHistoryRingDuration", false},
+        {"CallHistoryLimit", 100}},
+       {{"CallHistoryLimit", 101}}},
+      {"com.apple.MobileAddressBook",
+       zvcontacts_init,
+       {"ABPropertyPhoneNumberCell", "ABContactViewController",
+        "ABMembersDataSource"},
+       noArea,
+       {{"EnableAvatar", true}}},
+      {"com.apple.MobileSMS",
+       zvsms_init,
+       {"CKConversationListCell", "CKTranscriptController"},
+       noArea,
+       {{"SMSSelectGroup", true}}},
+  };
+  for (const Case& c : cases) {
+    for (bool on : {false, true}) {
+      SCOPED_TRACE(std::string(c.bundle) + (on ? " on" : " off"));
+      Dict settings = c.off;
+      if (on)
+        for (const auto& [key, value] : c.on) settings[key] = value;
+      testing::writePlist(
+          root_ + "/var/mobile/Library/Preferences/zorvel.plist", settings);
+      auto& process = world_.launch(c.bundle);
+      const size_t methods = process.run([&] {
+        for (auto name : c.classes) rt::registerClass(name);
+        c.init();
+        size_t count = 0;
+        for (auto name : c.classes)
+          count += rt::getClass(name)->selectors().size();
+        return count;
+      });
+      EXPECT_EQ(methods > 0, on);
+    }
+  }
 }
 
 }  // namespace

@@ -68,6 +68,17 @@ TEST_F(ContactStoreTest, PersonsWithPhonesAndPictures) {
   EXPECT_EQ(proc.run([] { return contactImageData(1); }), "");
   EXPECT_EQ(proc.run([] { return loadContact(3); })->organization, "ACME");
   EXPECT_FALSE(proc.run([] { return loadContact(9); }));
+  // Only the owners of the numbers asked for, in the same order: by the
+  // platform's rule (country code, trunk 0), never by an e-mail address.
+  auto owners = proc.run([] {
+    return loadContactsOwning({"+86 130 0100 0000", "10086", "a@b.c", "9"});
+  });
+  ASSERT_EQ(owners.size(), 2u);
+  EXPECT_EQ(owners[0].name, "Adams Zoe");
+  EXPECT_EQ(owners[1].name, "李磊");
+  EXPECT_TRUE(owners[1].hasImage);
+  EXPECT_EQ(owners[1].phones.size(), 2u);
+  EXPECT_TRUE(proc.run([] { return loadContactsOwning({}); }).empty());
 }
 
 }  // namespace

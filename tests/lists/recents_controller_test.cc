@@ -1,6 +1,6 @@
 // ZVRecentsController against a fake Recents screen: areas and ring times on
-// the row label, avatars and the moved call-type icon, the separator, and
-// the history backup kept in step on both system generations.
+// the row label, avatars and the moved call-type icon. (The separator inset
+// is tests/hooks/recents_e2e_test.cc's; the backup, recents_sync_test.cc's.)
 #include "lists/recents_controller.h"
 
 #include <gtest/gtest.h>
@@ -164,6 +164,7 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
     bool chinese;
     FakeCall call;
     std::string label, expected;
+    bool off = false;  // CallHistoryRingDuration
   } cases[] = {
       {"8.1",
        false,
@@ -172,6 +173,14 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
         .recordId = 4},
        "mobile",
        "mobile 北京市 (12sec)"},
+      {"8.1",
+       false,
+       {.occurrences = occurrences({437000000.25}),
+        .number = kBeijingMobile,
+        .recordId = 4},
+       "mobile",
+       "mobile 北京市",
+       true},
       {"8.1",
        false,
        {.occurrences = occurrences({437000000.25, 437000100.0, 437000200.5}),
@@ -207,7 +216,7 @@ TEST_F(RecentsTest, RingTimesAreSummedOverTheRowsCallsAndShownOnce) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.expected);
-    begin({{"CallHistoryRingDuration", true}}, c.version);
+    begin({{"CallHistoryRingDuration", !c.off}}, c.version);
     if (c.chinese) proc_->setLocalizedStrings({{"sec", "秒"}});
     auto row = shown(c.call, "x", c.label);
     decorate(row);
@@ -352,16 +361,6 @@ TEST_F(RecentsTest, AvatarsOffLeaveTheRowAlone) {
   EXPECT_FALSE(host_->row(row).icon->isHidden());
   EXPECT_EQ(row->imageView()->image(), nullptr);
   EXPECT_EQ(row->separatorInset().left, 15);
-}
-
-TEST_F(RecentsTest, SeparatorMakesRoomForTheAvatarAndTheEditingControl) {
-  begin({{"EnableAvatar", true}});
-  auto row = cell();
-  run([&] { controller_->avatarLayoutCell(row); });
-  EXPECT_EQ(row->separatorInset().left, 67);
-  host_->row(row).editing = true;
-  run([&] { controller_->avatarLayoutCell(row); });
-  EXPECT_EQ(row->separatorInset().left, 105);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The Recents controller keeps the call-history backup in step: restoring
-// when the list appears, deleting one call or all of them, on 8.x through
-// the backup table and on 7.x through zvtool's command lines.
+// when the list appears, deleting one call or all of them. (The dates of
+// 7.x's zvtool command lines are tests/search/call_history_test.cc's and,
+// end to end, tests/hooks/recents_e2e_test.cc's.)
 #include <gtest/gtest.h>
 
 #include "lists/recents_controller.h"
@@ -123,36 +124,17 @@ TEST_F(RecentsSyncTest, DeletingARowRemovesItsCallsFromTheBackupByTheirDates) {
   EXPECT_TRUE(dates("ZVZCALLRECORD").empty());
 }
 
-TEST_F(RecentsSyncTest, BeforeEightTheBackupIsZvtoolsWithDatesSince1970) {
+// Before 8.0 zvtool restores, and the host is told to reload instead.
+TEST_F(RecentsSyncTest, BeforeEightRestoringAsksTheHostToReload) {
   testing::execSql(root_ + platform_schema::kCallHistoryDbPath,
-                   platform_schema::callTableSql("deleted"));
-  testing::execSql(root_ + platform_schema::kCallHistoryDbPath,
-                   "INSERT INTO deleted (address, date) VALUES ('1', 5)");
+                   platform_schema::callTableSql("deleted") +
+                       "; INSERT INTO deleted (address, date) VALUES ('1', 5)");
   begin(180, "7.1");
   run([&] { controller_->syncDeletedCalls(vc_); });
   EXPECT_EQ(commands_,
             (std::vector<std::string>{"/Library/Zorvel/zvtool -s 80"}));
   EXPECT_EQ(host_->significantChanges, 1);
   EXPECT_EQ(changedPosts(), 0u);
-
-  commands_.clear();
-  auto call = run([&] {
-    return host_->makeCall(
-        {.occurrences = Array{
-             Dict{{"RecentCallDate", Date{437000000}}},
-             Dict{{"kCHCallOccurrenceDateKey", Date{5}}},  // not the 7.x key
-             Dict{{"RecentCallDate", Date{437000100.4}}},
-         }});
-  });
-  run([&] {
-    controller_->deleteCall(call);
-    controller_->deleteAllCalls();
-  });
-  EXPECT_EQ(commands_, (std::vector<std::string>{
-                           "/Library/Zorvel/zvtool -d 1415307200",
-                           "/Library/Zorvel/zvtool -d 1415307300",
-                           "/Library/Zorvel/zvtool -c",
-                       }));
 }
 
 }  // namespace

@@ -101,10 +101,14 @@ TEST_F(CallHistoryTest, MissedCallGetsItsRingTimeUnderASixDecimalKey) {
   EXPECT_EQ(posts(), 1u);
 }
 
+// A file that cannot be written records nothing either, and says so.
 TEST_F(CallHistoryTest, ConnectedCallsAndMissingDatabasesRecordNothing) {
   addCall(1, 437875200, 0);
   addCall(2, 437875300, 45);  // newest, answered
   launch().run([&] {
+    ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
+    fs::create_directories(root_ + ZVCallHistory::kRingDurationPath);
+    addCall(3, 437875400, 0);
     ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
     fs::remove(root_ + platform_schema::kCallHistoryStorePath);
     ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
@@ -112,6 +116,9 @@ TEST_F(CallHistoryTest, ConnectedCallsAndMissingDatabasesRecordNothing) {
   world_.advance(5);
   EXPECT_EQ(ringFile(), std::nullopt);
   EXPECT_EQ(posts(), 0u);
+  ASSERT_EQ(world_.events("log").size(), 1u);
+  EXPECT_TRUE(world_.events("log")[0].detail.starts_with(
+      "ring duration not written: "));
 }
 
 TEST_F(CallHistoryTest, SavesInQuickSuccessionNotifyOnce) {
@@ -259,25 +266,6 @@ TEST_F(CallHistoryTest, SyncRestoresTheNewestOlderCallsAndEmptiesTheBackup) {
             51);
 }
 
-TEST_F(CallHistoryTest, DeletingFromTheModernBackup) {
-  exec(platform_schema::kCallHistoryStorePath,
-       platform_schema::callRecordTableSql("ZVZCALLRECORD") +
-           "; INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE) VALUES (1, 100.5), "
-           "(2, 200.5), (3, 300.5)");
-  launch().run([&] {
-    auto history = ZVCallHistory::sharedInstance();
-    history->deleteSyncHistory(0);
-    history->deleteSyncHistory(200.5);
-    EXPECT_EQ(column(platform_schema::kCallHistoryStorePath,
-                     "SELECT ZDATE FROM ZVZCALLRECORD ORDER BY ZDATE"),
-              (std::vector<double>{100.5, 300.5}));
-    history->deleteAllSyncHistory();
-    EXPECT_TRUE(column(platform_schema::kCallHistoryStorePath,
-                       "SELECT ZDATE FROM ZVZCALLRECORD")
-                    .empty());
-  });
-}
-
 TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
   exec(platform_schema::kCallHistoryDbPath,
        platform_schema::callTableSql("deleted") +
@@ -373,7 +361,8 @@ TEST(RingDurationFileTest, ConcurrentWritersKeepEveryEntry) {
       bool ok = true;
       for (int i = 0; i < kEntries; ++i)
         ok &= ring_duration_file::storeFirst(path, std::to_string(w * 1000 + i),
-                                             w * 1000 + i + 1);
+                                             w * 1000 + i + 1) ==
+              ring_duration_file::Stored::kWritten;
       _exit(ok ? 0 : 1);
     }
     children.push_back(pid);
@@ -391,9 +380,13 @@ TEST(RingDurationFileTest, ConcurrentWritersKeepEveryEntry) {
       EXPECT_EQ((*file)[std::to_string(w * 1000 + i)].longLongValue(),
                 w * 1000 + i + 1);
 
-  // The first value stays.
-  EXPECT_FALSE(ring_duration_file::storeFirst(path, "0", 99));
+  // The first value stays; a folder in the file's place takes nothing.
+  EXPECT_EQ(ring_duration_file::storeFirst(path, "0", 99),
+            ring_duration_file::Stored::kKept);
   EXPECT_EQ((*plist::readDictionary(path))["0"].longLongValue(), 1);
+  std::filesystem::create_directories(path + ".d");
+  EXPECT_EQ(ring_duration_file::storeFirst(path + ".d", "0", 99),
+            ring_duration_file::Stored::kNotWritten);
 }
 
 }  // namespace

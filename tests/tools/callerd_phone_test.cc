@@ -13,6 +13,7 @@
 
 #include "cli_runner.h"
 #include "support/device_files.h"
+#include "support/mock_modem.h"
 #include "support/private_bus.h"
 #include "support/sim_fixture.h"
 
@@ -20,17 +21,11 @@ namespace zv {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::kMM;
+using testing::kPython;
 using testing::waitUntil;
-
-constexpr char kMM[] = "org.freedesktop.ModemManager1";
-constexpr char kMMPath[] = "/org/freedesktop/ModemManager1";
-constexpr char kModem[] = "/org/freedesktop/ModemManager1/Modem/0";
-constexpr char kVoice[] = "org.freedesktop.ModemManager1.Modem.Voice";
-constexpr char kCall[] = "org.freedesktop.ModemManager1.Call";
-constexpr char kMock[] = "org.freedesktop.DBus.Mock";
 constexpr char kFeedback[] = "org.sigxcpu.Feedback";
 constexpr char kFeedbackPath[] = "/org/sigxcpu/Feedback";
-constexpr char kPython[] = "/usr/bin/python3";
 
 // Adds one contact to the server's own address book (argv[1]: a vCard).
 constexpr char kAddContact[] = R"py(
@@ -66,8 +61,10 @@ class CallerdPhoneTest : public ::testing::Test {
     setenv("XDG_RUNTIME_DIR", (home + "/run").c_str(), 1);
     setenv("GSETTINGS_BACKEND", "memory", 1);
     bus_ = std::make_unique<testing::PrivateBus>();
+    modem_ = std::make_unique<testing::MockModemManager>(*bus_);
   }
   ~CallerdPhoneTest() override {
+    modem_.reset();
     bus_.reset();
     for (const char* name :
          {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
@@ -90,13 +87,8 @@ class CallerdPhoneTest : public ::testing::Test {
   void SetUp() override {
     ASSERT_TRUE(bus_->ok()) << "dbus-daemon did not start a private bus";
     ASSERT_EQ(testing::runZorvel("init --root '" + root_ + "'").status, 0);
-    // ModemManager is an object manager (-m).
-    bus_->spawn(
-        {kPython, "-m", "dbusmock", "--session", "-m", kMM, kMMPath, kMM},
-        root_ + ".mm.out");
-    bus_->spawn(
-        {kPython, "-m", "dbusmock", "--session", "-t", "notification_daemon"},
-        root_ + ".notes.out");
+    modem_->spawn(root_ + ".mm.out");
+    modem_->spawnTemplate("notification_daemon", root_ + ".notes.out");
     bus_->spawn({kPython, "-m", "dbusmock", "--session", kFeedback,
                  kFeedbackPath, kFeedback},
                 root_ + ".fb.out");
@@ -107,87 +99,11 @@ class CallerdPhoneTest : public ::testing::Test {
         },
         15))
         << testing::readFile(root_ + ".mm.out");
-    mock(kFeedbackPath, "AddMethod",
-         g_variant_new("(sssss)", kFeedback, "TriggerFeedback", "ssa{sv}i", "u",
-                       "ret = dbus.UInt32(1)"));
-    mock(kMMPath, "AddObject",
-         g_variant_new_parsed("(%s, 'org.freedesktop.ModemManager1.Modem', "
-                              "{'State': <int32 8>}, @a(ssss) [])",
-                              kModem));
-    mock(kModem, "AddProperty",
-         g_variant_new_parsed("(%s, 'Calls', <@ao []>)", kVoice));
-    mock(kModem, "AddProperty",
-         g_variant_new_parsed("(%s, 'EmergencyOnly', <false>)", kVoice));
-    mock(kModem, "AddMethod",
-         g_variant_new("(sssss)", kVoice, "ListCalls", "", "ao",
-                       "ret = dbus.Array([], signature='o')"));
-    mock(kMMPath, "EmitSignal",
-         g_variant_new_parsed(
-             "('org.freedesktop.DBus.ObjectManager', 'InterfacesAdded', "
-             "'oa{sa{sv}}', [<%o>, <{"
-             "'org.freedesktop.ModemManager1.Modem': {'State': <int32 8>}, "
-             "'org.freedesktop.ModemManager1.Modem.Voice': "
-             "{'Calls': <@ao []>, 'EmergencyOnly': <false>}}>])",
-             kModem));
-  }
-
-  void mock(const std::string& path, const char* method, GVariant* args,
-            const char* service = nullptr) {
-    if (!service) service = path.starts_with(kFeedbackPath) ? kFeedback : kMM;
-    std::string error;
-    GVariant* r = bus_->call(service, path, kMock, method, args, &error);
-    ASSERT_TRUE(r) << method << " on " << path << ": " << error;
-    g_variant_unref(r);
-  }
-  // The argument lists of the calls `method` got on the mock at `path`.
-  std::vector<GVariant*> calls(const char* service, const std::string& path,
-                               const char* method) {
-    std::vector<GVariant*> out;
-    GVariant* r = bus_->call(service, path, kMock, "GetMethodCalls",
-                             g_variant_new("(s)", method));
-    if (!r) return out;
-    GVariant* list = g_variant_get_child_value(r, 0);
-    for (gsize i = 0; i < g_variant_n_children(list); ++i) {
-      guint64 when = 0;
-      GVariant* args = nullptr;
-      g_variant_get_child(list, i, "(t@av)", &when, &args);
-      out.push_back(args);
-    }
-    g_variant_unref(list);
-    g_variant_unref(r);
-    return out;
-  }
-  size_t hangups(const std::string& call) {
-    auto got = calls(kMM, call, "Hangup");
-    for (GVariant* v : got) g_variant_unref(v);
-    return got.size();
-  }
-
-  // A call from `number` rings in; its object path.
-  std::string ring(const std::string& number) {
-    const std::string path =
-        std::string(kMMPath) + "/Call/" + std::to_string(++calls_);
-    mock(kMMPath, "AddObject",
-         g_variant_new_parsed(
-             "(%s, %s, {'Number': <%s>, 'Direction': <int32 1>, "
-             "'State': <int32 3>, 'StateReason': <int32 2>, "
-             "'Multiparty': <false>}, [('Hangup', '', '', "
-             "\"self.UpdateProperties('org.freedesktop.ModemManager1.Call', "
-             "{'State': dbus.Int32(7)})\"), ('Accept', '', '', '')])",
-             path.c_str(), kCall, number.c_str()));
-    mock(kModem, "EmitSignal",
-         g_variant_new_parsed("(%s, 'CallAdded', 'o', [<%o>])", kVoice,
-                              path.c_str()));
-    return path;
-  }
-  // The call ends and ModemManager deletes it.
-  void end(const std::string& path) {
-    mock(path, "UpdateProperties",
-         g_variant_new_parsed("(%s, {'State': <int32 7>})", kCall));
-    mock(kMMPath, "RemoveObject", g_variant_new("(s)", path.c_str()));
-    mock(kModem, "EmitSignal",
-         g_variant_new_parsed("(%s, 'CallDeleted', 'o', [<%o>])", kVoice,
-                              path.c_str()));
+    modem_->mock(kFeedbackPath, "AddMethod",
+                 g_variant_new("(sssss)", kFeedback, "TriggerFeedback",
+                               "ssa{sv}i", "u", "ret = dbus.UInt32(1)"),
+                 kFeedback);
+    modem_->addModem();
   }
 
   void addContact(const std::string& name, const std::string& number) {
@@ -228,8 +144,8 @@ class CallerdPhoneTest : public ::testing::Test {
   std::string root_ = testing::freshRoot();
   std::map<std::string, std::string> saved_;
   std::unique_ptr<testing::PrivateBus> bus_;
+  std::unique_ptr<testing::MockModemManager> modem_;
   pid_t callerd_ = -1;
-  int calls_ = 0;
 };
 
 TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
@@ -238,24 +154,25 @@ TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
   ASSERT_TRUE(
       waitUntil([&] { return said("Evolution Data Server: 1 added"); }, 20))
       << output();
-  const auto contact = ring("13507551234");
+  const auto contact = modem_->ring("13507551234");
   ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2)) << output();
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  EXPECT_EQ(hangups(contact), 0u) << output();
-  end(contact);
-  const auto stranger = ring("13407551234");
-  ASSERT_TRUE(waitUntil([&] { return hangups(stranger) == 1; }, 2)) << output();
-  end(stranger);
+  EXPECT_EQ(modem_->hangups(contact), 0u) << output();
+  modem_->end(contact);
+  const auto stranger = modem_->ring("13407551234");
+  ASSERT_TRUE(waitUntil([&] { return modem_->hangups(stranger) == 1; }, 2))
+      << output();
+  modem_->end(stranger);
 
   // A contact added while callerd runs passes on its next call.
   addContact("Wang", "13607551234");
   ASSERT_TRUE(waitUntil([&] { return count(": 1 added") == 2; }, 10))
       << output();
-  const auto added = ring("13607551234");
+  const auto added = modem_->ring("13607551234");
   ASSERT_TRUE(waitUntil([&] { return count(": shown") >= 2; }, 2)) << output();
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  EXPECT_EQ(hangups(added), 0u) << output();
-  end(added);
+  EXPECT_EQ(modem_->hangups(added), 0u) << output();
+  modem_->end(added);
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
 
   // Blacklisting that contact with the command hangs up its next call.
@@ -263,8 +180,9 @@ TEST_F(CallerdPhoneTest, TheUsersContactsPassAndListChangesCountAtOnce) {
       testing::runZorvel("blacklist add 136-0755-1234 --root '" + root_ + "'");
   ASSERT_EQ(r.status, 0) << r.err;
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
-  const auto listed = ring("13607551234");
-  EXPECT_TRUE(waitUntil([&] { return hangups(listed) == 1; }, 2)) << output();
+  const auto listed = modem_->ring("13607551234");
+  EXPECT_TRUE(waitUntil([&] { return modem_->hangups(listed) == 1; }, 2))
+      << output();
 }
 
 TEST_F(CallerdPhoneTest, ABlockedCallsReminderReachesFeedbackd) {
@@ -272,14 +190,15 @@ TEST_F(CallerdPhoneTest, ABlockedCallsReminderReachesFeedbackd) {
              {"BlacklistBlockMode", 2},
              {"BlacklistBlockingRemind", 3}},
         {"--no-contacts"});
-  const auto blocked = ring("13800138000");
-  ASSERT_TRUE(waitUntil([&] { return hangups(blocked) == 1; }, 2)) << output();
+  const auto blocked = modem_->ring("13800138000");
+  ASSERT_TRUE(waitUntil([&] { return modem_->hangups(blocked) == 1; }, 2))
+      << output();
   // After the reminder's second: a vibration and the reminder sound.
   std::vector<GVariant*> got;
   ASSERT_TRUE(waitUntil(
       [&] {
         for (GVariant* v : got) g_variant_unref(v);
-        got = calls(kFeedback, kFeedbackPath, "TriggerFeedback");
+        got = modem_->methodCalls(kFeedbackPath, "TriggerFeedback", kFeedback);
         return got.size() >= 2;
       },
       4))

@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include "platform/platform.h"
+#include "tools/zorvel/command.h"
+
 namespace zv::cli {
 
 namespace fs = std::filesystem;
@@ -45,6 +48,21 @@ std::string findZvtool() {
         ::access(candidate.c_str(), X_OK) == 0)
       return candidate.string();
   return "";
+}
+
+void installZvtool(const std::string& root, const std::string& tool) {
+  const fs::path target = fs::path(root) / "Library/Zorvel/zvtool";
+  std::error_code ec;
+  fs::create_directories(target.parent_path(), ec);
+  fs::copy_file(tool, target, fs::copy_options::overwrite_existing, ec);
+  if (!ec)
+    fs::permissions(target, fs::perms(0755), fs::perm_options::replace, ec);
+  if (ec)
+    throw CommandError("cannot install " + target.string() + ": " +
+                       ec.message());
+  if (platform::runDeviceCommand(
+          root, "/Library/Zorvel/zvtool --install >/dev/null") != 0)
+    throw CommandError("zvtool --install failed on " + root);
 }
 
 }  // namespace zv::cli

@@ -25,4 +25,8 @@ std::string dataFile(const char* devicePath, const char* installedName);
 // zvtool beside the program, or in the installation's libexec/; "" if none.
 std::string findZvtool();
 
+// Copies `tool` into the device at `root` as /Library/Zorvel/zvtool and runs
+// its --install there; throws CommandError naming what failed.
+void installZvtool(const std::string& root, const std::string& tool);
+
 }  // namespace zv::cli

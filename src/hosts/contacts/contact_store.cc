@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "platform/db/contact_lookup.h"
 #include "platform/db/phone_labels.h"
@@ -13,13 +14,16 @@ namespace zv::hosts {
 namespace {
 
 constexpr char kPersons[] =
-    "SELECT ROWID, First, Last, Organization FROM ABPerson";
+    "SELECT ROWID, First, Last, Organization FROM ABPerson WHERE 1";
 constexpr char kPhones[] =
     "SELECT m.record_id, l.value, m.value FROM ABMultiValue m LEFT JOIN "
-    "ABMultiValueLabel l ON l.ROWID = m.label WHERE m.property = ? "
-    "ORDER BY m.record_id, m.identifier, m.UID";
+    "ABMultiValueLabel l ON l.ROWID = m.label WHERE m.property = ?";
+constexpr char kPhonesOrder[] = " ORDER BY m.record_id, m.identifier, m.UID";
 constexpr char kPictures[] =
     "SELECT DISTINCT record_id FROM ABThumbnailImage WHERE length(data) > 0";
+constexpr char kPhoneValues[] =
+    "SELECT record_id, value FROM ABMultiValue WHERE property = ? AND "
+    "value IS NOT NULL";
 constexpr char kPicture[] =
     "SELECT data FROM ABThumbnailImage WHERE record_id = ? AND "
     "length(data) > 0 ORDER BY format ASC LIMIT 1";
@@ -66,12 +70,26 @@ std::string compositeName(const std::string& first, const std::string& last,
   return a + (chinese ? "" : " ") + b;
 }
 
-std::vector<Contact> loadContacts() {
+namespace {
+
+// " AND <column> IN (...)" for the persons of `only`; nothing for everyone.
+std::string restrictTo(const char* column, const std::set<int32_t>* only) {
+  if (!only) return "";
+  std::string sql = std::string(" AND ") + column + " IN (";
+  for (int32_t id : *only) sql += std::to_string(id) + ",";
+  sql.back() = ')';
+  return sql;
+}
+
+// Every person, or only those of `only` (read through the tables' record
+// indexes), sorted as the list shows them.
+std::vector<Contact> load(const std::set<int32_t>* only) {
+  if (only && only->empty()) return {};
   const bool lastFirst = platform::current().device().nameOrderLastFirst;
   std::map<int32_t, Contact> byId;
   sql::Database book(path(platform_schema::kAddressBookPath));
   {
-    sql::Statement persons(book, kPersons);
+    sql::Statement persons(book, kPersons + restrictTo("ROWID", only));
     while (persons.step()) {
       Contact c;
       c.recordId = static_cast<int32_t>(persons.int64(0));
@@ -83,7 +101,8 @@ std::vector<Contact> loadContacts() {
     }
   }
   {
-    sql::Statement phones(book, kPhones);
+    sql::Statement phones(
+        book, kPhones + restrictTo("m.record_id", only) + kPhonesOrder);
     phones.bind(1, platform_schema::kPhoneProperty);
     while (phones.step()) {
       auto it = byId.find(static_cast<int32_t>(phones.int64(0)));
@@ -94,7 +113,7 @@ std::vector<Contact> loadContacts() {
   }
   {
     sql::Database images(path(platform_schema::kAddressBookImagesPath));
-    sql::Statement pictures(images, kPictures);
+    sql::Statement pictures(images, kPictures + restrictTo("record_id", only));
     while (pictures.step()) {
       auto it = byId.find(static_cast<int32_t>(pictures.int64(0)));
       if (it != byId.end()) it->second.hasImage = true;
@@ -111,10 +130,33 @@ std::vector<Contact> loadContacts() {
   return out;
 }
 
+}  // namespace
+
+std::vector<Contact> loadContacts() { return load(nullptr); }
+
+std::vector<Contact> loadContactsOwning(
+    const std::vector<std::string>& numbers) {
+  // The few numbers are indexed, each stored number is looked up in them:
+  // one pass over the phone column instead of every person read and sorted.
+  platform_schema::SameNumberIndex wanted;
+  for (size_t i = 0; i < numbers.size(); ++i) wanted.add(numbers[i], i);
+  std::set<int32_t> owners;
+  {
+    sql::Database book(path(platform_schema::kAddressBookPath));
+    sql::Statement phones(book, kPhoneValues);
+    phones.bind(1, platform_schema::kPhoneProperty);
+    while (phones.step())
+      if (wanted.first(phones.text(1).value_or("")))
+        owners.insert(static_cast<int32_t>(phones.int64(0)));
+  }
+  return load(&owners);
+}
+
 std::optional<Contact> loadContact(int32_t recordId) {
-  for (Contact& c : loadContacts())
-    if (c.recordId == recordId) return std::move(c);
-  return std::nullopt;
+  const std::set<int32_t> one{recordId};
+  auto found = load(&one);
+  if (found.empty()) return std::nullopt;
+  return std::move(found.front());
 }
 
 std::string contactImageData(int32_t recordId) {

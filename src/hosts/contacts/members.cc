@@ -62,8 +62,15 @@ std::shared_ptr<MembersViewController> MembersViewController::make() {
   vc->title = "All Contacts";
   vc->dataSource = std::dynamic_pointer_cast<MembersDataSource>(
       rt::alloc(rt::getClass(MembersDataSource::kClassName)));
-  vc->dataSource->contacts = loadContacts();
   return vc;
+}
+
+const std::vector<Contact>& MembersViewController::contacts() {
+  if (!loaded_) {
+    dataSource->contacts = loadContacts();
+    loaded_ = true;
+  }
+  return dataSource->contacts;
 }
 
 std::shared_ptr<MembersTableView> MembersViewController::table() {
@@ -80,7 +87,7 @@ std::shared_ptr<ui::UIView> MembersViewController::loadView() {
       std::static_pointer_cast<MembersViewController>(shared_from_this());
   table->numberOfRows = [weak] {
     auto vc = weak.lock();
-    return vc ? vc->dataSource->contacts.size() : 0;
+    return vc ? vc->contacts().size() : 0;
   };
   table->heightForRow = [](size_t) { return kRowHeight; };
   table->cellForRow = [weak](ui::UITableView& t, size_t row) {
@@ -100,12 +107,13 @@ std::shared_ptr<ui::UIView> MembersViewController::loadView() {
 
 void MembersViewController::reload() {
   dataSource->contacts = loadContacts();
+  loaded_ = true;
   rt::send(table(), ui::msg::UITableView::reloadData);
 }
 
 bool MembersViewController::openRow(size_t row) {
-  if (row >= dataSource->contacts.size()) return false;
-  openContact(dataSource->contacts[row]);
+  if (row >= contacts().size()) return false;
+  openContact(contacts()[row]);
   return true;
 }
 

@@ -57,6 +57,10 @@ class MembersViewController : public ui::UIViewController {
 
   static std::shared_ptr<MembersViewController> make();
   std::shared_ptr<MembersTableView> table();
+  // The list's contacts, read from the address book when first asked for:
+  // a list that is never shown (the Phone app's Contacts tab while another
+  // tab is open) never reads the whole book.
+  const std::vector<Contact>& contacts();
   // Reads the address book again and redraws the list.
   void reload();
   // Opens the card of the contact in `row` on the navigation stack.
@@ -69,6 +73,9 @@ class MembersViewController : public ui::UIViewController {
 
  protected:
   std::shared_ptr<ui::UIView> loadView() override;
+
+ private:
+  bool loaded_ = false;
 };
 
 // A navigation controller showing the contacts list.

@@ -331,7 +331,15 @@ void InCallServiceApplication::callChanged(const rt::Id& call) {
   const bool begins = info->status == platform::kCallRinging ||
                       info->status == platform::kCallDialling;
   if (isNew && begins) {
-    if (!screen_) showScreen(call, *it);
+    // Every call that rings in is put on a screen of its own, and so gets
+    // its own decision (call waiting): under a screen already up as well
+    // as after a blocked call ringing on unseen. A call dialled while a
+    // screen is up joins that screen.
+    const bool incoming =
+        info->status == platform::kCallRinging && !info->isOutgoing;
+    if (incoming ||
+        !std::dynamic_pointer_cast<InCallRootViewController>(screen_))
+      showScreen(call, *it);
     if (info->status == platform::kCallRinging) ring(*it);
   }
   if (previous == platform::kCallRinging &&
@@ -372,12 +380,20 @@ void InCallServiceApplication::showScreen(const rt::Id& call,
   rt::Id made =
       rt::make(rt::getClass(Actual::kName), Root::initWithNibNameBundle,
                std::optional<std::string>(), rt::Id());
-  screen_ = made;
   auto root = std::dynamic_pointer_cast<InCallRootViewController>(made);
   if (!root) {
-    // Whatever stands in the call screen's place is shown as it is.
+    // Whatever stands in the call screen's place is shown as it is, unless
+    // a real screen is up: that one stays.
     record.screenBlocked = true;
+    if (!std::dynamic_pointer_cast<InCallRootViewController>(screen_))
+      screen_ = made;
     return;
+  }
+  // The call that rang in takes the screen from the one it showed.
+  if (auto shown = std::dynamic_pointer_cast<InCallRootViewController>(
+          std::exchange(screen_, made))) {
+    ui::sendWillDisappear(shown, true);
+    rt::send(rt::Id(shown), Actual::dealloc);
   }
   root->call = call;
   root->view();

@@ -43,8 +43,7 @@ CallKind kindOf(bool outgoing, double duration) {
 
 }  // namespace
 
-std::vector<RecentCall> loadRecentCalls(
-    bool modern, const std::function<int32_t(const std::string&)>& contactOf) {
+std::vector<RecentCall> loadRecentCalls(bool modern) {
   std::vector<RecentCall> calls;
   sql::Database db(devicePath(modern));
   sql::Statement query(db, layout(modern).select);
@@ -62,11 +61,8 @@ std::vector<RecentCall> loadRecentCalls(
       RecentCall call;
       call.number = number;
       call.kind = kind;
-      if (modern)
-        call.contactId = contactOf ? contactOf(number) : -1;
-      else
-        call.contactId =
-            query.isNull(5) ? -1 : static_cast<int32_t>(query.int64(5));
+      if (!modern && !query.isNull(5))
+        call.contactId = static_cast<int32_t>(query.int64(5));
       calls.push_back(std::move(call));
     }
     RecentCall& row = calls.back();

@@ -12,7 +12,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,9 +32,9 @@ struct RecentCall {
 };
 
 // The calls of the database under the current platform's device root.
-// `contactOf` finds a number's contact on 8.x (7.x stores it with the call).
-std::vector<RecentCall> loadRecentCalls(
-    bool modern, const std::function<int32_t(const std::string&)>& contactOf);
+// 7.x stores a call's contact with it; 8.x does not (contactId stays -1 and
+// the caller finds the number's owner).
+std::vector<RecentCall> loadRecentCalls(bool modern);
 
 bool deleteRecentCall(const RecentCall& call, bool modern);
 bool deleteAllRecentCalls(bool modern);

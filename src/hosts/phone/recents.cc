@@ -289,19 +289,20 @@ void RecentsCell::layOut() {
 
 void RecentsManager::reload() {
   const bool isModern = modern();
-  const std::vector<Contact> contacts = loadContacts();
-  // Indexed: a scan of the book per row made the list's cost the product of
-  // its calls and the address book.
+  std::vector<RecentCall> list = loadRecentCalls(isModern);
+  // Only the list's own numbers are looked up: reading and sorting the
+  // whole address book made every reload cost the size of the book.
+  std::vector<std::string> numbers;
+  for (const RecentCall& data : list) numbers.push_back(data.number);
+  const std::vector<Contact> contacts = loadContactsOwning(numbers);
   const NumberOwners owners(contacts);
-  auto contactOf = [&](const std::string& number) {
-    auto owner = owners.find(number);
-    return owner ? owner->contact.recordId : -1;
-  };
   calls.clear();
   rt::Class* cls = rt::getClass(isModern ? sdk::CHRecentCall::kName
                                          : sdk::RecentCall::kName);
-  for (RecentCall& data : loadRecentCalls(isModern, contactOf)) {
+  for (RecentCall& data : list) {
     auto call = std::dynamic_pointer_cast<RecentCallObject>(rt::alloc(cls));
+    // The number's owner names the row; on 8.x, whose calls store no
+    // contact, it is the row's contact too.
     if (auto owner = owners.find(data.number)) {
       call->name = owner->contact.name;
       call->label = labelText(owner->contact.phones[owner->phone].label);

@@ -158,7 +158,9 @@ void IncomingCallScreens::callChanged(const rt::Id& call) {
     record.status = info->status;
     calls_.push_back(record);
     it = calls_.end() - 1;
-    if (info->status == platform::kCallRinging && !info->isOutgoing && !screen_)
+    // Every call that rings in gets a screen made for it, and so its own
+    // decision, also while another call's screen is up (call waiting).
+    if (info->status == platform::kCallRinging && !info->isOutgoing)
       present(call, *info, *it);
     return;
   }
@@ -177,9 +179,12 @@ void IncomingCallScreens::present(const rt::Id& call,
       rt::make(rt::getClass(Screen::kName), Screen::initWithCall, call);
   auto screen = std::dynamic_pointer_cast<IncomingCallController>(made);
   if (!screen) {
+    // A blocked call leaves the screen that is up, if any, as it is.
     record.screenBlocked = true;
     return;
   }
+  // The call that rang in takes the screen from the one it showed.
+  if (screen_) dismiss();
   screen_ = screen;
   screen_call_ = info.id;
   CallScreenLabels caller = callerLabels(info);

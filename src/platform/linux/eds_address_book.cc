@@ -2,6 +2,7 @@
 
 #include <libebook/libebook.h>
 
+#include <algorithm>
 #include <map>
 #include <thread>
 
@@ -16,6 +17,9 @@ namespace {
 // calls a book online).
 constexpr guint32 kConnectSeconds = static_cast<guint32>(-1);
 
+// A watch whose reads keep failing asks at most this seldom.
+constexpr double kLongestRetrySeconds = 300;
+
 std::string message(GError* error) {
   std::string out = error ? error->message : "unknown error";
   if (error) g_error_free(error);
@@ -29,13 +33,7 @@ class Books {
   // Every call to the server gives up when `cancel` is cancelled.
   explicit Books(GCancellable* cancel = nullptr) : cancel_(cancel) {}
   ~Books() {
-    for (auto& [uid, book] : books_) {
-      if (book.view) {
-        e_book_client_view_stop(book.view, nullptr);
-        g_object_unref(book.view);
-      }
-      g_object_unref(book.client);
-    }
+    while (!books_.empty()) forget(books_.begin()->first);
     if (registry_) g_object_unref(registry_);
   }
 
@@ -77,6 +75,9 @@ class Books {
           snap.problem = "address book " + uid + ": " + message(error);
         else if (error)
           g_error_free(error);
+        // A book whose backend died answers nothing through this client
+        // again: the next read connects afresh.
+        forget(uid);
         continue;
       }
       snap.readBooks.insert(uid);
@@ -95,6 +96,17 @@ class Books {
     EBookClient* client = nullptr;
     EBookClientView* view = nullptr;
   };
+
+  void forget(const std::string& uid) {
+    auto it = books_.find(uid);
+    if (it == books_.end()) return;
+    if (it->second.view) {
+      e_book_client_view_stop(it->second.view, nullptr);
+      g_object_unref(it->second.view);
+    }
+    g_object_unref(it->second.client);
+    books_.erase(it);
+  }
 
   EBookClient* clientFor(ESource* source, const std::string& uid,
                          std::string* problem) {
@@ -137,11 +149,15 @@ EdsSnapshot readEdsContacts() {
 
 struct EdsWatch::Impl {
   double settle;
+  double first_retry;
   std::function<void(const EdsSnapshot&)> on_snapshot;
   GMainContext* context = g_main_context_new();
   GMainLoop* loop = g_main_loop_new(context, FALSE);
   GCancellable* cancel = g_cancellable_new();
   guint timer = 0;
+  guint retry_timer = 0;
+  double retry_delay = 0;
+  bool registry_watched = false;
   std::thread thread;
 
   ~Impl() {
@@ -150,33 +166,72 @@ struct EdsWatch::Impl {
     g_main_context_unref(context);
   }
 
-  // A snapshot `settle` seconds after the last change of a burst.
-  void schedule() {
-    if (timer)
-      g_source_destroy(g_main_context_find_source_by_id(context, timer));
-    GSource* source = g_timeout_source_new(static_cast<guint>(settle * 1000));
+  // Runs `then` once after `seconds`; `id` holds the source while pending,
+  // and a new call replaces a pending one.
+  void after(double seconds, guint& id, void (*then)(Impl*)) {
+    if (id) g_source_destroy(g_main_context_find_source_by_id(context, id));
+    struct Pending {
+      Impl* self;
+      guint* id;
+      void (*then)(Impl*);
+    };
+    GSource* source = g_timeout_source_new(static_cast<guint>(seconds * 1000));
     g_source_set_callback(
         source,
-        [](gpointer self) -> gboolean {
-          static_cast<Impl*>(self)->timer = 0;
-          static_cast<Impl*>(self)->snapshot();
+        [](gpointer data) -> gboolean {
+          auto* pending = static_cast<Pending*>(data);
+          *pending->id = 0;
+          pending->then(pending->self);
           return G_SOURCE_REMOVE;
         },
-        this, nullptr);
-    timer = g_source_attach(source, context);
+        new Pending{this, &id, then},
+        [](gpointer data) { delete static_cast<Pending*>(data); });
+    id = g_source_attach(source, context);
     g_source_unref(source);
+  }
+
+  // A snapshot `settle` seconds after the last change of a burst.
+  void schedule() {
+    after(settle, timer, [](Impl* self) { self->snapshot(); });
   }
 
   Books* books = nullptr;
   void snapshot() {
+    watchRegistry();
     EdsSnapshot snap = books->read();
-    if (!g_cancellable_is_cancelled(cancel)) on_snapshot(snap);
+    if (g_cancellable_is_cancelled(cancel)) return;
+    on_snapshot(snap);
+    // A server not reachable yet (started after us, or restarting), or a
+    // book that did not open or answer, sends no change signal when it
+    // comes back: ask again, less and less often, until a read is whole.
+    if (snap.problem.empty()) {
+      retry_delay = first_retry;
+      return;
+    }
+    after(retry_delay, retry_timer, [](Impl* self) { self->snapshot(); });
+    retry_delay = std::min(retry_delay * 2, kLongestRetrySeconds);
+  }
+
+  // Follows books being added, removed, enabled or disabled, once the
+  // registry answers.
+  void watchRegistry() {
+    if (registry_watched) return;
+    std::string problem;
+    ESourceRegistry* reg = books->registry(&problem);
+    if (!reg) return;
+    registry_watched = true;
+    for (const char* signal : {"source-added", "source-removed",
+                               "source-enabled", "source-disabled"})
+      g_signal_connect(reg, signal, G_CALLBACK(sourceChanged), this);
   }
 
   static void changed(gpointer, gpointer, gpointer self) {
     static_cast<Impl*>(self)->schedule();
   }
   static void sourceChanged(ESourceRegistry*, ESource*, gpointer self) {
+    static_cast<Impl*>(self)->schedule();
+  }
+  static void backendDied(EClient*, gpointer self) {
     static_cast<Impl*>(self)->schedule();
   }
 
@@ -186,6 +241,9 @@ struct EdsWatch::Impl {
       Books owned(cancel);
       books = &owned;
       owned.onConnect = [this](EBookClient* client, EBookClientView** view) {
+        // The failed read that follows a dead backend forgets the client,
+        // and the retries connect again.
+        g_signal_connect(client, "backend-died", G_CALLBACK(backendDied), this);
         EBookQuery* all = e_book_query_any_field_contains("");
         char* sexp = e_book_query_to_string(all);
         e_book_query_unref(all);
@@ -197,15 +255,10 @@ struct EdsWatch::Impl {
         }
         g_free(sexp);
       };
-      std::string problem;
-      if (ESourceRegistry* reg = owned.registry(&problem))
-        for (const char* signal : {"source-added", "source-removed",
-                                   "source-enabled", "source-disabled"})
-          g_signal_connect(reg, signal, G_CALLBACK(sourceChanged), this);
       snapshot();
       if (!g_cancellable_is_cancelled(cancel)) g_main_loop_run(loop);
-      if (timer)
-        g_source_destroy(g_main_context_find_source_by_id(context, timer));
+      for (guint id : {timer, retry_timer})
+        if (id) g_source_destroy(g_main_context_find_source_by_id(context, id));
       books = nullptr;
     }
     g_main_context_pop_thread_default(context);
@@ -213,9 +266,11 @@ struct EdsWatch::Impl {
 };
 
 EdsWatch::EdsWatch(double settle,
-                   std::function<void(const EdsSnapshot&)> onSnapshot)
+                   std::function<void(const EdsSnapshot&)> onSnapshot,
+                   double firstRetry)
     : impl_(std::make_unique<Impl>()) {
   impl_->settle = settle;
+  impl_->first_retry = impl_->retry_delay = firstRetry;
   impl_->on_snapshot = std::move(onSnapshot);
   impl_->thread = std::thread([impl = impl_.get()] { impl->run(); });
 }

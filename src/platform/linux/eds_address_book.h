@@ -9,6 +9,10 @@
 // removed, a book added or removed), so the program's main loop never
 // waits on the server. Without a server (none installed, none reachable on
 // the session bus) the snapshot says so in `problem` and nothing fails.
+// A snapshot with a problem is followed by another `firstRetry` seconds
+// later, then at doubling intervals (at most five minutes) until one is
+// whole: a server started after the watch, or a book that failed to open,
+// is picked up without a change signal.
 #pragma once
 
 #include <functional>
@@ -41,7 +45,8 @@ EdsSnapshot readEdsContacts();
 
 class EdsWatch {
  public:
-  EdsWatch(double settle, std::function<void(const EdsSnapshot&)> onSnapshot);
+  EdsWatch(double settle, std::function<void(const EdsSnapshot&)> onSnapshot,
+           double firstRetry = 5);
   ~EdsWatch();
   EdsWatch(const EdsWatch&) = delete;
   EdsWatch& operator=(const EdsWatch&) = delete;

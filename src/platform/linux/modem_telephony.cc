@@ -48,8 +48,6 @@ struct ModemTelephony::Impl {
     MMCall* proxy = nullptr;
     gulong notify = 0;
     bool announced = false;
-    bool waiting = false;  // rang in while another call rang
-    uint64_t arrival = 0;  // order in which the calls were seen
     CallInfo info;
   };
   std::map<std::string, Call> live;      // by call object path
@@ -61,7 +59,6 @@ struct ModemTelephony::Impl {
   CallId nextId = 1;
   uint64_t revision = 0;
   std::unique_ptr<CallHistoryQueue> history;
-  uint64_t arrivals = 0;
 
   ~Impl() {
     history.reset();
@@ -137,15 +134,12 @@ struct ModemTelephony::Impl {
   void forget(const std::string& modemPath) {
     auto it = modems.find(modemPath);
     if (it == modems.end()) return;
-    // The calls waiting for their turn go first, unannounced: once the
-    // ringing one ends they would each be announced, decided on and missed
-    // for a modem (or a ModemManager) that is no longer there.
-    std::vector<std::string> waiting, announced;
+    // Its calls end with it: each one that was announced ends once, and
+    // nothing new is announced for a modem that is no longer there.
+    std::vector<std::string> calls;
     for (const auto& [path, call] : live)
-      if (call.modem == modemPath)
-        (call.announced ? announced : waiting).push_back(path);
-    for (const auto& path : waiting) gone(path);
-    for (const auto& path : announced) gone(path);
+      if (call.modem == modemPath) calls.push_back(path);
+    for (const auto& path : calls) gone(path);
     release(it->second);
     modems.erase(it);
   }
@@ -204,7 +198,6 @@ struct ModemTelephony::Impl {
     if (live.count(path)) return;
     Call& call = live[path];
     call.modem = modem;
-    call.arrival = ++arrivals;
     call.proxy = MM_CALL(g_object_ref(proxy));
     call.notify =
         g_signal_connect(proxy, "notify::state",
@@ -219,28 +212,21 @@ struct ModemTelephony::Impl {
     auto it = live.find(path);
     if (it == live.end()) return;
     Call& call = it->second;
-    const int32_t status =
-        callStatusOfModemState(static_cast<int>(mm_call_get_state(call.proxy)));
+    const int32_t status = properties(call).status;
     if (!call.announced) {
       if (status == 0) return;
+      // One seen only once it had ended (at start-up) is history already.
       if (status == kCallEnded) {
-        // Rang while another call rang and ended before its turn: a missed
-        // call all the same. One seen only once it had ended (at start-up)
-        // is history already.
-        if (call.waiting) writeHistory(describe(call));
         drop(it);
         return;
       }
-      if (status == kCallRinging && anotherRinging(path)) {
-        call.waiting = true;
-        if (call.info.date == 0) call.info.date = nowSeconds();
-        return;
-      }
+      // Every call is announced as soon as its state is known, a second
+      // one ringing in while another rings included (call waiting): each
+      // is decided on at once, none waits for another's turn.
       announce(call, status);
       return;
     }
     if (status == 0 || status == call.info.status) return;
-    const bool wasRinging = call.info.status == kCallRinging;
     if (status == kCallEnded) {
       finish(it);
     } else {
@@ -248,39 +234,20 @@ struct ModemTelephony::Impl {
         call.info.connectedAt = nowSeconds();
       change(call.info, status);
     }
-    if (wasRinging) nextWaiting();
   }
 
-  // The platform's call screens take one ringing call at a time: a call
-  // that rings in while another rings waits (in arrival order) and is
-  // announced when that one stops ringing.
-  bool anotherRinging(const std::string& path) const {
-    for (const auto& [p, c] : live)
-      if (p != path && c.announced && c.info.status == kCallRinging)
-        return true;
-    return false;
-  }
-
-  void nextWaiting() {
-    const Call* next = nullptr;
-    std::string nextPath;
-    for (const auto& [p, c] : live)
-      if (c.waiting && !c.announced && (!next || c.arrival < next->arrival)) {
-        next = &c;
-        nextPath = p;
-      }
-    if (next && !anotherRinging(nextPath)) update(nextPath);
+  static ModemCallProperties properties(const Call& call) {
+    return modemCallProperties(G_DBUS_PROXY(call.proxy));
   }
 
   // The call as far as the modem has told: number, direction, caller.
   CallInfo describe(Call& call) {
     CallInfo info = call.info;
     if (info.date == 0) info.date = nowSeconds();
-    info.isOutgoing =
-        mm_call_get_direction(call.proxy) == MM_CALL_DIRECTION_OUTGOING;
-    const char* number = mm_call_get_number(call.proxy);
-    if (number && *number && g_utf8_validate(number, -1, nullptr)) {
-      info.destinationID = std::string(number);
+    const ModemCallProperties said = properties(call);
+    info.isOutgoing = said.outgoing;
+    if (said.number) {
+      info.destinationID = said.number;
       // Never waits for a lock: the decision on the call comes first.
       auto found = ps::lookUpContactNow(root() + ps::kAddressBookPath,
                                         *info.destinationID);
@@ -298,7 +265,6 @@ struct ModemTelephony::Impl {
     call.info.id = nextId++;
     if (status == kCallActive) call.info.connectedAt = call.info.date;
     call.announced = true;
-    call.waiting = false;
     pathOf[call.info.id] = mm_call_get_path(call.proxy);
     change(call.info, status);
   }
@@ -330,15 +296,10 @@ struct ModemTelephony::Impl {
     coming.erase(path);
     auto it = live.find(path);
     if (it == live.end()) return;
-    const bool ringing =
-        it->second.announced && it->second.info.status == kCallRinging;
-    if (it->second.announced) {
+    if (it->second.announced)
       finish(it);
-    } else {
-      if (it->second.waiting) writeHistory(describe(it->second));
+    else
       drop(it);
-    }
-    if (ringing) nextWaiting();
   }
 
   void change(CallInfo& info, int32_t status) {
@@ -414,25 +375,6 @@ struct ModemTelephony::Impl {
     if (owner->presence_) owner->presence_(present);
   }
 };
-
-int32_t callStatusOfModemState(int state) {
-  switch (state) {
-    case MM_CALL_STATE_DIALING:
-    case MM_CALL_STATE_RINGING_OUT:
-      return kCallDialling;
-    case MM_CALL_STATE_RINGING_IN:
-    case MM_CALL_STATE_WAITING:
-      return kCallRinging;
-    case MM_CALL_STATE_ACTIVE:
-      return kCallActive;
-    case MM_CALL_STATE_HELD:
-      return kCallHeld;
-    case MM_CALL_STATE_TERMINATED:
-      return kCallEnded;
-    default:
-      return 0;
-  }
-}
 
 ModemTelephony::ModemTelephony(GDBusConnection* connection,
                                std::function<std::string()> root,

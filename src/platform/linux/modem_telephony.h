@@ -21,9 +21,12 @@
 // takes it without waiting; when another program holds the database (or it
 // is full) the row is kept in call order, across restarts, and written as
 // soon as it can be (call_history_queue.h): the main loop never waits on
-// it. A call object that disappears from the bus ends the call; calls still
-// waiting for their turn when their modem (or ModemManager) goes are
-// dropped unannounced.
+// it. A call object that disappears from the bus ends the call, and so
+// does its modem's (or ModemManager's) going.
+//
+// Every call is announced as soon as its state is known: a call that rings
+// in while another rings (call waiting) is not held back, so each ringing
+// call is decided on by itself and at once.
 //
 // Starting without ModemManager on the bus is not an error: the service is
 // followed from the moment it appears (and again after it restarts), and

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "platform/utf8.h"
+
 namespace zv::platform {
 namespace {
 
@@ -88,20 +90,38 @@ void NotifyBus::listen() {
   }
   thread_ = std::thread([this] {
     pollfd fds[2] = {{fd_, POLLIN, 0}, {wake_[0], POLLIN, 0}};
-    char buf[512];
     for (;;) {
       if (::poll(fds, 2, -1) < 0) {
         if (errno == EINTR) continue;
         return;
       }
       if (fds[1].revents) return;
-      ssize_t n = ::recv(fd_, buf, sizeof buf, 0);
-      if (n > 0) on_name_(std::string(buf, static_cast<size_t>(n)));
+      if (auto name = receiveName(fd_)) on_name_(*name);
     }
   });
 }
 
+bool NotifyBus::isName(std::string_view bytes) {
+  if (bytes.empty() || bytes.size() > kMaxName || !isValidUtf8(bytes))
+    return false;
+  for (unsigned char c : bytes)
+    if (c < 0x20 || c == 0x7f) return false;
+  return true;
+}
+
+std::optional<std::string> NotifyBus::receiveName(int fd) {
+  char buf[kMaxName + 1];
+  // MSG_TRUNC: the datagram's whole length, so a longer one is seen as
+  // such rather than as its first bytes.
+  const ssize_t n = ::recv(fd, buf, sizeof buf, MSG_TRUNC | MSG_DONTWAIT);
+  if (n <= 0 || static_cast<size_t>(n) > kMaxName) return std::nullopt;
+  std::string_view bytes(buf, static_cast<size_t>(n));
+  if (!isName(bytes)) return std::nullopt;
+  return std::string(bytes);
+}
+
 void NotifyBus::send(const std::string& folder, const std::string& name) {
+  if (!isName(name)) return;
   DIR* dir = ::opendir(folder.c_str());
   if (!dir) return;
   int fd = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);

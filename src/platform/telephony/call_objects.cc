@@ -48,13 +48,16 @@ class ProcessCalls {
     return it == live_.end() ? nullptr : it->second;
   }
 
-  // The oldest incoming call still ringing, voice or video.
+  // The newest incoming call still ringing, voice or video: the one the
+  // phone is presenting. A call that rang in while an earlier one rings on
+  // unseen (blocked, left ringing) is the one its screen and ringtone are
+  // about.
   rt::Id ringing(bool video) const {
-    for (const auto& [id, call] : live_) {
-      const CallInfo& info = call->info;
+    for (auto it = live_.rbegin(); it != live_.rend(); ++it) {
+      const CallInfo& info = it->second->info;
       if (info.status == kCallRinging && !info.isOutgoing &&
           info.isVideo == video) {
-        return call;
+        return it->second;
       }
     }
     return nullptr;

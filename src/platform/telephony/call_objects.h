@@ -2,7 +2,7 @@
 // Telephony (telephony.h):
 //
 //   TUCallCenter  +sharedInstance; incomingCall, incomingVideoCall (the
-//                 ringing voice / video call, nil when none)
+//                 newest ringing voice / video call, nil when none)
 //   TUCall        status (int), destinationID (optional text, nullopt for
 //                 a withheld number), abUID (int, -1 no contact),
 //                 contactUnknown (the address book was unreadable), isBlocked,

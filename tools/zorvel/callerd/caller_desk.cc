@@ -70,9 +70,16 @@ void CallerDesk::decide(const CallInfo& call, Followed& f) {
     return;
   }
   auto screen = port_.screenFor(call.id);
+  std::string waiting;
   if (!screen) {
-    port_.log(head + "not screened (another call is on the screen)" + unknown);
-    return;
+    waiting = " (call waiting)";
+    if (port_.blockWithoutScreen(call.id)) {
+      f.blocked = true;
+      last_blocked_ = f.caller;
+      port_.log(head + "blocked" + waiting);
+      return;
+    }
+    screen = port_.textWithoutScreen(call);
   }
   f.shown = true;
   DesktopNotification n;
@@ -80,7 +87,7 @@ void CallerDesk::decide(const CallInfo& call, Followed& f) {
   n.summary = screen->title;
   n.body = join(screen->lines);
   port_.show(n, call.id);
-  port_.log(head + "shown" + unknown);
+  port_.log(head + "shown" + waiting + unknown);
 }
 
 void CallerDesk::soundPlayed() {

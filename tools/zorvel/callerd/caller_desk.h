@@ -1,13 +1,18 @@
 // What `zorvel callerd` makes of each call the in-call service heard of,
 // told after the host has handled the change: the decision on a call that
-// rings in (blocked: its screen was replaced; shown: its call screen is up;
-// not screened: another call's screen is up) as one log line (which says
+// rings in (blocked: its screen was replaced; shown: its call screen is up)
+// as one log line (which says
 // when a caller was let through the strangers rule because the address
 // book could not be read), the call
 // screen's text as a desktop notification while the call rings, one quiet
 // reminder notification when the host plays the blocked-call reminder, and
 // a notification that stays for a call that rang on screen and ended
 // unanswered (the missed-call bulletin's title). Outgoing calls pass.
+//
+// The in-call service shows one call: a call that rings in while another
+// call's screen is up (call waiting) is decided on by itself at once, as
+// its screen would have it decided, and when it is not blocked its caller
+// goes to the desktop all the same ("(call waiting)" in its log lines).
 #pragma once
 
 #include <map>
@@ -36,6 +41,11 @@ class CallerDesk {
     virtual const std::vector<hosts::ScreenedCall>& screenedCalls() const = 0;
     // What the call screen shows when it is up for call `id`.
     virtual std::optional<ScreenText> screenFor(platform::CallId id) const = 0;
+    // Decides on call `id`, which has no screen of its own, and takes the
+    // blocking action: true when it is blocked.
+    virtual bool blockWithoutScreen(platform::CallId id) = 0;
+    // What a notification says of a call without a screen of its own.
+    virtual ScreenText textWithoutScreen(const platform::CallInfo& call) = 0;
     // The title of the missed-call bulletin of `call`.
     virtual std::string missedTitle(const platform::CallInfo& call) = 0;
     // Blocking is on and blocks callers that are not contacts.

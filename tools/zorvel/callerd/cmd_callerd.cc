@@ -27,6 +27,7 @@
 #include "platform/linux/linux_platform.h"
 #include "platform/linux/modem_telephony.h"
 #include "platform/telephony/call_objects.h"
+#include "platform/telephony/messages.h"
 #include "platform/ui/bulletin.h"
 #include "tools/zorvel/callerd/caller_desk.h"
 #include "tools/zorvel/callerd/desktop_notifications.h"
@@ -65,6 +66,31 @@ class Desk final : public CallerDesk::Port {
     for (const auto* lines :
          {&shown->labelLines, &shown->infoLines, &shown->extraLabels})
       text.lines.insert(text.lines.end(), lines->begin(), lines->end());
+    return text;
+  }
+
+  bool blockWithoutScreen(platform::CallId id) override {
+    rt::Id call = platform::callObject(id);
+    auto controller = ZVIncomingCallController::sharedInstance();
+    if (!call || !controller || !platform::Process::current().zvenabled)
+      return false;
+    try {
+      return controller->blockCall(call);
+    } catch (const std::exception& e) {
+      // Shown rather than lost; the hooks' guard logs the same way.
+      log(std::string("ZVException: ") + e.what());
+      return false;
+    }
+  }
+
+  // The caller, and under it the call's label as the platform gives it
+  // (with the area when the settings add it there).
+  ScreenText textWithoutScreen(const platform::CallInfo& info) override {
+    ScreenText text;
+    text.title = hosts::callerLabels(info).name;
+    if (rt::Id call = platform::callObject(info.id))
+      if (auto label = rt::send(call, platform::msg::TUCall::localizedLabel))
+        text.lines.push_back(*label);
     return text;
   }
 

@@ -55,21 +55,6 @@ void forgetEarlierDevice(const std::string& dir) {
   fs::remove_all(dir + "/var/run/zorvel", ec);
 }
 
-void installZvtool(const std::string& dir, const std::string& tool) {
-  const fs::path target = fs::path(dir) / "Library/Zorvel/zvtool";
-  std::error_code ec;
-  fs::create_directories(target.parent_path(), ec);
-  fs::copy_file(tool, target, fs::copy_options::overwrite_existing, ec);
-  if (!ec)
-    fs::permissions(target, fs::perms(0755), fs::perm_options::replace, ec);
-  if (ec)
-    throw CommandError("cannot install " + target.string() + ": " +
-                       ec.message());
-  if (platform::runDeviceCommand(
-          dir, "/Library/Zorvel/zvtool --install >/dev/null") != 0)
-    throw CommandError("zvtool --install failed on " + dir);
-}
-
 void create(const CreateArgs& args) {
   checkTarget(args);
   DeviceImageOptions options = args.options;

@@ -26,6 +26,7 @@
 #include "platform/plist.h"
 #include "search/searcher.h"
 #include "tools/zorvel/command.h"
+#include "tools/zorvel/install_layout.h"
 #include "tools/zorvel/phone_setup/device_home.h"
 
 namespace zv::cli {
@@ -89,22 +90,6 @@ void writeIfMissing(const fs::path& root, const char* devicePath,
     throw CommandError("cannot write " + file.string());
 }
 
-void installZvtool(const fs::path& root) {
-  const std::string tool = installedZvtool();
-  if (tool.empty()) throw CommandError("no zvtool installed beside zorvel");
-  const fs::path target = root / "Library/Zorvel/zvtool";
-  std::error_code ec;
-  fs::copy_file(tool, target, fs::copy_options::overwrite_existing, ec);
-  if (!ec)
-    fs::permissions(target, fs::perms(0755), fs::perm_options::replace, ec);
-  if (ec)
-    throw CommandError("cannot install " + target.string() + ": " +
-                       ec.message());
-  if (platform::runDeviceCommand(
-          root.string(), "/Library/Zorvel/zvtool --install >/dev/null") != 0)
-    throw CommandError("zvtool --install failed on " + root.string());
-}
-
 void init(const InitOptions& o) {
   std::string chosen = o.root;
   if (chosen.empty())
@@ -141,7 +126,9 @@ void init(const InitOptions& o) {
   // The dial-pad search on; the contacts encoded on first use.
   writeIfMissing(root, ZVSearcher::kKeypadFlagsPath,
                  Dict{{"EnableSearch", true}, {ZVSearcher::kChangedKey, true}});
-  installZvtool(root);
+  const std::string tool = findZvtool();
+  if (tool.empty()) throw CommandError("no zvtool installed beside zorvel");
+  installZvtool(root.string(), tool);
   std::printf("%s: %s device ready\n", chosen.c_str(),
               device ? "installed data updated on the" : "new");
 }

@@ -2,7 +2,7 @@
 // ($XDG_DATA_HOME/zorvel/device, ~/.local/share/zorvel/device by default)
 // and, for `zorvel init`, the installed data it copies (the build's sample
 // device when run from the build folder, share/zorvel/Library/Zorvel of an
-// installed zorvel) and zvtool.
+// installed zorvel).
 #pragma once
 
 #include <string>
@@ -12,7 +12,5 @@ namespace zv::cli {
 std::string phoneDeviceRoot();
 // Folder whose contents become the device's /Library/Zorvel; "" if none.
 std::string installedDeviceData();
-// zvtool beside zorvel or in the installed layout; "" if none.
-std::string installedZvtool();
 
 }  // namespace zv::cli

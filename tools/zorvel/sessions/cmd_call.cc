@@ -208,10 +208,11 @@ void run(const CallOptions& options) {
                                    [&] { return callScene(process, *host); });
         return f;
       });
-  // A call the device could not record is a failed command, however the
-  // screens went.
+  // A call or ring time the device could not record is a failed command,
+  // however the screens went.
   for (const auto& event : runner.world().events("log"))
-    if (event.detail.starts_with("call history not written"))
+    if (event.detail.starts_with("call history not written") ||
+        event.detail.starts_with("ring duration not written"))
       throw CommandError(event.detail);
 }
 

@@ -80,7 +80,7 @@ void perform(const Action& a, bool phone, platform::SimWorld& world) {
     case Action::kOpen: {
       if (nav->topViewController() != list)
         nav->popViewControllerAnimated(false);
-      const auto& contacts = list->dataSource->contacts;
+      const auto& contacts = list->contacts();
       for (const auto& c : contacts)
         if (c.name == a.text || std::to_string(c.recordId) == a.text) {
           list->openContact(c);
