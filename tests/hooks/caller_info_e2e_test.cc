@@ -6,6 +6,8 @@
 #include <cstdio>
 
 #include "hosts/incallservice/app.h"
+#include "hosts/kit/call_views.h"
+#include "hosts/kit/host_kit.h"
 #include "hosts/springboard/app.h"
 #include "platform/telephony/call_objects.h"
 #include "platform/ui/text_metrics.h"
@@ -273,6 +275,43 @@ TEST_P(CallerInfoE2ETest, DeclineButtonOverTheLockScreen) {
   EXPECT_TRUE(screen().declineButton);
   lock();
   EXPECT_EQ(screen().declineButton, !sevenX());
+}
+
+// The Answer button under a finger on the window answers the call; its
+// controls go once the call no longer rings.
+TEST_P(CallerInfoE2ETest, AnswerUnderTheFingerAnswersTheCall) {
+  startHosts({});
+  auto id = ring(kShenzhen);
+  // The visible answer controls of the window, or null.
+  auto controls = [](ui::UIView& window) {
+    std::shared_ptr<hosts::CallAnswerControls> found;
+    std::function<void(const std::shared_ptr<ui::UIView>&)> walk =
+        [&](const std::shared_ptr<ui::UIView>& v) {
+          if (auto c = std::dynamic_pointer_cast<hosts::CallAnswerControls>(v);
+              c && c->isVisible())
+            found = c;
+          for (const auto& child : v->subviews()) walk(child);
+        };
+    for (const auto& child : window.subviews()) walk(child);
+    return found;
+  };
+  screen_->run([&] {
+    auto window = hosts::keyWindow(*screen_);
+    auto c = controls(*window);
+    ASSERT_TRUE(c);
+    ASSERT_EQ(c->mode(), hosts::CallAnswerControls::Mode::Buttons);
+    ui::Point p{c->answerButton()->frame().size.width / 2, 20};
+    for (const ui::UIView* v = c->answerButton().get(); v != window.get();
+         v = v->superview().get()) {
+      p.x += v->frame().origin.x;
+      p.y += v->frame().origin.y;
+    }
+    for (auto v = window->hitTest(p); v; v = v->superview())
+      if (v->perform(ui::Gesture::Tap)) break;
+  });
+  advance(0);
+  EXPECT_EQ(network().call(id)->status, platform::kCallActive);
+  screen_->run([&] { EXPECT_FALSE(controls(*hosts::keyWindow(*screen_))); });
 }
 
 class SevenXE2ETest : public CallerInfoE2ETest {};

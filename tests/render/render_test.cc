@@ -2,8 +2,8 @@
 // screen's pixel size, a hidden view leaves nothing, a round view shows its
 // picture inside the circle and the screen in its corners, a Chinese name
 // set in the Latin font is drawn (by the fallback face) at the width the UI
-// model measures (the model measures with the drawn faces' advances), an
-// alert covers the screen.
+// model measures (the model measures with the drawn faces' advances), a
+// label keeps to its number of lines, an alert covers the screen.
 #include <gtest/gtest.h>
 
 #include "platform/render/renderer.h"
@@ -100,6 +100,43 @@ TEST_F(RenderTest, HiddenViewsAndTheirSubviewsLeaveNoPixels) {
     // Drawing read the tree and changed nothing in it.
     EXPECT_EQ(box->frame(), (ui::Rect{{40, 100}, {100, 100}}));
     EXPECT_EQ(root->subviews().size(), 1u);
+  });
+}
+
+// A label's text wraps over at most its number of lines (0: as many as its
+// height holds); a one-line label stays on one line.
+TEST_F(RenderTest, LabelTextTakesAtMostItsNumberOfLines) {
+  proc_.run([&] {
+    // The height (points) of the band of rows the text's ink covers.
+    auto inkHeight = [&](int lines) {
+      auto root = ui::make<ui::UIView>();
+      root->setFrame({{0, 0}, {320, 568}});
+      auto label = ui::make<ui::UILabel>();
+      label->setFrame({{10, 100}, {200, 160}});
+      label->setFont({"Helvetica", 15});
+      label->setText(
+          "A long preview of the last message that cannot fit on two lines "
+          "of this label, so that its second line has to end early.");
+      label->setNumberOfLines(lines);
+      root->addSubview(label);
+      auto s = scene();
+      s.layers.push_back({root, std::nullopt});
+      auto image = renderer_->draw(s);
+      int top = -1, bottom = -1;
+      for (int y = 0; y < image.pixelHeight(); ++y)
+        for (int x = 0; x < image.pixelWidth(); ++x)
+          if (image.pixel(x, y).r < 128) {
+            if (top < 0) top = y;
+            bottom = y;
+            break;
+          }
+      return (bottom - top + 1) / image.scale();
+    };
+    const double one = inkHeight(1), two = inkHeight(2), all = inkHeight(0);
+    EXPECT_LT(one, 20);
+    EXPECT_GT(two, one + 10);
+    EXPECT_LT(two, 2 * 20);
+    EXPECT_GT(all, two + 10);
   });
 }
 

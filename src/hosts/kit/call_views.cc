@@ -41,6 +41,10 @@ std::shared_ptr<CallAnswerControls> CallAnswerControls::make(
     if (auto me = weak.lock(); me && me->call_)
       platform::current().telephony().disconnect(me->call_);
   });
+  c->answer_->addTarget(ui::kTouchUpInside, [weak](const rt::Id&) {
+    if (auto me = weak.lock(); me && me->call_)
+      platform::current().telephony().answer(me->call_);
+  });
   for (const auto& v : std::initializer_list<std::shared_ptr<ui::UIView>>{
            c->decline_, c->answer_, c->slider_})
     c->addSubview(v);

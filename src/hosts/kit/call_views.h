@@ -2,8 +2,8 @@
 // and the lock screen. The answer controls show the slider ("slide to
 // answer") over the lock screen, or the round Decline and Answer buttons
 // unlocked, and nothing at all once the call no longer rings; Decline ends
-// the call through the platform's telephony. The lock screen is the
-// wallpaper with the time over it.
+// the call and Answer answers it, through the platform's telephony. The lock
+// screen is the wallpaper with the time over it.
 #pragma once
 
 #include <memory>

@@ -48,7 +48,8 @@ std::shared_ptr<ConversationListCell> ConversationListCell::make() {
   cell->summaryLabel = ui::make<ui::UILabel>();
   cell->summaryLabel->setFont(kSummaryFont);
   cell->summaryLabel->setTextColor(kGrey);
-  cell->summaryLabel->setLineBreakMode(ui::LineBreakMode::WordWrap);
+  // Two lines of the last message, the second ending in "…" when cut.
+  cell->summaryLabel->setNumberOfLines(2);
   cell->unreadIndicator = ui::make<ui::UIImageView>();
   cell->unreadIndicator->setImage(unreadDot());
   cell->unreadIndicator->setHidden(true);

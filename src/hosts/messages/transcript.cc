@@ -13,6 +13,8 @@ using MessageCell = sdk::CKTranscriptMessageCell;
 
 constexpr double kPictureSide = 28;
 constexpr double kBubbleHeight = 36;
+// Room between the balloon's edge and its text, each side.
+constexpr double kBubblePadding = 12;
 
 }  // namespace
 
@@ -23,7 +25,10 @@ std::shared_ptr<TranscriptMessageCell> TranscriptMessageCell::make() {
   cell->bubble->setFont({".HelveticaNeueInterface-Regular", 17});
   cell->contactImageView = ui::make<ui::UIImageView>();
   cell->contactImageView->setHidden(true);
-  cell->addSubview(cell->bubble);
+  cell->balloon = ui::make<ui::UIView>();
+  cell->balloon->setCornerRadius(kBubbleHeight / 2);
+  cell->balloon->addSubview(cell->bubble);
+  cell->addSubview(cell->balloon);
   cell->addSubview(cell->contactImageView);
   return cell;
 }
@@ -33,13 +38,15 @@ void TranscriptMessageCell::layout(double width) {
   bubble->sizeToFit();
   const double inset = wantsContactImageLayout ? 8 + kPictureSide + 6 : 10;
   const double bubbleWidth =
-      std::min(bubble->frame().size.width + 24, width * 0.7);
+      std::min(bubble->frame().size.width + 2 * kBubblePadding, width * 0.7);
   const double x = orientation != 0 ? width - inset - bubbleWidth : inset;
-  bubble->setFrame({{x, 4}, {bubbleWidth, kBubbleHeight}});
+  balloon->setFrame({{x, 4}, {bubbleWidth, kBubbleHeight}});
+  bubble->setFrame(
+      {{kBubblePadding, 0}, {bubbleWidth - 2 * kBubblePadding, kBubbleHeight}});
   bubble->setTextColor(orientation != 0 ? ui::Color{1, 1, 1, 1}
                                         : ui::Color{0, 0, 0, 1});
-  bubble->setBackgroundColor(orientation != 0 ? ui::Color{0.2, 0.78, 0.35, 1}
-                                              : ui::Color{0.9, 0.9, 0.92, 1});
+  balloon->setBackgroundColor(orientation != 0 ? ui::Color{0.2, 0.78, 0.35, 1}
+                                               : ui::Color{0.9, 0.9, 0.92, 1});
   contactImageView->setImage(contactImage);
   contactImageView->setHidden(!wantsContactImageLayout || !contactImage);
   const double px = orientation != 0 ? width - 8 - kPictureSide : 8;

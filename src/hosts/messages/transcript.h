@@ -25,7 +25,9 @@ class TranscriptMessageCell : public ui::UIView {
   explicit TranscriptMessageCell(rt::Class* isa) : ui::UIView(isa) {}
   static std::shared_ptr<TranscriptMessageCell> make();
 
+  // The message's text, inside its rounded balloon.
   std::shared_ptr<ui::UILabel> bubble;
+  std::shared_ptr<ui::UIView> balloon;
   std::shared_ptr<ui::UIImageView> contactImageView;
   int orientation = 0;  // 1: sent by the user
   bool wantsContactImageLayout = false;

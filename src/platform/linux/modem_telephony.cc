@@ -351,6 +351,22 @@ struct ModemTelephony::Impl {
         this);
   }
 
+  void accept(MMCall* proxy) {
+    mm_call_accept(
+        proxy, cancellable,
+        +[](GObject* source, GAsyncResult* result, gpointer data) {
+          GError* error = nullptr;
+          if (!mm_call_accept_finish(MM_CALL(source), result, &error)) {
+            if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
+              static_cast<Impl*>(data)->problem(
+                  std::string("cannot answer ") +
+                  mm_call_get_path(MM_CALL(source)) + ": " + error->message);
+            g_error_free(error);
+          }
+        },
+        this);
+  }
+
   void presence() {
     gchar* owner_name = g_dbus_object_manager_client_get_name_owner(
         G_DBUS_OBJECT_MANAGER_CLIENT(manager));
@@ -443,6 +459,13 @@ void ModemTelephony::disconnect(CallId id) {
   auto it = impl_->pathOf.find(id);
   if (it == impl_->pathOf.end()) return;
   impl_->hangup(impl_->live.at(it->second).proxy);
+}
+
+void ModemTelephony::answer(CallId id) {
+  auto it = impl_->pathOf.find(id);
+  if (it == impl_->pathOf.end()) return;
+  const auto& call = impl_->live.at(it->second);
+  if (call.info.status == kCallRinging) impl_->accept(call.proxy);
 }
 
 void ModemTelephony::disconnectAll() {

@@ -13,8 +13,9 @@
 // call whose state is not yet known is announced when it becomes known.
 //
 // disconnect() hangs up that call (Call.Hangup), disconnectAll() hangs up
-// every call of every modem (Modem.Voice.HangupAll); both answer at once and
-// the modem's state changes follow. A call that ends is written into the
+// every call of every modem (Modem.Voice.HangupAll), answer() accepts a
+// ringing call (Call.Accept); all return at once and the modem's state
+// changes follow. A call that ends is written into the
 // device root's call-history database (of the device's system generation)
 // before its ending is delivered, as the platform does, when the database
 // takes it without waiting; when another program holds the database (or it
@@ -74,6 +75,7 @@ class ModemTelephony final : public Telephony {
   std::vector<CallInfo> calls() const override;
   std::optional<CallInfo> call(CallId id) const override;
   void disconnect(CallId id) override;
+  void answer(CallId id) override;
   void disconnectAll() override;
   // Mobile data belongs to the network manager, not to the modem's voice
   // side: off, and not switched from here.

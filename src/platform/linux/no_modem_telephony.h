@@ -14,6 +14,7 @@ class NoModemTelephony final : public Telephony {
   std::vector<CallInfo> calls() const override { return {}; }
   std::optional<CallInfo> call(CallId) const override { return std::nullopt; }
   void disconnect(CallId) override {}
+  void answer(CallId) override {}
   void disconnectAll() override {}
   bool cellularDataEnabled() const override { return false; }
   void setCellularDataEnabled(bool) override {}

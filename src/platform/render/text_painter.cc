@@ -132,6 +132,12 @@ void TextPainter::draw(cairo_t* cr, const ui::Rect& rect,
     pango_layout_set_alignment(layout, alignmentOf(style.alignment));
     pango_layout_set_spacing(layout,
                              static_cast<int>(style.lineSpacing * PANGO_SCALE));
+    // At most `lines` lines, the last one ending in the mode's ellipsis.
+    const PangoEllipsizeMode e = ellipsisFor(style.lineBreak);
+    if (style.lines > 1 && e != PANGO_ELLIPSIZE_NONE) {
+      pango_layout_set_ellipsize(layout, e);
+      pango_layout_set_height(layout, -style.lines);
+    }
     drawnWidth = width;
   }
   (void)drawnWidth;

@@ -28,8 +28,10 @@ struct TextStyle {
   ui::Color colour;
   ui::TextAlignment alignment = ui::TextAlignment::Left;
   ui::LineBreakMode lineBreak = ui::LineBreakMode::TruncateTail;
-  // 1: one line, cut or truncated by the mode; 0: wrapped over as many
-  // lines as the rectangle holds (alerts, sheets), centred vertically.
+  // 1: one line, cut or truncated by the mode; n > 1: wrapped over at
+  // most n lines, the last one cut or truncated by the mode; 0: wrapped
+  // over as many lines as the rectangle holds (alerts, sheets). Several
+  // lines are centred vertically as a block.
   int lines = 1;
   double lineSpacing = 0;
 };

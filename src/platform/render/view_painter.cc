@@ -179,13 +179,13 @@ void ViewPainter::content(const ui::UIView& view, const ui::Rect& bounds) {
     ui::Font font = label->font();
     font.size = label->drawnFontSize();
     if (const auto& shadow = label->shadowColor()) {
-      TextStyle s{font, *shadow, label->textAlignment(),
-                  label->lineBreakMode()};
+      TextStyle s{font, *shadow, label->textAlignment(), label->lineBreakMode(),
+                  label->numberOfLines()};
       text_.draw(cr_, {{0, 1}, bounds.size}, label->text(), s);
     }
     text_.draw(cr_, bounds, label->text(),
                TextStyle{font, label->textColor(), label->textAlignment(),
-                         label->lineBreakMode()});
+                         label->lineBreakMode(), label->numberOfLines()});
   }
   if (const auto* tv = dynamic_cast<const ui::UITextView*>(&view)) {
     // Lines where the model laid them out, so what it measured is drawn.

@@ -170,6 +170,16 @@ void SimTelephony::disconnect(CallId id, SimProcess& by) {
   finish(it->second, EndedBy::kPlatform);
 }
 
+void SimTelephony::answer(CallId id, SimProcess& by) {
+  auto it = calls_.find(id);
+  world_.record(
+      by, "answer",
+      it == calls_.end() ? "call " + std::to_string(id) : describe(it->second));
+  if (it == calls_.end() || it->second.status != kCallRinging) return;
+  it->second.connectedAt = world_.now();
+  change(it->second, kCallActive);
+}
+
 void SimTelephony::disconnectAll(SimProcess& by) {
   world_.record(by, "disconnectAll", "");
   for (auto& [id, call] : calls_)

@@ -13,7 +13,7 @@
 //
 // Recorded in the world's events: "call" for every status change ("<id>
 // <status> <number or (hidden)>", no process), and, under the asking
-// process, "disconnect" (the call's number), "disconnectAll" and
+// process, "disconnect" and "answer" (the call's number), "disconnectAll" and
 // "cellularData" ("on" / "off"). A call-history write that fails is
 // recorded as a "log" line and the call still ends.
 //
@@ -86,6 +86,8 @@ class SimTelephony {
 
   // --- On behalf of a process (through its Telephony) ---------------------
   void disconnect(CallId id, SimProcess& by);
+  // A process answers a ringing call (CTCallAnswer); nothing for another.
+  void answer(CallId id, SimProcess& by);
   void disconnectAll(SimProcess& by);
   void setCellularDataEnabled(bool enabled, SimProcess& by);
   CallObserverToken observe(SimProcess& process,
@@ -137,6 +139,7 @@ class SimProcessTelephony final : public Telephony {
     return device_.call(id);
   }
   void disconnect(CallId id) override { device_.disconnect(id, process_); }
+  void answer(CallId id) override { device_.answer(id, process_); }
   void disconnectAll() override { device_.disconnectAll(process_); }
   bool cellularDataEnabled() const override {
     return device_.cellularDataEnabled();

@@ -1,8 +1,9 @@
 // The telephony service of the device, as one interface reached through
 // Platform::telephony(): the calls the device has now, hanging calls up
-// (CTCallDisconnect, CTCallListDisconnectAll), the cellular-data switch
-// (CTCellularDataPlanGetIsEnabled / SetIsEnabled), the network operator's
-// name, and call changes delivered to a process on its own run loop.
+// (CTCallDisconnect, CTCallListDisconnectAll) and answering them, the
+// cellular-data switch (CTCellularDataPlanGetIsEnabled / SetIsEnabled), the
+// network operator's name, and call changes delivered to a process on its own
+// run loop.
 //
 // The call state belongs to the device, not to a process: every process of
 // one device sees the same calls. A process does not read this interface
@@ -77,6 +78,8 @@ class Telephony {
 
   // CTCallDisconnect: hangs up one call (nothing when it has ended).
   virtual void disconnect(CallId id) = 0;
+  // CTCallAnswer: answers a ringing incoming call (nothing for any other).
+  virtual void answer(CallId id) = 0;
   // CTCallListDisconnectAll: hangs up every call.
   virtual void disconnectAll() = 0;
 

@@ -1,9 +1,9 @@
 // UILabel and UIImageView of the UI model. A label holds one text with its
-// font, colour, alignment and line-break mode; sizeToFit sets its size to
-// the measured text (platform/ui/text_metrics.h), and with fitting to width
-// on, drawnFontSize() tells the size the text is shrunk to so that it fits
-// the label's width. An image view shows one image (corner radius and scale
-// are the view's).
+// font, colour, alignment, line-break mode and number of lines; sizeToFit sets
+// its size to the measured text (platform/ui/text_metrics.h), and with fitting
+// to width on, drawnFontSize() tells the size the text is shrunk to so that it
+// fits the label's width. An image view shows one image (corner radius and
+// scale are the view's).
 #pragma once
 
 #include "platform/ui/view.h"
@@ -38,6 +38,10 @@ class UILabel : public UIView {
   void setTextAlignment(TextAlignment a) { alignment_ = a; }
   LineBreakMode lineBreakMode() const { return line_break_; }
   void setLineBreakMode(LineBreakMode m) { line_break_ = m; }
+  // Lines the text may take (0: as many as the label's height holds); the
+  // last one shown is cut by the line-break mode ("…" when truncating).
+  int numberOfLines() const { return lines_; }
+  void setNumberOfLines(int n) { lines_ = n < 0 ? 0 : n; }
   bool adjustsFontSizeToFitWidth() const { return fit_width_; }
   void setAdjustsFontSizeToFitWidth(bool on) { fit_width_ = on; }
   double minimumScaleFactor() const { return min_scale_; }
@@ -63,6 +67,7 @@ class UILabel : public UIView {
   Color color_{0, 0, 0, 1};
   TextAlignment alignment_ = TextAlignment::Left;
   LineBreakMode line_break_ = LineBreakMode::TruncateTail;
+  int lines_ = 1;
   bool fit_width_ = false;
   double min_scale_ = 0.5;
   std::optional<Color> shadow_color_;

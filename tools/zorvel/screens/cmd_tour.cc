@@ -84,7 +84,7 @@ const std::vector<Walk>& walks() {
        {"contacts", "--screen", "4.7"},
        {{"open:1", "A contact card: the area beside each phone label"}}},
       {"messages",
-       {"messages", "--screen", "4.7"},
+       {"messages", "--screen", "4"},
        {{"list", "Messages: the conversation list with areas and pictures"},
         {"open:1", "A conversation with the contact's picture"},
         {"back", ""},
