@@ -3,6 +3,7 @@
 #include <libmm-glib.h>
 
 #include <deque>
+#include <memory>
 #include <set>
 
 #include "platform/db/call_records.h"
@@ -335,36 +336,38 @@ struct ModemTelephony::Impl {
         [this](const std::string& line) { problem(line); });
   }
 
-  void hangup(MMCall* proxy) {
-    mm_call_hangup(
+  // Asks ModemManager to act on a call; a failure other than our own
+  // shutdown is reported, naming the call.
+  using CallStart = void (*)(MMCall*, GCancellable*, GAsyncReadyCallback,
+                             gpointer);
+  using CallFinish = gboolean (*)(MMCall*, GAsyncResult*, GError**);
+  void act(MMCall* proxy, CallStart start, CallFinish finish,
+           const char* verb) {
+    struct Pending {
+      Impl* self;
+      CallFinish finish;
+      const char* verb;
+    };
+    start(
         proxy, cancellable,
         +[](GObject* source, GAsyncResult* result, gpointer data) {
+          std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
           GError* error = nullptr;
-          if (!mm_call_hangup_finish(MM_CALL(source), result, &error)) {
+          if (!pending->finish(MM_CALL(source), result, &error)) {
             if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
-              static_cast<Impl*>(data)->problem(
-                  std::string("cannot hang up ") +
-                  mm_call_get_path(MM_CALL(source)) + ": " + error->message);
+              pending->self->problem(std::string("cannot ") + pending->verb +
+                                     " " + mm_call_get_path(MM_CALL(source)) +
+                                     ": " + error->message);
             g_error_free(error);
           }
         },
-        this);
+        new Pending{this, finish, verb});
   }
-
+  void hangup(MMCall* proxy) {
+    act(proxy, mm_call_hangup, mm_call_hangup_finish, "hang up");
+  }
   void accept(MMCall* proxy) {
-    mm_call_accept(
-        proxy, cancellable,
-        +[](GObject* source, GAsyncResult* result, gpointer data) {
-          GError* error = nullptr;
-          if (!mm_call_accept_finish(MM_CALL(source), result, &error)) {
-            if (!g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
-              static_cast<Impl*>(data)->problem(
-                  std::string("cannot answer ") +
-                  mm_call_get_path(MM_CALL(source)) + ": " + error->message);
-            g_error_free(error);
-          }
-        },
-        this);
+    act(proxy, mm_call_accept, mm_call_accept_finish, "answer");
   }
 
   void presence() {
