@@ -134,9 +134,9 @@ TEST_F(AvatarThreadsTest,
     for (int i = 0; i < kCells; ++i) cells.push_back(host->makeCell());
   }
   runRounds(phone, [&](int i, int round) {
-    auto call = host->makeCall(
-        {.number = "10086", .person = people_[personFor(i, round)]});
-    host->show(cells[i], call, "name", "label");
+    host->show(cells[i],
+               {.number = "10086", .person = people_[personFor(i, round)]},
+               "name", "label");
     ZVRecentsController::sharedInstance()->avatarCell(cells[i]);
   });
   expectLastPeople(phone, cells);
@@ -161,7 +161,7 @@ TEST_F(AvatarThreadsTest,
     // A card opened meanwhile drops a picture that may be loading.
     if (i % 5 == round % 5) {
       auto card = rt::create(rt::registerClass("FakeCard"));
-      host->showContact(card, personFor(i, round) + 1);
+      host->cards[card.get()] = personFor(i, round) + 1;
       controller->viewWillAppear(card);
     }
   });
