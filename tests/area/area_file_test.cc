@@ -165,14 +165,5 @@ TEST_F(AreaFileTest, ResultIsBoundedAt103Characters) {
   }
 }
 
-TEST_F(AreaFileTest, UncachedStringsGiveTheSameResults) {
-  write(compileText(kSmallSource));
-  AreaHandle cached(path_, 10240), uncached(path_, 1);
-  for (const char* n : {"+8613912345678", "13919995678", "075512345678",
-                        "10086", "110", "01012345678", "8612", "999"})
-    for (int flags = 1; flags < 8; ++flags)
-      EXPECT_EQ(cached.get(n, flags), uncached.get(n, flags)) << n << flags;
-}
-
 }  // namespace
 }  // namespace zv::testing

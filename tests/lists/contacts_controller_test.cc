@@ -15,7 +15,6 @@ using testing::FakeListCell;
 using testing::FakePerson;
 
 const ui::Pixel kRed{255, 0, 0, 255};
-const ui::Pixel kBlue{0, 0, 255, 255};
 
 class ContactsTest
     : public testing::ListControllerTest<ZVContactsController,
@@ -122,18 +121,6 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   // From 8.0 the texts are the host's.
   EXPECT_EQ(host_->listCell(withPicture).nameLabel->text(), "Li Lei");
   EXPECT_FALSE(host_->listCell(withPicture).nameView->isHidden());
-
-  // Cached now: a cell reused for it shows it at once; a cell reused for
-  // another contact while its load is pending keeps the other's picture.
-  auto reused =
-      decorated({.name = "Zhang",
-                 .person = std::make_shared<FakePerson>(7, true, kBlue)});
-  host_->listCell(reused).person = red;
-  run([&] { controller_->avatarCell(reused); });
-  EXPECT_TRUE(testing::allPixels(reused->imageView()->image(), kRed));
-  world_.advance(0);
-  EXPECT_TRUE(testing::allPixels(reused->imageView()->image(), kRed));
-  EXPECT_EQ(reused->imageView()->tag(), avatarViewTag(5));
 }
 
 TEST_F(ContactsTest, NamesMoveByBlanksBeforeSevenOneAndToTheTextLabelAfter) {
