@@ -178,9 +178,9 @@ TEST_F(CallHistoryTest, EntriesOlderThanTheOldestCallExpireOnLoad) {
 
 // A row that cannot go back (its key is taken) fails the restore as a whole,
 // and still the backup empties, so the next appearance of Recents does not
-// try, and reload, again. (Which
-// calls come back is TrimmedCallsComeBackAndDeletedOnesNever's, and through
-// the controller tests/lists/recents_sync_test.cc's.)
+// try, and reload, again. (Which calls come back is
+// TrimmedCallsComeBackAndDeletedOnesNever's, and through the controller
+// tests/lists/recents_sync_test.cc's.)
 TEST_F(CallHistoryTest, SyncEmptiesTheBackupAlsoOfRowsThatCannotGoBack) {
   const char* store = platform_schema::kCallHistoryStorePath;
   exec(store, platform_schema::callRecordTableSql("ZVZCALLRECORD"));
@@ -219,62 +219,48 @@ TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
                                       "/Library/Zorvel/zvtool -c"}));
 }
 
-// The whole round trip: the platform trims its oldest calls as it records
-// new ones, the installed triggers keep exactly those, calls the user
-// deletes are never kept, and syncing brings the trimmed ones back in order.
+// The whole round trip on 8.x: the platform trims its oldest calls as it
+// records new ones, the installed triggers keep exactly those, calls the
+// user deletes are never kept, and syncing brings the trimmed ones back in
+// order. (7.x does the same through zvtool: tests/tools/zvtool_test.cc, with
+// the command lines of LegacyBackupWorkGoesThroughTheTool.)
 TEST_F(CallHistoryTest, TrimmedCallsComeBackAndDeletedOnesNever) {
   installTool();
-  struct Generation {
-    const char* version;
-    Database which;
-    const char* path;
-    const char* dates;
-    const char* deleteCall;
-    const char* backup;
+  const char* store = platform_schema::kCallHistoryStorePath;
+  auto record = [&](int i) {
+    platform_schema::FinishedCall call;
+    call.address = "10086";
+    call.date = 1416000000.0 + 1000 * i;
+    ASSERT_TRUE(platform_schema::appendCallRecord(
+        root_ + store, Database::kCallHistoryStore, call));
   };
-  const Generation generations[] = {
-      {"8.1", Database::kCallHistoryStore,
-       platform_schema::kCallHistoryStorePath,
-       "SELECT ZDATE + 978307200 FROM ZCALLRECORD ORDER BY ZDATE",
-       "DELETE FROM ZCALLRECORD WHERE ZDATE + 978307200 = ",
-       "SELECT ZDATE + 978307200 FROM ZVZCALLRECORD ORDER BY ZDATE"},
-      {"7.1", Database::kCallHistoryDb, platform_schema::kCallHistoryDbPath,
-       "SELECT date FROM call ORDER BY date", "DELETE FROM call WHERE date = ",
-       "SELECT date FROM deleted ORDER BY date"},
+  auto dates = [&](const char* table) {
+    return column(store, std::string("SELECT ZDATE + 978307200 FROM ") + table +
+                             " ORDER BY ZDATE");
   };
-  for (const Generation& g : generations) {
-    SCOPED_TRACE(g.version);
-    const std::string file = root_ + g.path;
-    auto record = [&](int i) {
-      platform_schema::FinishedCall call;
-      call.address = "10086";
-      call.date = 1416000000 + 1000 * i;
-      ASSERT_TRUE(platform_schema::appendCallRecord(file, g.which, call));
-    };
-    auto date = [](int i) { return 1416000000.0 + 1000 * i; };
-    for (int i = 1; i <= 103; ++i) record(i);
-    EXPECT_EQ(column(g.path, g.backup),
-              (std::vector<double>{date(1), date(2), date(3)}));
-    // The user deletes the last call of the list and one in the middle.
-    exec(g.path, g.deleteCall + std::to_string(date(4)));
-    exec(g.path, g.deleteCall + std::to_string(date(50)));
-    EXPECT_EQ(column(g.path, g.backup).size(), 3u);
-    launch(g.version, "com.apple.mobilephone").run([] {
-      EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
-    });
-    // Two of three fit (102 - 100): the newest two come back, and neither
-    // deleted call does.
-    std::vector<double> dates = column(g.path, g.dates);
-    ASSERT_EQ(dates.size(), 100u);
-    EXPECT_EQ(dates[0], date(2));
-    EXPECT_EQ(dates[1], date(3));
-    EXPECT_EQ(dates[2], date(5));
-    EXPECT_EQ(std::count(dates.begin(), dates.end(), date(50)), 0);
-    EXPECT_TRUE(column(g.path, g.backup).empty());
-    // The next call trims the oldest again, and the backup holds just it.
-    record(104);
-    EXPECT_EQ(column(g.path, g.backup), (std::vector<double>{date(2)}));
-  }
+  auto date = [](int i) { return 1416000000.0 + 1000 * i; };
+  for (int i = 1; i <= 103; ++i) record(i);
+  EXPECT_EQ(dates("ZVZCALLRECORD"),
+            (std::vector<double>{date(1), date(2), date(3)}));
+  // The user deletes the last call of the list and one in the middle.
+  for (int i : {4, 50})
+    exec(store, "DELETE FROM ZCALLRECORD WHERE ZDATE + 978307200 = " +
+                    std::to_string(date(i)));
+  EXPECT_EQ(dates("ZVZCALLRECORD").size(), 3u);
+  launch("8.1", "com.apple.mobilephone").run([] {
+    EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
+  });
+  // Two of three fit (102 - 100): the newest two come back, and neither
+  // deleted call does.
+  std::vector<double> listed = dates("ZCALLRECORD");
+  ASSERT_EQ(listed.size(), 100u);
+  EXPECT_EQ(std::vector<double>(listed.begin(), listed.begin() + 3),
+            (std::vector<double>{date(2), date(3), date(5)}));
+  EXPECT_EQ(std::count(listed.begin(), listed.end(), date(50)), 0);
+  EXPECT_TRUE(dates("ZVZCALLRECORD").empty());
+  // The next call trims the oldest again, and the backup holds just it.
+  record(104);
+  EXPECT_EQ(dates("ZVZCALLRECORD"), (std::vector<double>{date(2)}));
 }
 
 // Several processes save at the same moment; none may lose another's entry.

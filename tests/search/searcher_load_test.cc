@@ -51,12 +51,10 @@ TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
     EXPECT_EQ(s->t9hash(), nullptr);  // only held while encoding
     EXPECT_FALSE(s->isAddressBookChanged());
   });
-  // The cache holds the same persons, one line each.
+  // The cache holds the same persons, one line each (its lines are
+  // searcher_cache_test.cc's).
   std::string cache = readCache();
   EXPECT_EQ(std::count(cache.begin(), cache.end(), '\n'), 5);
-  EXPECT_NE(cache.find("3\t1\t3\t996464\t9426494266464\t9\t544\t13800001111\t"
-                       "张小明\n"),
-            std::string::npos);
 }
 
 TEST_F(SearcherLoadTest, NameOrderAndCompanySettings) {
