@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -28,11 +27,11 @@ using platform_schema::Database;
 class CallHistoryTest : public testing::SimTest {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(platform_schema::createDatabase(
-        root_ + platform_schema::kCallHistoryStorePath,
-        Database::kCallHistoryStore));
-    ASSERT_TRUE(platform_schema::createDatabase(
-        root_ + platform_schema::kCallHistoryDbPath, Database::kCallHistoryDb));
+    for (auto [path, which] : {std::pair{platform_schema::kCallHistoryStorePath,
+                                         Database::kCallHistoryStore},
+                               std::pair{platform_schema::kCallHistoryDbPath,
+                                         Database::kCallHistoryDb}})
+      ASSERT_TRUE(platform_schema::createDatabase(root_ + path, which));
   }
 
   void exec(const char* devicePath, const std::string& sql) {
@@ -44,9 +43,6 @@ class CallHistoryTest : public testing::SimTest {
 
   void addCall(int pk, double date, double duration) {
     testing::insertModernCall(root_, pk, date, "10086", duration);
-  }
-  void addLegacyCall(int rowid, int64_t date, int duration) {
-    testing::insertLegacyCall(root_, rowid, date, "10086", duration);
   }
 
   platform::SimProcess& launch(const char* version = "8.1",
