@@ -218,14 +218,17 @@ TEST_F(KeypadViewsTest, LabelRunsAndTheirFallbacks) {
 }
 
 // (The typed row first, labelled "Call", is tests/hooks/phone_e2e_test.cc's.)
-TEST_F(KeypadViewsTest, ListRowsTakeTheirAvatarAndACutPhoneLabel) {
+TEST_F(KeypadViewsTest, ListRowsTakeTheirAvatarLateAndACutPhoneLabel) {
   // A label wider than 100 points is cut to 100; a short one keeps its width.
   const std::string unknown =
       "a phone label far longer than the row can hold beside a name";
   proc_.setLocalizedStrings({{"unknown", unknown}});
+  const ui::Pixel red{255, 0, 0, 255};
+  for (int id : {1, 2}) testing::addColourPicture(root_, id, red);
+  std::shared_ptr<ZVKeypadListCell> row[3];
   proc_.run([&] {
     auto list = ZVKeypadListView::make({{0, 142}, {375, 356}});
-    auto persons = people(1);
+    auto persons = people(2);
     auto typed = std::make_shared<ZVPerson>();
     typed->setPhoneNumber("555");
     typed->setPriority(65);
@@ -234,42 +237,26 @@ TEST_F(KeypadViewsTest, ListRowsTakeTheirAvatarAndACutPhoneLabel) {
     list->setInputNumber("555");
     list->setUpInputNumber(true);
     list->reloadData();
-    auto row = [&](int i) {
-      return std::dynamic_pointer_cast<ZVKeypadListCell>(
+    for (int i : {0, 1, 2})
+      row[i] = std::dynamic_pointer_cast<ZVKeypadListCell>(
           list->tableView()->cellForRowAtIndex(i));
-    };
-    ASSERT_TRUE(row(0) && row(1));
-    EXPECT_EQ(row(0)->typeLabel->frame().size.width,
-              ui::textWidth("Call", row(0)->typeLabel->font()));
-    EXPECT_EQ(row(1)->nameLabel->text, "P1");
-    EXPECT_EQ(row(1)->numberLabel->labelCenter()->text(), "555");
-    EXPECT_EQ(row(1)->imageView()->tag(), 1);  // avatar keyed by record id
-    // No phone label: "unknown", localised.
-    EXPECT_EQ(row(1)->typeLabel->text(), unknown);
-    ASSERT_GT(ui::textWidth(unknown, row(1)->typeLabel->font()), 100);
-    EXPECT_EQ(row(1)->typeLabel->frame().size.width, 100);
+    ASSERT_TRUE(row[0] && row[1] && row[2]);
+    row[2]->imageView()->setTag(99);  // the cell now shows someone else
   });
-}
-
-TEST_F(KeypadViewsTest, ALateAvatarIsSetOnlyOnTheCellStillShowingItsContact) {
-  for (int id : {1, 2}) testing::addColourPicture(root_, id, {255, 0, 0, 255});
-  auto show = [&](int recordId, bool reuse) {
-    std::shared_ptr<ui::UIImageView> image;
-    ui::ImagePtr placeholder;
-    proc_.run([&] {
-      auto list = ZVKeypadListView::make({{0, 0}, {375, 50}});
-      auto persons = people(recordId);
-      list->setPersons({persons.back()});
-      list->reloadData();
-      image = list->tableView()->cellForRowAtIndex(0)->imageView();
-      placeholder = image->image();
-      if (reuse) image->setTag(99);  // the cell now shows someone else
-    });
-    world_.advance(0);  // the background load and its hand-back run
-    return image->image() != placeholder;
-  };
-  EXPECT_FALSE(show(1, true));
-  EXPECT_TRUE(show(2, false));
+  EXPECT_EQ(row[0]->typeLabel->frame().size.width,
+            ui::textWidth("Call", row[0]->typeLabel->font()));
+  EXPECT_EQ(row[1]->nameLabel->text, "P1");
+  EXPECT_EQ(row[1]->numberLabel->labelCenter()->text(), "555");
+  // No phone label: "unknown", localised.
+  EXPECT_EQ(row[1]->typeLabel->text(), unknown);
+  ASSERT_GT(ui::textWidth(unknown, row[1]->typeLabel->font()), 100);
+  EXPECT_EQ(row[1]->typeLabel->frame().size.width, 100);
+  // The avatar is keyed by record id and set when it has loaded, only on
+  // the cell still showing its contact.
+  EXPECT_EQ(row[1]->imageView()->tag(), 1);
+  world_.advance(0);
+  EXPECT_TRUE(testing::allPixels(row[1]->imageView()->image(), red));
+  EXPECT_FALSE(testing::allPixels(row[2]->imageView()->image(), red));
 }
 
 }  // namespace
