@@ -27,11 +27,8 @@ TEST(T9TableTest, LetterMapAndCharacterLengths) {
     EXPECT_EQ(utf8CharLength(lead), length) << int(lead);
 }
 
+// (Buckets of well-formed characters are ChainOrderDecidesBetweenReadings'.)
 TEST(T9TableTest, BucketArithmetic) {
-  EXPECT_EQ(t9Hash("a", 1), 177670);
-  EXPECT_EQ(t9Bucket("a", 1), 2705u);
-  EXPECT_EQ(t9Hash(kZhang.data(), 3), 193345254);
-  EXPECT_EQ(t9Bucket(kZhang.data(), 3), 3930u);
   // A malformed long sequence whose hash goes negative is sign-extended
   // before the unsigned modulo.
   std::string bad = "\xfc\x80\x80\x80\x80\x80";
