@@ -105,10 +105,8 @@ TEST_F(T9FileTest, FilesAndOverlay) {
   auto table = loadT9file(root_ + "/t.txt");
   ASSERT_EQ(table->size(), 2u);
 
-  Dict overlay;
-  overlay["5"] = Value("x" + std::string("y"));
-  overlay["9"] = Value(Array{});  // not a string: skipped
-  overlay["6"] = Value("");
+  // "9" is not a string: skipped.
+  const Dict overlay{{"5", "xy"}, {"9", Array{}}, {"6", ""}};
   ASSERT_TRUE(plist::writeFile(root_ + "/o.plist", Value(overlay)));
   loadT9plist(table, root_ + "/o.plist");
   EXPECT_EQ(*table->lookup("x"), "5");  // replaced
