@@ -111,12 +111,11 @@ TEST_F(AddressBookTest, PhoneLabelsAreLocalisedAndLoadedOnce) {
   phone.setLocalizedStrings({{"mobile", "手机"}});
   phone.run([&] {
     auto book = ZVAddressBook::sharedInstance();
-    EXPECT_EQ(book->getPhoneTypeLabel(1), "手机");
-    EXPECT_EQ(book->getPhoneTypeLabel(2), "Office line");
-    EXPECT_EQ(book->getPhoneTypeLabel(3), "Satellite");
-    EXPECT_EQ(book->getPhoneTypeLabel(4), std::nullopt);
-    EXPECT_EQ(book->getPhoneTypeLabel(5), "home");
-    EXPECT_EQ(book->getPhoneTypeLabel(-1), std::nullopt);
+    std::vector<std::optional<std::string>> labels;
+    for (int id : {1, 2, 3, 4, 5, -1})
+      labels.push_back(book->getPhoneTypeLabel(id));
+    EXPECT_EQ(labels, (decltype(labels){"手机", "Office line", "Satellite",
+                                        std::nullopt, "home", std::nullopt}));
 
     // Labels added later are seen only after an explicit reload.
     exec(platform_schema::kAddressBookPath,
