@@ -55,19 +55,6 @@ TEST(AreaCompilerTest, DumpRebuildsTheSameBytes) {
   EXPECT_EQ(compileText(reversed), bytes);
 }
 
-TEST(AreaCompilerTest, ShorterPrefixesAreSpreadUnderTheirHead) {
-  std::string bytes = compileText(kSmallSource);
-  area::Source dumped = area::decompile(bytes, "db");
-  int underHead = 0;
-  for (const auto& r : dumped.records)
-    if (r.prefix.starts_with("1391")) {
-      ++underHead;
-      EXPECT_EQ(r.prefix.size(), 7u);
-      EXPECT_EQ(r.location, r.prefix == "1391234" ? "Nanjing" : "Jiangsu");
-    }
-  EXPECT_EQ(underHead, 1000);
-}
-
 TEST(AreaCompilerTest, DecompileRejectsForeignBytes) {
   std::string good = compileText(kSmallSource), wrongMagic = good;
   wrongMagic[0] = 'Q';

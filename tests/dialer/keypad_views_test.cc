@@ -217,14 +217,18 @@ TEST_F(KeypadViewsTest, LabelRunsAndTheirFallbacks) {
   });
 }
 
-TEST_F(KeypadViewsTest, ListPutsTheTypedRowFirstAndLabelsRows) {
+// (The typed row first, labelled "Call", is tests/hooks/phone_e2e_test.cc's.)
+TEST_F(KeypadViewsTest, ListRowsTakeTheirAvatarLateAndACutPhoneLabel) {
   // A label wider than 100 points is cut to 100; a short one keeps its width.
-  proc_.setLocalizedStrings({{"unknown",
-                              "a phone label far longer than the row can "
-                              "hold beside a name"}});
+  const std::string unknown =
+      "a phone label far longer than the row can hold beside a name";
+  proc_.setLocalizedStrings({{"unknown", unknown}});
+  const ui::Pixel red{255, 0, 0, 255};
+  for (int id : {1, 2}) testing::addColourPicture(root_, id, red);
+  std::shared_ptr<ZVKeypadListCell> row[3];
   proc_.run([&] {
     auto list = ZVKeypadListView::make({{0, 142}, {375, 356}});
-    auto persons = people(3);
+    auto persons = people(2);
     auto typed = std::make_shared<ZVPerson>();
     typed->setPhoneNumber("555");
     typed->setPriority(65);
@@ -233,47 +237,26 @@ TEST_F(KeypadViewsTest, ListPutsTheTypedRowFirstAndLabelsRows) {
     list->setInputNumber("555");
     list->setUpInputNumber(true);
     list->reloadData();
-    EXPECT_EQ(list->getCellIndex(0), 3u);
-    EXPECT_EQ(list->getCellIndex(1), 0u);
-    auto row0 = std::dynamic_pointer_cast<ZVKeypadListCell>(
-        list->tableView()->cellForRowAtIndex(0));
-    auto row1 = std::dynamic_pointer_cast<ZVKeypadListCell>(
-        list->tableView()->cellForRowAtIndex(1));
-    ASSERT_TRUE(row0 && row1);
-    EXPECT_EQ(row0->typeLabel->text(), "Call");
-    EXPECT_EQ(row0->typeLabel->frame().size.width,
-              ui::textWidth("Call", row0->typeLabel->font()));
-    EXPECT_EQ(row1->nameLabel->text, "P1");
-    EXPECT_EQ(row1->numberLabel->labelCenter()->text(), "555");
-    EXPECT_EQ(row1->imageView()->tag(), 1);  // avatar keyed by record id
-    // No phone label: "unknown", localised.
-    const std::string& text = row1->typeLabel->text();
-    EXPECT_EQ(text,
-              "a phone label far longer than the row can hold beside a name");
-    ASSERT_GT(ui::textWidth(text, row1->typeLabel->font()), 100);
-    EXPECT_EQ(row1->typeLabel->frame().size.width, 100);
+    for (int i : {0, 1, 2})
+      row[i] = std::dynamic_pointer_cast<ZVKeypadListCell>(
+          list->tableView()->cellForRowAtIndex(i));
+    ASSERT_TRUE(row[0] && row[1] && row[2]);
+    row[2]->imageView()->setTag(99);  // the cell now shows someone else
   });
-}
-
-TEST_F(KeypadViewsTest, ALateAvatarIsSetOnlyOnTheCellStillShowingItsContact) {
-  for (int id : {1, 2}) testing::addColourPicture(root_, id, {255, 0, 0, 255});
-  auto show = [&](int recordId, bool reuse) {
-    std::shared_ptr<ui::UIImageView> image;
-    ui::ImagePtr placeholder;
-    proc_.run([&] {
-      auto list = ZVKeypadListView::make({{0, 0}, {375, 50}});
-      auto persons = people(recordId);
-      list->setPersons({persons.back()});
-      list->reloadData();
-      image = list->tableView()->cellForRowAtIndex(0)->imageView();
-      placeholder = image->image();
-      if (reuse) image->setTag(99);  // the cell now shows someone else
-    });
-    world_.advance(0);  // the background load and its hand-back run
-    return image->image() != placeholder;
-  };
-  EXPECT_FALSE(show(1, true));
-  EXPECT_TRUE(show(2, false));
+  EXPECT_EQ(row[0]->typeLabel->frame().size.width,
+            ui::textWidth("Call", row[0]->typeLabel->font()));
+  EXPECT_EQ(row[1]->nameLabel->text, "P1");
+  EXPECT_EQ(row[1]->numberLabel->labelCenter()->text(), "555");
+  // No phone label: "unknown", localised.
+  EXPECT_EQ(row[1]->typeLabel->text(), unknown);
+  ASSERT_GT(ui::textWidth(unknown, row[1]->typeLabel->font()), 100);
+  EXPECT_EQ(row[1]->typeLabel->frame().size.width, 100);
+  // The avatar is keyed by record id and set when it has loaded, only on
+  // the cell still showing its contact.
+  EXPECT_EQ(row[1]->imageView()->tag(), 1);
+  world_.advance(0);
+  EXPECT_TRUE(testing::allPixels(row[1]->imageView()->image(), red));
+  EXPECT_FALSE(testing::allPixels(row[2]->imageView()->image(), red));
 }
 
 }  // namespace

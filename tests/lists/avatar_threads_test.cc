@@ -92,23 +92,23 @@ class AvatarThreadsTest : public testing::ListsTest {
     return (cell * 7 + round * 5) % kPeople;
   }
 
-  // Runs show(cell, round) for every cell of every round in the process,
-  // letting the loads finished so far land between rounds.
-  template <typename Show>
-  void runRounds(ThreadedPhone& phone, Show show) {
-    for (int round = 0; round < kRounds; ++round) {
+  // In a Phone process on `facts` with kCells cells made by `make`, runs
+  // show(cell, person) for every cell of every round, letting the loads
+  // finished so far land between rounds. Once every load is done, each cell
+  // shows the person of the last round.
+  template <typename Make, typename Show>
+  void runRounds(const platform::DeviceFacts& facts, Make make, Show show) {
+    ThreadedPhone phone(world_, facts);
+    std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
+    for (int round = -1; round < kRounds; ++round) {
       {
         platform::Process::Scope scope(phone.context());
-        for (int i = 0; i < kCells; ++i) show(i, round);
+        for (int i = 0; i < kCells; ++i)
+          round < 0 ? cells.push_back(make())
+                    : show(cells[i], personFor(i, round));
       }
       phone.drainMain();
     }
-  }
-
-  // Once every load is done, each cell shows the person of the last round.
-  void expectLastPeople(
-      ThreadedPhone& phone,
-      const std::vector<std::shared_ptr<ui::UITableViewCell>>& cells) {
     phone.join();
     phone.drainMain();
     for (int i = 0; i < kCells; ++i) {
@@ -122,50 +122,46 @@ class AvatarThreadsTest : public testing::ListsTest {
   std::vector<std::shared_ptr<FakePerson>> people_;
 };
 
+using Cell = std::shared_ptr<ui::UITableViewCell>;
+
 TEST_F(AvatarThreadsTest,
        RecentsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
-  platform::DeviceFacts facts;
-  ThreadedPhone phone(world_, facts);
   auto host = std::make_shared<testing::FakeRecentsHost>();
-  std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
-  {
-    platform::Process::Scope scope(phone.context());
-    ZVRecentsController::sharedInstance()->setHost(host);
-    for (int i = 0; i < kCells; ++i) cells.push_back(host->makeCell());
-  }
-  runRounds(phone, [&](int i, int round) {
-    auto call = host->makeCall(
-        {.number = "10086", .person = people_[personFor(i, round)]});
-    host->show(cells[i], call, "name", "label");
-    ZVRecentsController::sharedInstance()->avatarCell(cells[i]);
-  });
-  expectLastPeople(phone, cells);
+  auto controller = [&] {
+    auto c = ZVRecentsController::sharedInstance();
+    c->setHost(host);
+    return c;
+  };
+  runRounds(
+      {}, [&] { return controller(), host->makeCell(); },
+      [&](const Cell& cell, int person) {
+        host->show(cell, {.number = "10086", .person = people_[person]}, "name",
+                   "label");
+        controller()->avatarCell(cell);
+      });
 }
 
 TEST_F(AvatarThreadsTest,
        ContactsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
-  const platform::DeviceFacts facts = *platform::simulatedDevice("8.1", "4");
-  ThreadedPhone phone(world_, facts);
   auto host = std::make_shared<testing::FakeContactsHost>();
-  std::vector<std::shared_ptr<ui::UITableViewCell>> cells;
-  {
-    platform::Process::Scope scope(phone.context());
-    ZVContactsController::sharedInstance()->setHost(host);
-    for (int i = 0; i < kCells; ++i)
-      cells.push_back(host->makeListCell({.name = "name"}));
-  }
-  runRounds(phone, [&](int i, int round) {
-    auto controller = ZVContactsController::sharedInstance();
-    host->listCell(cells[i]).person = people_[personFor(i, round)];
-    controller->avatarCell(cells[i]);
-    // A card opened meanwhile drops a picture that may be loading.
-    if (i % 5 == round % 5) {
-      auto card = rt::create(rt::registerClass("FakeCard"));
-      host->showContact(card, personFor(i, round) + 1);
-      controller->viewWillAppear(card);
-    }
-  });
-  expectLastPeople(phone, cells);
+  auto controller = [&] {
+    auto c = ZVContactsController::sharedInstance();
+    c->setHost(host);
+    return c;
+  };
+  runRounds(
+      *platform::simulatedDevice("8.1", "4"),
+      [&] { return controller(), host->makeListCell({.name = "name"}); },
+      [&](const Cell& cell, int person) {
+        host->listCell(cell).person = people_[person];
+        controller()->avatarCell(cell);
+        // A card opened meanwhile drops a picture that may be loading.
+        if (person % 5 == 0) {
+          auto card = rt::create(rt::registerClass("FakeCard"));
+          host->cards[card.get()] = person + 1;
+          controller()->viewWillAppear(card);
+        }
+      });
 }
 
 }  // namespace

@@ -15,7 +15,6 @@ using testing::FakeListCell;
 using testing::FakePerson;
 
 const ui::Pixel kRed{255, 0, 0, 255};
-const ui::Pixel kBlue{0, 0, 255, 255};
 
 class ContactsTest
     : public testing::ListControllerTest<ZVContactsController,
@@ -30,16 +29,22 @@ class ContactsTest
                                                 double nameSize = 17) {
     return run([&] { return host_->makeListCell(std::move(data), nameSize); });
   }
-  rt::Id phone(std::string label, std::string value) {
-    return run([&] { return host_->makePhoneCell(label, value); });
+  // The list cell of `data` after `passes` avatar passes.
+  std::shared_ptr<ui::UITableViewCell> decorated(FakeListCell data,
+                                                 double nameSize = 17,
+                                                 int passes = 1) {
+    auto cell = listCell(std::move(data), nameSize);
+    for (int i = 0; i < passes; ++i)
+      run([&] { controller_->avatarCell(cell); });
+    return cell;
   }
 };
 
-// --- Areas on the card
-
 TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
   const Dict replace{{"AreaReplaceTextContacts", true},
-                     {"AreaTypeContacts", true}};
+                     {"AreaTypeContacts", true}},
+      off{{"EnableArea", false}}, noName{{"AreaNameContacts", false}};
+  const std::string sh = testing::kShanghaiMobile;
   struct Case {
     Dict settings;
     std::string label, number, expected;
@@ -47,18 +52,15 @@ TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
       {{}, "mobile", "130 0100 0000", "mobile  北京市"},
       {{}, "home", testing::kUnknownNumber, "home"},
       {{}, "", testing::kBeijingMobile, ""},
-      {replace, "mobile", testing::kShanghaiMobile, "上海市 中国联通"},
-      {replace, "", testing::kShanghaiMobile, "上海市 中国联通"},
-      {{{"EnableArea", false}}, "mobile", testing::kShanghaiMobile, "mobile"},
-      {{{"AreaNameContacts", false}},
-       "mobile",
-       testing::kShanghaiMobile,
-       "mobile"},
+      {replace, "mobile", sh, "上海市 中国联通"},
+      {replace, "", sh, "上海市 中国联通"},
+      {off, "mobile", sh, "mobile"},
+      {noName, "mobile", sh, "mobile"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.label + " " + c.number);
     begin(c.settings);
-    auto cell = phone(c.label, c.number);
+    auto cell = run([&] { return host_->makePhoneCell(c.label, c.number); });
     run([&] {
       // Constraint passes come several times per cell.
       for (int pass = 0; pass < 3; ++pass) controller_->areaCell(cell);
@@ -66,8 +68,6 @@ TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
     EXPECT_EQ(host_->label(cell)->text(), c.expected);
   }
 }
-
-// --- Opening a card
 
 TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
   const platform::Size size{44, 44};
@@ -78,8 +78,8 @@ TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
     run([&] {
       auto vc = rt::create(rt::registerClass("FakeCard"));
       auto none = rt::create(rt::registerClass("FakeCard"));
-      host_->showContact(vc, 31);
-      host_->showContact(none, -1);
+      host_->cards[vc.get()] = 31;
+      host_->cards[none.get()] = -1;
       auto book = ZVAddressBook::sharedInstance();
       book->setCacheAvatar(31, picture, size);
       const auto kept = book->setCacheAvatar(-1, picture, size);
@@ -94,21 +94,14 @@ TEST_F(ContactsTest, OpeningACardDropsThePictureCacheOnSmallScreensOnly) {
   }
 }
 
-// --- List avatars
-
 TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   begin({{"EnableAvatar", true}});
-  auto withPicture =
-      listCell({.name = "Li Lei",
-                .person = std::make_shared<FakePerson>(5, true, kRed)});
-  auto without = listCell(
+  auto red = std::make_shared<FakePerson>(5, true, kRed);
+  auto withPicture = decorated({.name = "Li Lei", .person = red});
+  auto without = decorated(
       {.name = "Han", .person = std::make_shared<FakePerson>(6, false)});
-  auto noRecord = listCell({.name = "Company"});
-  auto notAPerson = listCell({.hasPerson = false, .name = "Group"});
-  run([&] {
-    for (auto& c : {withPicture, without, noRecord, notAPerson})
-      controller_->avatarCell(c);
-  });
+  auto noRecord = decorated({.name = "Company"});
+  auto notAPerson = decorated({.hasPerson = false, .name = "Group"});
   auto image = withPicture->imageView();
   EXPECT_EQ(image->frame().size, (platform::Size{44, 44}));
   EXPECT_EQ(image->scale(), 0.8);
@@ -128,79 +121,43 @@ TEST_F(ContactsTest, ListRowsGetRoundScaledAvatars) {
   // From 8.0 the texts are the host's.
   EXPECT_EQ(host_->listCell(withPicture).nameLabel->text(), "Li Lei");
   EXPECT_FALSE(host_->listCell(withPicture).nameView->isHidden());
-
-  // Cached now: a cell reused for it shows it at once; a cell reused for
-  // another contact while its load is pending keeps the other's picture.
-  auto reused =
-      listCell({.name = "Zhang",
-                .person = std::make_shared<FakePerson>(7, true, kBlue)});
-  run([&] { controller_->avatarCell(reused); });
-  host_->listCell(reused).person = host_->listCell(withPicture).person;
-  run([&] { controller_->avatarCell(reused); });
-  EXPECT_TRUE(testing::allPixels(reused->imageView()->image(), kRed));
-  world_.advance(0);
-  EXPECT_TRUE(testing::allPixels(reused->imageView()->image(), kRed));
-  EXPECT_EQ(reused->imageView()->tag(), avatarViewTag(5));
 }
 
-TEST_F(ContactsTest, BeforeSevenOneTheNameIsMovedByBlanks) {
+TEST_F(ContactsTest, NamesMoveByBlanksBeforeSevenOneAndToTheTextLabelAfter) {
   begin({{"EnableAvatar", true}}, "7.0.4", "3.5");
-  struct Case {
-    double size;
-    size_t blanks;
-  } cases[] = {{15.5, 11}, {14, 12},  {13, 13}, {18.5, 9},
-               {20, 9},    {21.5, 8}, {17, 10}};
-  for (const Case& c : cases) {
-    auto cell = listCell({.name = "Li Lei"}, c.size);
-    run([&] {
-      controller_->avatarCell(cell);
-      controller_->avatarCell(cell);
-    });
+  const std::pair<double, size_t> cases[] = {
+      {15.5, 11}, {14, 12}, {13, 13}, {18.5, 9}, {20, 9}, {21.5, 8}, {17, 10}};
+  for (auto [size, blanks] : cases) {
+    auto cell = decorated({.name = "Li Lei"}, size, 2);
     EXPECT_EQ(host_->listCell(cell).nameLabel->text(),
-              std::string(c.blanks, ' ') + "Li Lei")
-        << c.size;
+              std::string(blanks, ' ') + "Li Lei")
+        << size;
   }
   // A name view without text stays empty.
-  auto blank = listCell({});
-  run([&] { controller_->avatarCell(blank); });
-  EXPECT_EQ(host_->listCell(blank).nameLabel->text(), "");
+  EXPECT_EQ(host_->listCell(decorated({})).nameLabel->text(), "");
   // The separator style is only set from 7.1.
   auto table = run([] { return ui::make<ui::UITableView>(); });
   run([&] { controller_->avatarTableView(table); });
   EXPECT_TRUE(host_->separatorStyles.empty());
-}
 
-TEST_F(ContactsTest, FromSevenOneToEightTheTextLabelTakesTheName) {
+  // From 7.1 to 8.0 the text label takes the name, a blank when it has none
+  // (the rest is tests/hooks/contacts_e2e_test.cc's).
   begin({{"EnableAvatar", true}}, "7.1.2");
-  auto named = listCell({.name = "Li Lei"});
-  auto unnamed = listCell({});
-  auto table = run([] { return ui::make<ui::UITableView>(); });
-  run([&] {
-    controller_->avatarCell(named);
-    controller_->avatarCell(unnamed);
-    controller_->avatarTableView(table);
-  });
-  EXPECT_EQ(named->textLabel()->text(), "Li Lei");
-  EXPECT_TRUE(host_->listCell(named).nameView->isHidden());
-  EXPECT_EQ(unnamed->textLabel()->text(), " ");
-  EXPECT_EQ(host_->separatorStyles[table.get()], 1);
+  EXPECT_EQ(decorated({})->textLabel()->text(), " ");
 }
 
 TEST_F(ContactsTest, LargeScreensAndSwitchesLeaveTheListAlone) {
+  const Dict on{{"EnableAvatar", true}};
   for (auto [settings, screen] :
-       {std::pair{Dict{{"EnableAvatar", true}}, "4.7"},
-        std::pair{Dict{{"EnableAvatar", true}}, "5.5"},
+       {std::pair{on, "4.7"}, std::pair{on, "5.5"},
         std::pair{Dict{{"EnableAvatar", true}, {"AvatarContacts", false}}, "4"},
         std::pair{Dict{}, "4"}}) {
     begin(settings, "7.1", screen);
-    run([&] {
-      auto cell = host_->makeListCell(
-          {.name = "Li Lei", .person = std::make_shared<FakePerson>(5, true)});
-      controller_->avatarCell(cell);
-      EXPECT_EQ(cell->imageView()->image(), nullptr);
-      EXPECT_EQ(cell->textLabel()->text(), "");
-      EXPECT_EQ(cell->separatorInset().left, 15);
-    });
+    auto cell = decorated(
+        {.name = "Li Lei", .person = std::make_shared<FakePerson>(5, true)});
+    EXPECT_EQ(cell->imageView()->image(), nullptr);
+    EXPECT_EQ(cell->textLabel()->text(), "");
+    EXPECT_EQ(cell->separatorInset().left, 15);
     world_.advance(0);
   }
 }

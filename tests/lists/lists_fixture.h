@@ -1,8 +1,9 @@
 // Fake Recents and Contacts hosts for the list controllers' tests, and a
-// fixture that starts a controller on one: row cells
-// are real table cells of the UI model with the host's labels, calls and
-// persons are plain objects whose answers the test sets. The device has the
-// China area database and the call-history databases of both generations.
+// fixture that starts a controller on one: row cells are real table cells of
+// the UI model with the host's labels; a Recents row is its own call object,
+// and persons are plain objects whose answers the test sets. The device has
+// the China area database and the call-history databases of both
+// generations.
 #pragma once
 
 #include <map>
@@ -27,6 +28,10 @@ inline constexpr char kBeijingMobile[] = "13001000000";  // 北京市 中国联�
 inline constexpr char kShanghaiMobile[] = "13002100000";  // 上海市 中国联通
 inline constexpr char kUnknownNumber[] = "99999";
 
+using Id = rt::Id;
+using Person = std::shared_ptr<const ABPersonRecord>;
+using Label = std::shared_ptr<ui::UILabel>;
+
 // A contact's record; its picture is a one-colour PNG.
 class FakePerson : public ABPersonRecord {
  public:
@@ -49,17 +54,25 @@ struct FakeCall {
   std::string number{};
   Value recordId{};  // 8.x addressBookRecordId
   int32_t uid = -1;  // 7.x
-  std::shared_ptr<const ABPersonRecord> person{};
+  Person person{};
 };
 
-// One Recents row's sub-views.
+// One Recents row: its sub-views and the call it shows.
 struct FakeRow {
-  std::shared_ptr<ui::UILabel> name, label, count;
+  Label name, label, count;
   std::shared_ptr<ui::UIImageView> icon;
-  rt::Id call;
+  std::optional<FakeCall> call;
   int64_t grouped = 1;
   bool editing = false;
 };
+
+inline Label fakeLabel(double size, ui::Rect frame, std::string text = "") {
+  auto l = ui::make<ui::UILabel>();
+  l->setFont({"Helvetica", size});
+  l->setFrame(frame);
+  l->setText(std::move(text));
+  return l;
+}
 
 class FakeRecentsHost : public RecentsHost {
  public:
@@ -68,18 +81,11 @@ class FakeRecentsHost : public RecentsHost {
                                                 double labelSize = 14) {
     auto cell = ui::UITableViewCell::make(ui::CellStyle::Default, "recents");
     cell->setFrame({{0, 0}, {375, 56}});
-    auto label = [](double size, ui::Rect frame) {
-      auto l = ui::make<ui::UILabel>();
-      l->setFont({"Helvetica", size});
-      l->setFrame(frame);
-      return l;
-    };
-    FakeRow row;
-    row.name = label(nameSize, {{15, 8}, {250, 22}});
-    row.label = label(labelSize, {{15, 32}, {250, 18}});
-    row.count = ui::make<ui::UILabel>();
-    row.count->setFont({"Helvetica", nameSize});
-    row.icon = ui::make<ui::UIImageView>();
+    FakeRow row{.name = fakeLabel(nameSize, {{15, 8}, {250, 22}}),
+                .label = fakeLabel(labelSize, {{15, 32}, {250, 18}}),
+                .count = fakeLabel(nameSize, {}),
+                .icon = ui::make<ui::UIImageView>(),
+                .call = {}};
     row.icon->setImage(std::make_shared<const ui::Image>(
         ui::Image::filled(32, 32, 2, {0, 0, 0, 255})));
     for (auto view : std::vector<std::shared_ptr<ui::UIView>>{
@@ -88,164 +94,110 @@ class FakeRecentsHost : public RecentsHost {
     rows_[cell.get()] = row;
     return cell;
   }
-  FakeRow& row(const rt::Id& cell) { return rows_.at(cell.get()); }
+  FakeRow& row(const Id& cell) { return rows_.at(cell.get()); }
   // Shows `call` in the row with the texts the host sets.
-  void show(const rt::Id& cell, const rt::Id& call, std::string name,
+  void show(const Id& cell, FakeCall call, std::string name,
             std::string label) {
     FakeRow& r = row(cell);
-    r.call = call;
+    r.call = std::move(call);
     r.name->setText(std::move(name));
     r.label->setText(std::move(label));
   }
-  rt::Id makeCall(FakeCall data) {
-    auto call = rt::create(callClass());
-    calls_[call.get()] = std::move(data);
-    return call;
-  }
-  FakeCall& callData(const rt::Id& call) { return calls_.at(call.get()); }
-  void putRow(int64_t row, rt::Id cell) { table_[row] = std::move(cell); }
+  std::map<int64_t, Id> table;  // the rows on screen
   int significantChanges = 0;
 
-  rt::Id call(const rt::Id& cell) override {
-    auto it = rows_.find(cell.get());
-    return it == rows_.end() ? nullptr : it->second.call;
+  Id call(const Id& c) override {
+    return isRecentsCell(c) && row(c).call ? c : nullptr;
   }
-  std::shared_ptr<ui::UIView> cellView(const rt::Id& cell,
+  std::shared_ptr<ui::UIView> cellView(const Id& c,
                                        const std::string& key) override {
-    auto it = rows_.find(cell.get());
-    if (it == rows_.end()) return nullptr;
-    if (key == "Name") return it->second.name;
-    if (key == "Label") return it->second.label;
-    if (key == "Count") return it->second.count;
-    if (key == "CallTypeIcon") return it->second.icon;
-    return nullptr;
+    if (!isRecentsCell(c)) return nullptr;
+    FakeRow& r = row(c);
+    if (key == "Name") return r.name;
+    if (key == "Label") return r.label;
+    if (key == "Count") return r.count;
+    return key == "CallTypeIcon" ? r.icon : nullptr;
   }
-  int64_t count(const rt::Id& cell) override { return row(cell).grouped; }
-  bool isEditing(const rt::Id& cell) override { return row(cell).editing; }
-  bool isRecentsCell(const rt::Id& cell) override {
-    return rows_.contains(cell.get());
-  }
-  Value callOccurrences(const rt::Id& call) override {
-    return callData(call).occurrences;
-  }
-  Value date(const rt::Id& call) override { return callData(call).date; }
-  std::string callerId(const rt::Id& call) override {
-    return callData(call).number;
-  }
-  std::string destination(const rt::Id& call) override {
-    return callData(call).number;
-  }
-  Value addressBookRecordId(const rt::Id& call) override {
-    return callData(call).recordId;
-  }
-  int32_t uid(const rt::Id& call) override { return callData(call).uid; }
-  std::shared_ptr<const ABPersonRecord> phoneBookRecord(
-      const rt::Id& call) override {
-    return callData(call).person;
-  }
-  std::shared_ptr<const ABPersonRecord> addressBookRecord(
-      const rt::Id& call) override {
-    return callData(call).person;
-  }
-  rt::Id cellForRow(const rt::Id&, int64_t row) override {
-    auto it = table_.find(row);
-    return it == table_.end() ? nullptr : it->second;
-  }
-  void callHistorySignificantChangeNotification(const rt::Id&) override {
+  int64_t count(const Id& c) override { return row(c).grouped; }
+  bool isEditing(const Id& c) override { return row(c).editing; }
+  bool isRecentsCell(const Id& c) override { return rows_.contains(c.get()); }
+  Value callOccurrences(const Id& c) override { return data(c).occurrences; }
+  Value date(const Id& c) override { return data(c).date; }
+  std::string callerId(const Id& c) override { return data(c).number; }
+  std::string destination(const Id& c) override { return data(c).number; }
+  Value addressBookRecordId(const Id& c) override { return data(c).recordId; }
+  int32_t uid(const Id& c) override { return data(c).uid; }
+  Person phoneBookRecord(const Id& c) override { return data(c).person; }
+  Person addressBookRecord(const Id& c) override { return data(c).person; }
+  Id cellForRow(const Id&, int64_t row) override { return table[row]; }
+  void callHistorySignificantChangeNotification(const Id&) override {
     ++significantChanges;
   }
 
  private:
-  static rt::Class* callClass() { return rt::registerClass("FakeRecentCall"); }
+  FakeCall& data(const Id& call) { return *row(call).call; }
   std::map<const rt::Object*, FakeRow> rows_;
-  std::map<const rt::Object*, FakeCall> calls_;
-  std::map<int64_t, rt::Id> table_;
 };
 
-// A contacts-list cell's person and name view, or a card's phone cell.
+// A contacts-list cell's person and name view.
 struct FakeListCell {
   bool hasPerson = true;
   std::optional<std::string> name{};
-  std::shared_ptr<const ABPersonRecord> person{};
+  Person person{};
   std::shared_ptr<ui::UIView> nameView{};
-  std::shared_ptr<ui::UILabel> nameLabel{};
+  Label nameLabel{};
 };
 
 class FakeContactsHost : public ContactsHost {
  public:
   // A card's phone cell: label and value.
-  rt::Id makePhoneCell(std::string label, std::string value) {
+  Id makePhoneCell(std::string label, std::string value) {
     auto cell = rt::create(rt::registerClass("FakePhoneNumberCell"));
-    auto text = [](std::string t) {
-      auto l = ui::make<ui::UILabel>();
-      l->setText(std::move(t));
-      return l;
-    };
-    phones_[cell.get()] = {text(std::move(label)), text(std::move(value))};
+    phones_[cell.get()] = {fakeLabel(17, {}, std::move(label)),
+                           fakeLabel(17, {}, std::move(value))};
     return cell;
   }
-  std::shared_ptr<ui::UILabel> label(const rt::Id& cell) {
-    return phones_.at(cell.get()).first;
-  }
+  Label label(const Id& cell) { return phones_.at(cell.get()).first; }
   // A list cell with a name view (as before 8.0).
   std::shared_ptr<ui::UITableViewCell> makeListCell(FakeListCell data,
                                                     double nameSize = 17) {
     auto cell = ui::UITableViewCell::make(ui::CellStyle::Default, "member");
     cell->setFrame({{0, 0}, {320, 44}});
     data.nameView = ui::make<ui::UIView>();
-    data.nameLabel = ui::make<ui::UILabel>();
-    data.nameLabel->setFont({"Helvetica", nameSize});
-    data.nameLabel->setText(data.name.value_or(""));
+    data.nameLabel = fakeLabel(nameSize, {}, data.name.value_or(""));
     data.nameView->addSubview(data.nameLabel);
     cell->contentView()->addSubview(data.nameView);
     lists_[cell.get()] = std::move(data);
     return cell;
   }
-  FakeListCell& listCell(const rt::Id& cell) { return lists_.at(cell.get()); }
-  void showContact(const rt::Id& viewController, std::optional<int32_t> id) {
-    cards_[viewController.get()] = id;
-  }
+  FakeListCell& listCell(const Id& cell) { return lists_.at(cell.get()); }
+  std::map<const rt::Object*, std::optional<int32_t>> cards;  // by view
   std::map<const rt::Object*, int> separatorStyles;
 
-  std::shared_ptr<ui::UILabel> labelLabel(const rt::Id& cell) override {
-    auto it = phones_.find(cell.get());
-    return it == phones_.end() ? nullptr : it->second.first;
+  Label labelLabel(const Id& c) override { return phone(c).first; }
+  Label valueLabel(const Id& c) override { return phone(c).second; }
+  std::optional<int32_t> contactRecordId(const Id& vc) override {
+    return cards[vc.get()];
   }
-  std::shared_ptr<ui::UILabel> valueLabel(const rt::Id& cell) override {
-    auto it = phones_.find(cell.get());
-    return it == phones_.end() ? nullptr : it->second.second;
+  bool hasPerson(const Id& c) override {
+    return lists_.contains(c.get()) && listCell(c).hasPerson;
   }
-  std::optional<int32_t> contactRecordId(const rt::Id& vc) override {
-    auto it = cards_.find(vc.get());
-    return it == cards_.end() ? std::nullopt : it->second;
+  std::optional<std::string> personName(const Id& c) override {
+    return listCell(c).name;
   }
-  bool hasPerson(const rt::Id& cell) override {
-    auto it = lists_.find(cell.get());
-    return it != lists_.end() && it->second.hasPerson;
+  Person personRecord(const Id& c) override { return listCell(c).person; }
+  std::shared_ptr<ui::UIView> contactNameView(const Id& c) override {
+    return listCell(c).nameView;
   }
-  std::optional<std::string> personName(const rt::Id& cell) override {
-    return listCell(cell).name;
-  }
-  std::shared_ptr<const ABPersonRecord> personRecord(
-      const rt::Id& cell) override {
-    return listCell(cell).person;
-  }
-  std::shared_ptr<ui::UIView> contactNameView(const rt::Id& cell) override {
-    return listCell(cell).nameView;
-  }
-  std::shared_ptr<ui::UILabel> nameLabel(const rt::Id& cell) override {
-    return listCell(cell).nameLabel;
-  }
-  void setSeparatorStyle(const rt::Id& tableView, int style) override {
+  Label nameLabel(const Id& c) override { return listCell(c).nameLabel; }
+  void setSeparatorStyle(const Id& tableView, int style) override {
     separatorStyles[tableView.get()] = style;
   }
 
  private:
-  std::map<const rt::Object*, std::pair<std::shared_ptr<ui::UILabel>,
-                                        std::shared_ptr<ui::UILabel>>>
-      phones_;
+  std::pair<Label, Label> phone(const Id& c) { return phones_[c.get()]; }
+  std::map<const rt::Object*, std::pair<Label, Label>> phones_;
   std::map<const rt::Object*, FakeListCell> lists_;
-  std::map<const rt::Object*, std::optional<int32_t>> cards_;
 };
 
 class ListsTest : public PhoneProcessTest {
@@ -261,33 +213,20 @@ class ListsTest : public PhoneProcessTest {
     writeDeviceFile(ZVAddressBook::kNullAvatarPath,
                     ui::Image::filled(60, 60, 1, kPlaceholder).encodePng());
   }
-
-  // The Phone process at `version` on a phone with a `screen`-inch screen
-  // with `settings`.
-  platform::SimProcess& start(const Dict& settings, const char* version = "8.1",
-                              const char* screen = "4.7") {
-    auto facts = platform::simulatedDevice(version, screen);
-    EXPECT_TRUE(facts) << "no phone has a " << screen << "-inch screen";
-    return launch(settings, facts.value_or(platform::DeviceFacts{}));
-  }
-
-  // Ring seconds stored for call dates (keys as the store formats them).
-  void writeRingDurations(const Dict& durations) {
-    writePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
-               durations);
-  }
-
   static constexpr ui::Pixel kPlaceholder{128, 128, 128, 255};
 };
 
-// The Phone process with a list controller (ZVRecentsController,
-// ZVContactsController) on a fake host.
+// The Phone process at `version` on a phone with a `screen`-inch screen, with
+// a list controller (ZVRecentsController, ZVContactsController) on a fake
+// host.
 template <typename Controller, typename Host>
 class ListControllerTest : public ListsTest {
  protected:
   void begin(const Dict& settings, const char* version = "8.1",
              const char* screen = "4.7") {
-    proc_ = &start(settings, version, screen);
+    auto facts = platform::simulatedDevice(version, screen);
+    ASSERT_TRUE(facts) << "no phone has a " << screen << "-inch screen";
+    proc_ = &launch(settings, *facts);
     proc_->run([&] {
       controller_ = Controller::sharedInstance();
       controller_->setHost(host_);

@@ -1,7 +1,7 @@
 // The background avatar loader: a picture reaches its image view only while
-// the view still carries the tag it was asked for, on the simulated
-// platform (deterministic queues) and on the Linux platform with real
-// background threads (also run under ThreadSanitizer).
+// the view still carries the tag it was asked for, on the Linux platform
+// with real background threads (also run under ThreadSanitizer). (The lists'
+// suites show it on the simulated platform's queues.)
 #include "search/avatar_loader.h"
 
 #include <gtest/gtest.h>
@@ -40,57 +40,10 @@ bool showsColour(const ui::UIImageView& view, Pixel colour) {
   return image && image->pixelWidth() > 0 && image->pixel(0, 0) == colour;
 }
 
-TEST(AvatarViewTag, SetsBit31OfTheRecordId) {
-  EXPECT_EQ(avatarViewTag(5), static_cast<int>(0x80000005u));
-  EXPECT_EQ(avatarViewTag(0), static_cast<int>(0x80000000u));
-  EXPECT_EQ(avatarViewTag(-1), -1);
-}
-
-class AvatarLoaderTest : public testing::SimTest {
- protected:
-  void SetUp() override { writePictures(root_, 4); }
-};
-
-TEST_F(AvatarLoaderTest, AViewReusedForAnotherTagKeepsItsNewPicture) {
-  auto& phone = world_.launch("com.apple.mobilephone");
-  std::vector<std::string> done;
-  auto report = [&](std::string name) {
-    return [&done, name](bool set) {
-      done.push_back(name + (set ? " set" : " kept"));
-    };
-  };
-  std::shared_ptr<ui::UIImageView> kept, reused, gone;
-  phone.run([&] {
-    auto book = ZVAddressBook::sharedInstance();
-    kept = ui::make<ui::UIImageView>();
-    reused = ui::make<ui::UIImageView>();
-    gone = ui::make<ui::UIImageView>();
-    kept->setTag(avatarViewTag(1));
-    loadAvatarInBackground(kept, avatarViewTag(1), book, 1, Size{40, 40},
-                           report("kept"));
-    reused->setTag(2);
-    loadAvatarInBackground(reused, 2, book, 2, Size{40, 40}, report("reused"));
-    gone->setTag(4);
-    loadAvatarInBackground(gone, 4, book, 4, Size{40, 40}, report("gone"));
-    // Before the pictures arrive the list reuses one cell for record 3 and
-    // drops another.
-    reused->setTag(3);
-    reused->setImage(book->getAvatar(3, Size{40, 40}));
-    gone.reset();
-  });
-  // Nothing runs behind the main thread's back.
-  EXPECT_TRUE(done.empty());
-  EXPECT_FALSE(kept->image());
-  world_.advance(0);
-  EXPECT_EQ(done,
-            (std::vector<std::string>{"kept set", "reused kept", "gone kept"}));
-  EXPECT_TRUE(showsColour(*kept, kRed));
-  EXPECT_TRUE(showsColour(*reused, kRed));  // record 3's, not record 2's
-}
-
 // Real background threads: the pictures are read while the main thread
-// re-tags half of the views; every view ends with the picture of the tag it
-// carries last, and the views are only touched on the main thread.
+// re-tags half of the views and drops a quarter; every view ends with the
+// picture of the tag it carries last, a dropped one is left alone, and the
+// views are only touched on the main thread.
 TEST(AvatarLoaderLinuxTest, ReusedViewsKeepTheirNewTagFromSeveralThreads) {
   testing::TempRoot temp;
   constexpr int kViews = 24;
@@ -115,7 +68,7 @@ TEST(AvatarLoaderLinuxTest, ReusedViewsKeepTheirNewTagFromSeveralThreads) {
                            });
     // Every other cell is reused for a record without a picture at once.
     if (i % 2) view->setTag(avatarViewTag(1000 + id));
-    views.push_back(view);
+    views.push_back(i % 4 == 2 ? nullptr : view);
   }
   linux.performAfterDelay(nullptr, "", 20.0, [&] { linux.quit(); });
   linux.run();
@@ -124,11 +77,12 @@ TEST(AvatarLoaderLinuxTest, ReusedViewsKeepTheirNewTagFromSeveralThreads) {
   for (int i = 0; i < kViews; ++i) {
     SCOPED_TRACE(i);
     const bool reused = i % 2;
-    EXPECT_EQ(results[i], reused ? 0 : 1);
-    if (reused)
+    EXPECT_EQ(results[i], reused || !views[i] ? 0 : 1);
+    if (reused) {
       EXPECT_FALSE(views[i]->image());
-    else
+    } else if (views[i]) {
       EXPECT_TRUE(showsColour(*views[i], (i + 1) % 2 ? kRed : kBlue));
+    }
   }
   context.clear();
 }

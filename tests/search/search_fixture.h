@@ -108,12 +108,17 @@ class SearchTest : public SimTest {
         file, fs::last_write_time(file) - std::chrono::seconds(seconds));
   }
 
-  // Names of the results, in order.
-  static std::vector<std::string> names(const ZVSearcher& s) {
-    std::vector<std::string> out;
-    for (const auto& p : s.results()) out.push_back(p->getNameFull());
+  // One form of each person of `list` (the full name unless said), in
+  // order; names() of the results.
+  using Names = std::vector<std::string>;
+  static Names forms(const ZVSearcher::PersonList& list,
+                     std::string (ZVPerson::*form)()
+                         const = &ZVPerson::getNameFull) {
+    Names out;
+    for (const auto& p : list) out.push_back(((*p).*form)());
     return out;
   }
+  static Names names(const ZVSearcher& s) { return forms(s.results()); }
 
   platform::SimProcess& phone() {
     if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
