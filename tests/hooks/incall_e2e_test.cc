@@ -75,48 +75,37 @@ class InCallE2ETest : public testing::World {
       return s;
     });
   }
-  size_t vibrations() { return events("vibrate").size(); }
 
   platform::SimProcess* phone_ = nullptr;
 };
 
+// The status line while dialling and in the call; with the own-label style
+// the area and a contact's number go on the own label instead. (Which
+// switch and screen gets what is the controller's unit tests'.)
 TEST_F(InCallE2ETest, StatusLineShowsTheAreaWhileDiallingAndInTheCall) {
-  struct Case {
-    Dict settings;
-    const char* inches;
-    bool dialling, active;  // whether each line shows the area
-  } cases[] = {
-      {{{"AreaNameInCall", true}}, "3.5", true, true},
-      {{{"AreaNameInCall", true}}, "5.5", true, true},
-      {{}, "4", true, false},
-      {{{"EnableArea", false}}, "4", false, false},
-  };
-  for (const Case& k : cases) {
-    SCOPED_TRACE(k.inches);
-    startPhone(k.settings, k.inches);
-    const std::string a = "  " + area(kStranger);
-    auto id = telephony().dial(kStranger);
-    advance(0);
-    Screen s = screen();
-    EXPECT_TRUE(s.shown);
-    EXPECT_EQ(s.label, "calling…" + (k.dialling ? a : ""));
-    EXPECT_FALSE(s.hasOwnLabel);
-    telephony().connect(id);
-    advance(3);
-    EXPECT_EQ(screen().label, "00:03" + (k.active ? a : ""));
-    telephony().end(id);
-    advance(0);
-    s = screen();
-    EXPECT_FALSE(s.shown);
-    EXPECT_EQ(s.label, "call ended");
-  }
+  startPhone({{"AreaNameInCall", true}});
+  const std::string a = "  " + area(kStranger);
+  auto id = telephony().dial(kStranger);
+  advance(0);
+  Screen s = screen();
+  EXPECT_TRUE(s.shown);
+  EXPECT_EQ(s.label, "calling…" + a);
+  EXPECT_FALSE(s.hasOwnLabel);
+  telephony().connect(id);
+  advance(3);
+  EXPECT_EQ(screen().label, "00:03" + a);
+  telephony().end(id);
+  advance(0);
+  s = screen();
+  EXPECT_FALSE(s.shown);
+  EXPECT_EQ(s.label, "call ended");
 }
 
-TEST_F(InCallE2ETest, OwnLabelLeftWithTheNumberForAContactCentredForAStranger) {
+TEST_F(InCallE2ETest, OwnLabelLeftWithTheNumberForAContact) {
   startPhone({{"AreaStyleOutgoingCall", 1},
               {"EnableInfo", true},
               {"InfoOutgoingCallNumber", true}});
-  auto id = telephony().dial(kContact);
+  telephony().dial(kContact);
   advance(0);
   Screen s = screen();
   EXPECT_EQ(s.label, "calling…");
@@ -124,13 +113,6 @@ TEST_F(InCallE2ETest, OwnLabelLeftWithTheNumberForAContactCentredForAStranger) {
   EXPECT_EQ(s.ownText, area(kContact) + " " + kContact);
   EXPECT_EQ(s.ownFrame, (ui::Rect{{20, 80}, {280, 20}}));
   EXPECT_EQ(s.ownAlignment, ui::TextAlignment::Left);
-  telephony().end(id);
-  telephony().dial(kStranger);
-  advance(0);
-  s = screen();
-  EXPECT_EQ(s.ownText, area(kStranger));
-  EXPECT_EQ(s.ownFrame, (ui::Rect{{5, 92}, {310, 20}}));
-  EXPECT_EQ(s.ownAlignment, ui::TextAlignment::Center);
 }
 
 TEST_F(InCallE2ETest, AnsweredIncomingCallShowsTheInCallArea) {
@@ -161,21 +143,10 @@ TEST_F(InCallE2ETest, VibratesOnceWhenAnOutgoingCallConnects) {
   auto id = telephony().dial(kStranger);
   advance(5);
   telephony().connect(id);
-  advance(0.05);
-  EXPECT_EQ(vibrations(), 0u);  // 0.1 s after the change
   advance(10);
-  auto v = events("vibrate");
+  auto v = details("vibrate");
   ASSERT_EQ(v.size(), 1u);
-  EXPECT_NE(v[0].detail.find("VibePattern=on,250"), std::string::npos)
-      << v[0].detail;
-  // Re-arming on hold and skipping incoming calls is the controller's (its
-  // unit tests, and the 8.x end-to-end test).
-  telephony().end(id);
-  auto in = telephony().incoming(kContact);
-  advance(1);
-  telephony().answer(in);
-  advance(5);
-  EXPECT_EQ(vibrations(), 1u);
+  EXPECT_NE(v[0].find("VibePattern=on,250"), std::string::npos) << v[0];
 }
 
 TEST_F(InCallE2ETest, NothingIsInstalledOnEightOne) {
@@ -210,7 +181,7 @@ TEST_F(InCallE2ETest, NothingIsInstalledOnEightOne) {
   advance(1);
   EXPECT_EQ(screen().label, "00:02");
   EXPECT_FALSE(screen().hasOwnLabel);
-  EXPECT_EQ(vibrations(), 0u);
+  EXPECT_TRUE(events("vibrate").empty());
 }
 
 }  // namespace
