@@ -13,6 +13,7 @@
 #include "platform/ui/text_metrics.h"
 #include "platform/ui/text_view.h"
 #include "search/call_history.h"
+#include "support/device_people.h"
 #include "support/world.h"
 
 namespace zv::testing {
@@ -81,10 +82,8 @@ class CallerInfoE2ETest : public World,
   }
 
   // Li Lei, whose number is kShenzhen.
-  static Contact liLei() {
-    Contact c;
-    c.first = "Lei", c.last = "Li", c.number = kShenzhen;
-    return c;
+  static DeviceContact liLei() {
+    return deviceContact(7, "Lei", "Li", kShenzhen);
   }
 
   platform::SimProcess* screen_ = nullptr;
@@ -165,7 +164,7 @@ TEST_P(CallerInfoE2ETest, MessageBannerAndCarrierName) {
 // the incoming screen (7.x), the participants view and the "more" label
 // (8.x).
 TEST_P(CallerInfoE2ETest, ContactLabelGetsTheAreaJoined) {
-  addContact(liLei());
+  writeDevicePeople(root_, {liLei()});
   startHosts({{"AreaNameMore", true}});
   auto id = ring(kShenzhen);
   const std::string joined = std::string("mobile  ") + kArea;
@@ -213,8 +212,10 @@ TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
 // its number and details in the order of the mask bits, the birthday in the
 // locale's long style. (The banner's joiner has no such condition.)
 TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
-  addContact({7, "Lei", "Li", kShenzhen, "_$!<Mobile>!$_", "Acme", "R&D",
-              "Engineer", "Lee", "VIP", -336787200.0 /* 1 May 1990 */, false});
+  DeviceContact li = liLei();
+  li.organization = "Acme", li.department = "R&D", li.jobTitle = "Engineer";
+  li.nickname = "Lee", li.note = "VIP", li.birthday = -336787200;  // 1 May 1990
+  writeDevicePeople(root_, {li});
   startHosts({{"AreaOnlyStrangers", true},
               {"AreaStyleIncomingCall", 1},
               {"EnableInfo", true},
@@ -344,7 +345,7 @@ TEST_P(EightXE2ETest, ConnectVibrationForOutgoingCalls) {
 // number, and goes when the call becomes active; the text view of an
 // incoming call goes when the keypad comes up.
 TEST_P(EightXE2ETest, OwnViewsComeAndGo) {
-  addContact(liLei());
+  writeDevicePeople(root_, {liLei()});
   startHosts({{"AreaStyleOutgoingCall", 1},
               {"AreaStyleIncomingCall", 1},
               {"EnableInfo", true},

@@ -11,6 +11,7 @@
 #include "platform/process.h"
 #include "platform/sim/sim_telephony.h"
 #include "platform/telephony/call_objects.h"
+#include "support/device_people.h"
 #include "support/world.h"
 
 namespace zv {
@@ -35,11 +36,8 @@ class InCallE2ETest : public testing::World {
  protected:
   InCallE2ETest() {
     installChinaDatabase();
-    Contact john;
-    john.first = "John";
-    john.last = "Smith";
-    john.number = kContact;
-    addContact(john);
+    testing::writeDevicePeople(
+        root_, {testing::deviceContact(1, "John", "Smith", kContact)});
   }
 
   platform::SimProcess& startPhone(const Dict& settings,

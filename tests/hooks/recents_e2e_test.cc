@@ -104,6 +104,7 @@ TEST_F(RecentsE2ETest, OnlyStrangersGetTheAreaWhenSoSet) {
   EXPECT_EQ(labels(), (std::vector<std::string>{"mobile", "北京市"}));
 }
 
+// Editing widens the separator inset.
 TEST_F(RecentsE2ETest, AvatarsMoveTheTextsAndTheIconAndNeverLandOnAReusedRow) {
   modernCall(1, 437000000.5, testing::kWangWu, 0, true);
   modernCall(2, 437000100.5, testing::kStranger);
@@ -124,6 +125,8 @@ TEST_F(RecentsE2ETest, AvatarsMoveTheTextsAndTheIconAndNeverLandOnAReusedRow) {
       testing::allPixels(before[0]->imageView()->image(), testing::kRed));
   EXPECT_TRUE(
       testing::allPixels(before[1]->imageView()->image(), testing::kGrey));
+  in(*phone_, [] { PhoneApplication::shared()->recents->setEditing(true); });
+  EXPECT_EQ(rows()[0]->separatorInset().left, 105);
 
   // A fresh process: no pictures cached. Deleting the top row while its
   // picture loads redraws the stranger's row in the same cell; the picture
@@ -147,14 +150,6 @@ TEST_F(RecentsE2ETest, AvatarsMoveTheTextsAndTheIconAndNeverLandOnAReusedRow) {
   EXPECT_EQ(after[0]->call->call.number, testing::kStranger);
   EXPECT_TRUE(
       testing::allPixels(after[0]->imageView()->image(), testing::kGrey));
-}
-
-TEST_F(RecentsE2ETest, EditingWidensTheSeparatorInset) {
-  modernCall(1, 437000000.5, testing::kLiLei);
-  startPhone({{"EnableAvatar", true}});
-  openRecents();
-  in(*phone_, [] { PhoneApplication::shared()->recents->setEditing(true); });
-  EXPECT_EQ(rows()[0]->separatorInset().left, 105);
 }
 
 // The backup follows the host: appearing puts an older backed-up call back
