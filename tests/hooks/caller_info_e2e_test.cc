@@ -53,17 +53,9 @@ class CallerInfoE2ETest : public World,
   }
   // The information text view on the screen now.
   std::shared_ptr<ui::UITextView> infoView() {
-    return screen_->run([this]() -> std::shared_ptr<ui::UITextView> {
-      std::shared_ptr<ui::UIView> root;
-      if (sevenX()) {
-        auto sb = hosts::SpringBoardApplication::shared();
-        root = sb->incomingCalls()->screen()->view();
-      } else {
-        root =
-            hosts::InCallServiceApplication::shared()->participants()->view();
-      }
+    return screen_->run([this] {
       return std::dynamic_pointer_cast<ui::UITextView>(
-          root->viewWithTag(10086));
+          hosts::keyWindow(*screen_)->viewWithTag(10086));
     });
   }
   std::string ringKey(double date) const {

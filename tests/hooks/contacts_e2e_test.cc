@@ -108,10 +108,7 @@ TEST_F(ContactsE2ETest, OnSevenOneTheTextLabelTakesTheNameOverALinedList) {
 
 TEST_F(ContactsE2ETest, ThePhoneAppsContactsTabIsTheSameList) {
   writeSettings({{"EnableAvatar", true}});
-  auto facts = platform::simulatedDevice("8.1", "4");
-  auto& phone = hosts::launchSimulated(world_, hosts::phoneHost(), *facts,
-                                       ZorvelInitializer);
-  world_.advance(0);
+  auto& phone = start(hosts::phoneHost(), "8.1", "4");
   auto labels = in(phone, [] {
     auto app = hosts::PhoneApplication::shared();
     app->selectTab(hosts::PhoneApplication::kContacts);

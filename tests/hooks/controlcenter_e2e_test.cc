@@ -132,6 +132,7 @@ TEST_P(ControlCenterE2ETest, ReplacedButtonsLookAndActAsHomeSwitcherAndLock) {
   tap("camera");
   EXPECT_EQ(effects(), Effects{"lock"});
   EXPECT_TRUE(run([] { return SpringBoardApplication::shared()->locked(); }));
+  EXPECT_FALSE(cc().presented);  // locking puts the Control Centre away
   EXPECT_TRUE(run([] { return zvenabled(); }));
 }
 

@@ -1,7 +1,8 @@
 // The simulated springboard's Control Centre without the extension, on both
 // system generations: what each button shows and does, the Bluetooth
-// toggle following its radio, the modules' activation, and the selectors
-// of each generation.
+// toggle following its radio and the modules' activation. (Each
+// generation's classes and lock selector are what the extension's hooks
+// use in tests/hooks/controlcenter_e2e_test.cc.)
 #include <gtest/gtest.h>
 
 #include "hosts/kit/host_kit.h"
@@ -82,28 +83,6 @@ TEST_P(ControlCenterHostTest, ToggleShowsTheRadioOnEachAppearance) {
     sb_->run([&] { cc_->dismiss(); });
     EXPECT_FALSE(cc_->settings->bluetooth->active);
   }
-}
-
-TEST_P(ControlCenterHostTest, EachGenerationHasItsOwnClassesAndLockButton) {
-  sb_->run([&] {
-    bool eight = modular();
-    EXPECT_EQ(rt::getClass(sdk::SBCCShortcutButtonController::kName) != nullptr,
-              eight);
-    EXPECT_EQ(rt::getClass(sdk::SBCCBluetoothSetting::kName) != nullptr, eight);
-    auto app = SpringBoardApplication::shared();
-    EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource8),
-              eight);
-    EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource),
-              !eight);
-    cc_->present();
-    if (eight)
-      rt::send(app, sdk::SpringBoard::lockButtonUpFromSource8, rt::Id(), 1);
-    else
-      rt::send(app, sdk::SpringBoard::lockButtonUpFromSource, 1);
-    EXPECT_TRUE(app->locked());
-    EXPECT_FALSE(cc_->presented);  // locking puts the Control Centre away
-  });
-  EXPECT_EQ(effects(), Effects{"lock"});
 }
 
 }  // namespace
