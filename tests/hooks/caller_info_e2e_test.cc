@@ -173,6 +173,19 @@ TEST_P(CallerInfoE2ETest, ContactLabelGetsTheAreaJoined) {
             std::optional<std::string>(joined));
 }
 
+// A label that already ends with the area: the incoming screen's joiner
+// (7.x) keeps it, the participants view's (8.x) shows the area alone.
+TEST_P(CallerInfoE2ETest, LabelEndingWithTheAreaIsKeptOnlyOnTheIncomingScreen) {
+  writeDevicePeople(root_, {liLei()});
+  const std::string label = std::string("Office ") + kArea;
+  execSql(devicePath(platform_schema::kAddressBookPath),
+          "UPDATE ABMultiValueLabel SET value = '" + label + "'");
+  startHosts({});
+  ring(kShenzhen);
+  const std::vector<std::string> kept{label}, area{kArea, "incoming call"};
+  EXPECT_EQ(screen().labelLines, sevenX() ? kept : area);
+}
+
 // Style 1 leaves the host's label alone and puts the area into the text
 // view, with the text view's own look and place.
 TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
@@ -206,7 +219,8 @@ TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
 TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
   DeviceContact li = liLei();
   li.organization = "Acme", li.department = "R&D", li.jobTitle = "Engineer";
-  li.nickname = "Lee", li.note = "VIP", li.birthday = -336787200;  // 1 May 1990
+  li.nickname = "Lee", li.note = "VIP";
+  li.birthday = -336787200;  // 1 May 1990
   writeDevicePeople(root_, {li});
   startHosts({{"AreaOnlyStrangers", true},
               {"AreaStyleIncomingCall", 1},
@@ -317,16 +331,20 @@ TEST_P(SevenXE2ETest, DelayedRing) {
 class EightXE2ETest : public CallerInfoE2ETest {};
 INSTANTIATE_TEST_SUITE_P(Eight, EightXE2ETest, ::testing::Values("8.1"));
 
-// An outgoing call vibrates once when answered, with the user's pattern.
-// (Re-arming on hold and skipping incoming calls are the controller's unit
+// An outgoing call vibrates once when answered, with the user's pattern; an
+// incoming one never does. (Re-arming on hold is the controller's unit
 // tests'.)
-TEST_P(EightXE2ETest, ConnectVibrationForOutgoingCalls) {
+TEST_P(EightXE2ETest, ConnectVibrationForOutgoingCallsOnly) {
   startHosts({{"EnableConnectedVibrate", true},
               {"ConnectedVibrateIntensity", 0.5},
               {"ConnectedVibrateTotalDuration", 0.3},
               {"ConnectedVibrateOnDuration", 0.1},
               {"ConnectedVibrateOffDuration", 0.05}});
-  network().connect(network().dial(kShenzhen));
+  auto out = network().dial(kShenzhen);
+  network().connect(out);
+  advance(1);
+  network().end(out);
+  network().answer(ring(kShenzhen));  // an incoming call: no vibration
   advance(1);
   EXPECT_EQ(details("vibrate"),
             std::vector<std::string>{

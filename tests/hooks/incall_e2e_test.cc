@@ -142,6 +142,11 @@ TEST_F(InCallE2ETest, VibratesOnceWhenAnOutgoingCallConnects) {
   advance(5);
   telephony().connect(id);
   advance(10);
+  telephony().end(id);
+  auto in = telephony().incoming(kContact);
+  advance(1);
+  telephony().answer(in);  // an incoming call: no vibration
+  advance(5);
   auto v = details("vibrate");
   ASSERT_EQ(v.size(), 1u);
   EXPECT_NE(v[0].find("VibePattern=on,250"), std::string::npos) << v[0];
