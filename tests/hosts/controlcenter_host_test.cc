@@ -1,8 +1,8 @@
 // The simulated springboard's Control Centre without the extension, on both
 // system generations: what each button shows and does, the Bluetooth
-// toggle following its radio and the modules' activation. (Each
-// generation's classes and lock selector are what the extension's hooks
-// use in tests/hooks/controlcenter_e2e_test.cc.)
+// toggle following its radio, the modules' activation, and each
+// generation's lock selector alone (so that the end-to-end suite sees a
+// controller that picks the wrong one).
 #include <gtest/gtest.h>
 
 #include "hosts/kit/host_kit.h"
@@ -83,6 +83,16 @@ TEST_P(ControlCenterHostTest, ToggleShowsTheRadioOnEachAppearance) {
     sb_->run([&] { cc_->dismiss(); });
     EXPECT_FALSE(cc_->settings->bluetooth->active);
   }
+}
+
+TEST_P(ControlCenterHostTest, EachGenerationHasOnlyItsOwnLockSelector) {
+  sb_->run([&] {
+    auto app = SpringBoardApplication::shared();
+    EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource8),
+              modular());
+    EXPECT_EQ(rt::respondsTo(app, sdk::SpringBoard::lockButtonUpFromSource),
+              !modular());
+  });
 }
 
 }  // namespace
