@@ -77,12 +77,13 @@ class InCallE2ETest : public testing::World {
   platform::SimProcess* phone_ = nullptr;
 };
 
-// The status line while dialling and in the call; with the own-label style
-// the area and a contact's number go on the own label instead. (Which
-// switch and screen gets what is the controller's unit tests'.)
+// The status line while dialling and in the call, each with its own type
+// switch, and in an answered incoming call. (Which switch and screen gets
+// what is the controller's unit tests'.)
 TEST_F(InCallE2ETest, StatusLineShowsTheAreaWhileDiallingAndInTheCall) {
-  startPhone({{"AreaNameInCall", true}});
+  startPhone({{"AreaNameInCall", true}, {"AreaTypeInCall", true}});
   const std::string a = "  " + area(kStranger);
+  const std::string typed = "  " + area(kStranger, true);
   auto id = telephony().dial(kStranger);
   advance(0);
   Screen s = screen();
@@ -91,32 +92,14 @@ TEST_F(InCallE2ETest, StatusLineShowsTheAreaWhileDiallingAndInTheCall) {
   EXPECT_FALSE(s.hasOwnLabel);
   telephony().connect(id);
   advance(3);
-  EXPECT_EQ(screen().label, "00:03" + a);
+  EXPECT_EQ(screen().label, "00:03" + typed);
   telephony().end(id);
   advance(0);
   s = screen();
   EXPECT_FALSE(s.shown);
   EXPECT_EQ(s.label, "call ended");
-}
 
-TEST_F(InCallE2ETest, OwnLabelLeftWithTheNumberForAContact) {
-  startPhone({{"AreaStyleOutgoingCall", 1},
-              {"EnableInfo", true},
-              {"InfoOutgoingCallNumber", true}});
-  telephony().dial(kContact);
-  advance(0);
-  Screen s = screen();
-  EXPECT_EQ(s.label, "calling…");
-  ASSERT_TRUE(s.hasOwnLabel);
-  EXPECT_EQ(s.ownText, area(kContact) + " " + kContact);
-  EXPECT_EQ(s.ownFrame, (ui::Rect{{20, 80}, {280, 20}}));
-  EXPECT_EQ(s.ownAlignment, ui::TextAlignment::Left);
-}
-
-TEST_F(InCallE2ETest, AnsweredIncomingCallShowsTheInCallArea) {
-  startPhone({{"AreaNameInCall", true}, {"AreaTypeInCall", true}});
-  const std::string a = area(kStranger, true);
-  auto id = telephony().incoming(kStranger);
+  id = telephony().incoming(kStranger);
   advance(5);
   // Ringing belongs to the springboard: the Phone app shows nothing yet,
   // though the module has noted the number (without an area).
@@ -130,9 +113,24 @@ TEST_F(InCallE2ETest, AnsweredIncomingCallShowsTheInCallArea) {
   });
   telephony().answer(id);
   advance(0);
+  EXPECT_TRUE(screen().shown);
+  EXPECT_EQ(screen().label, "00:00" + typed);
+}
+
+// With the own-label style the area and a contact's number go on the own
+// label instead.
+TEST_F(InCallE2ETest, OwnLabelLeftWithTheNumberForAContact) {
+  startPhone({{"AreaStyleOutgoingCall", 1},
+              {"EnableInfo", true},
+              {"InfoOutgoingCallNumber", true}});
+  telephony().dial(kContact);
+  advance(0);
   Screen s = screen();
-  EXPECT_TRUE(s.shown);
-  EXPECT_EQ(s.label, "00:00  " + a);
+  EXPECT_EQ(s.label, "calling…");
+  ASSERT_TRUE(s.hasOwnLabel);
+  EXPECT_EQ(s.ownText, area(kContact) + " " + kContact);
+  EXPECT_EQ(s.ownFrame, (ui::Rect{{20, 80}, {280, 20}}));
+  EXPECT_EQ(s.ownAlignment, ui::TextAlignment::Left);
 }
 
 TEST_F(InCallE2ETest, VibratesOnceWhenAnOutgoingCallConnects) {
