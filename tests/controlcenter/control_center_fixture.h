@@ -7,6 +7,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "controlcenter/control_center_controller.h"
@@ -15,19 +16,13 @@
 
 namespace zv::testing {
 
-// A Control Centre button: glyph images and selected state.
+// A Control Centre button (glyph images, selected state) or a setting or
+// shortcut module (enabled state).
 struct FakeButton : rt::Object {
   using rt::Object::Object;
   std::string identifier;
   ui::ImagePtr normal, source, selected;
-  bool isSelected = true;
-};
-
-// A setting or shortcut module.
-struct FakeModule : rt::Object {
-  using rt::Object::Object;
-  std::string identifier;
-  bool enabled = false;
+  bool isSelected = true, enabled = false, module = false;
 };
 
 class FakeControlCenterHost : public ControlCenterHost {
@@ -37,116 +32,102 @@ class FakeControlCenterHost : public ControlCenterHost {
 
   void pressHomeButton() override { actions.push_back("home"); }
   void toggleSwitcher() override { actions.push_back("switcher"); }
-  void lockButtonUp(int source) override {
-    actions.push_back("lockButtonUp:" + std::to_string(source));
-  }
+  void lockButtonUp(int source) override { act("lockButtonUp:", source); }
   void lockButtonUpFromSource(int source) override {
-    actions.push_back("lockButtonUpFromSource:" + std::to_string(source));
+    act("lockButtonUpFromSource:", source);
   }
   bool cellularDataPlanIsEnabled() override { return cellular; }
-  void setCellularDataPlanEnabled(bool enabled) override {
-    cellular = enabled;
-    actions.push_back(enabled ? "cellular:on" : "cellular:off");
+  void setCellularDataPlanEnabled(bool on) override {
+    actions.push_back(on ? "cellular:on" : "cellular:off");
+    cellular = on;
   }
   rt::Id objectIvar(const rt::Id& object, std::string_view name) override {
     return rt::getIvar<rt::Id>(object, name).value_or(nullptr);
   }
-  rt::Id settingsButton(const rt::Id& section,
-                        std::string_view identifier) override {
-    auto map =
-        rt::getIvar<std::map<std::string, rt::Id>>(section, "_buttonsByID");
-    if (!map) return nullptr;
-    auto it = map->find(std::string(identifier));
-    return it == map->end() ? nullptr : it->second;
+  // No section here holds its buttons by identifier.
+  rt::Id settingsButton(const rt::Id&, std::string_view) override {
+    return nullptr;
   }
   bool isControlCenterButton(const rt::Id& object) override {
-    return rt::as<FakeButton>(object) != nullptr;
+    return b(object) && !b(object)->module;
   }
   std::string identifier(const rt::Id& object) override {
-    if (auto b = rt::as<FakeButton>(object)) return b->identifier;
-    if (auto m = rt::as<FakeModule>(object)) return m->identifier;
-    return "";
+    return b(object) ? b(object)->identifier : "";
   }
   void setGlyphImages(const rt::Id& button, ui::ImagePtr normal,
                       ui::ImagePtr source, ui::ImagePtr selected) override {
-    auto b = rt::as<FakeButton>(button);
-    b->normal = normal;
-    b->source = source;
-    b->selected = selected;
+    auto* f = b(button);
+    std::tie(f->normal, f->source, f->selected) =
+        std::tie(normal, source, selected);
   }
-  void setSelected(const rt::Id& button, bool selected) override {
-    rt::as<FakeButton>(button)->isSelected = selected;
+  void setSelected(const rt::Id& button, bool on) override {
+    b(button)->isSelected = on;
   }
-  bool isEnabled(const rt::Id& module) override {
-    return rt::as<FakeModule>(module)->enabled;
+  bool isEnabled(const rt::Id& module) override { return b(module)->enabled; }
+  void setEnabled(const rt::Id& module, bool on) override {
+    b(module)->enabled = on;
   }
-  void setEnabled(const rt::Id& module, bool enabled) override {
-    rt::as<FakeModule>(module)->enabled = enabled;
+
+ private:
+  static FakeButton* b(const rt::Id& object) {
+    return rt::as<FakeButton>(object).get();
+  }
+  void act(const std::string& what, int n) {
+    actions.push_back(what + std::to_string(n));
   }
 };
 
-// The glyph files, each one colour so that tests can tell them apart.
-inline const std::map<std::string, ui::Pixel>& glyphColours() {
-  static const auto colours = [] {
-    std::map<std::string, ui::Pixel> m;
-    uint8_t r = 0;
-    for (std::string n : {"home", "home5s", "switcher", "lock", "cellular"}) {
-      r += 10;  // home 10 and 11, home5s 20 and 21, ...
-      m[n + "_normal"] = {r, 0, 0, 255};
-      m[n + "_selected"] = {static_cast<uint8_t>(r + 1), 0, 0, 255};
-    }
-    return m;
-  }();
-  return colours;
+// The glyph files; each is filled with its own red value, 10 apart, so that
+// tests can tell which one an image came from.
+inline const std::vector<std::string> kGlyphFiles{
+    "home_normal",     "home_selected",     "home5s_normal", "home5s_selected",
+    "switcher_normal", "switcher_selected", "lock_normal",   "lock_selected",
+    "cellular_normal", "cellular_selected"};
+// The file an image was read from ("" for none).
+inline std::string glyphFile(const ui::ImagePtr& image) {
+  return image ? kGlyphFiles.at(image->pixel(0, 0).r / 10 - 1) : "";
 }
-
-// The colour's red value names the file an image came from (0: no image).
-inline int glyphTag(const ui::ImagePtr& image) {
-  return image ? image->pixel(0, 0).r : 0;
-}
-inline int tagOf(const std::string& name) { return glyphColours().at(name).r; }
 
 class ControlCenterTest : public SimTest {
  protected:
   void writeGlyphs() {
-    for (const auto& [name, colour] : glyphColours())
-      writeDeviceFile("/Library/Zorvel/" + name + ".png",
-                      ui::Image::filled(4, 4, 2, colour).encodePng());
-  }
-  void writeSettings(const Dict& dict) {
-    writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist", dict);
+    for (size_t i = 0; i < kGlyphFiles.size(); ++i) {
+      const ui::Pixel red{static_cast<uint8_t>(10 * (i + 1)), 0, 0, 255};
+      writeDeviceFile("/Library/Zorvel/" + kGlyphFiles[i] + ".png",
+                      ui::Image::filled(4, 4, 2, red).encodePng());
+    }
   }
   // Starts the springboard on `version` (hardware and screen of an
   // iPhone 6 unless changed) and gives its controller the fake host.
   platform::SimProcess& start(const Dict& settings, std::string version = "8.1",
                               platform::DeviceFacts facts = {}) {
-    writeSettings(settings);
+    writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
+               settings);
     facts.systemVersion = version;
-    auto& p = world_.launch("com.apple.springboard", facts);
-    p.run([&] {
+    process_ = &world_.launch("com.apple.springboard", facts);
+    process_->run([&] {
       buttonClass_ = rt::registerClass("SBControlCenterButton");
       objectClass_ = rt::registerClass("NSObject");
       ZVControlCenterController::sharedInstance()->setHost(host_);
     });
-    process_ = &p;
-    return p;
+    return *process_;
   }
   template <typename F>
   auto run(F&& f) {
     return process_->run(
         [&] { return f(*ZVControlCenterController::sharedInstance()); });
   }
-  std::shared_ptr<FakeButton> button(std::string identifier = "") {
-    auto b =
-        process_->run([&] { return rt::create<FakeButton>(buttonClass_); });
-    b->identifier = std::move(identifier);
+  // A button, or a module when `module`.
+  std::shared_ptr<FakeButton> button(std::string id = "", bool module = false) {
+    auto b = process_->run([&] {
+      return rt::create<FakeButton>(module ? objectClass_ : buttonClass_);
+    });
+    b->identifier = std::move(id);
+    b->module = module;
     return b;
   }
-  std::shared_ptr<FakeModule> module(std::string identifier) {
-    auto m =
-        process_->run([&] { return rt::create<FakeModule>(objectClass_); });
-    m->identifier = std::move(identifier);
-    return m;
+  std::shared_ptr<FakeButton> module(std::string id) {
+    return button(std::move(id), true);
   }
   rt::Id object() {
     return process_->run([&] { return rt::create(objectClass_); });

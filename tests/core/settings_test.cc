@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 
 #include "core/settings_catalogue.h"
 #include "platform/plist.h"
@@ -26,45 +27,41 @@ class SettingsTest : public testing::SimTest {
   platform::SimProcess& phone_ = world_.launch("com.apple.mobilephone");
 };
 
-TEST_F(SettingsTest, DefaultsWithoutAFile) {
-  phone_.run([] {
-    // One of each kind of default, and every key of every class.
-    auto general = ZVGeneralSettings::sharedInstance();
-    EXPECT_TRUE(general->Enable());
-    EXPECT_FALSE(general->EnableBlacklist());
-    EXPECT_FALSE(general->isSettingsChanged());
-    EXPECT_EQ(general->MyInfo(), -1);
-    EXPECT_EQ(general->PrefixNumber(), "");
-    auto phone = ZVPhoneSettings::sharedInstance();
-    EXPECT_EQ(phone->CallHistoryLimit(), 100);
-    EXPECT_FLOAT_EQ(phone->ConnectedVibrateIntensity(), 0.3f);
-    EXPECT_EQ(phone->AreaDatabase(), "China");  // general keys come along
-    for (const auto& object : makeSettingsCatalogue())
-      for (const auto& info : object->describe()) {
-        EXPECT_FALSE(info.fromFile) << info.key;
-        EXPECT_EQ(info.value, info.defaultValue) << info.key;
-      }
-  });
-}
-
-// A file that exists but is not a settings dictionary counts as no file.
-TEST_F(SettingsTest, DamagedFilesGiveDefaults) {
+// No file, or one that exists but is not a settings dictionary, gives every
+// key of every class its default.
+TEST_F(SettingsTest, MissingOrDamagedFilesGiveDefaults) {
   const std::string xml = plist::toXml(Value(Dict{{"MyInfo", 5}}));
-  const std::vector<std::string> damaged = {
+  const std::optional<std::string> files[] = {
+      std::nullopt,                                        // no file
       "",                                                  // empty
       xml.substr(0, xml.size() / 2),                       // truncated
       std::string("bplist00\xff\x00\x13\x37garbage", 19),  // binary garbage
       plist::toXml(Value(Array{Value(1)})),                // not a dictionary
   };
-  for (const auto& bytes : damaged) {
-    writeDeviceFile(ZVSettings::kPath, bytes);
-    auto settings =
-        phone_.run([] { return ZVSettings::make<ZVPhoneSettings>(); });
-    EXPECT_EQ(settings->MyInfo(), -1) << bytes.size();
-    EXPECT_TRUE(settings->Enable());
-    EXPECT_EQ(settings->AreaDatabase(), "China");
-    EXPECT_TRUE(settings->settings().empty());
+  for (const auto& bytes : files) {
+    if (bytes) writeDeviceFile(ZVSettings::kPath, *bytes);
+    phone_.run([] {
+      for (const auto& object : makeSettingsCatalogue()) {
+        EXPECT_TRUE(object->settings().empty());
+        for (const auto& info : object->describe()) {
+          EXPECT_FALSE(info.fromFile) << info.key;
+          EXPECT_EQ(info.value, info.defaultValue) << info.key;
+        }
+      }
+    });
   }
+  // Defaults of each kind, and a class has its superclass's keys.
+  phone_.run([] {
+    auto phone = ZVPhoneSettings::sharedInstance();
+    EXPECT_TRUE(phone->Enable());
+    EXPECT_FALSE(phone->isSettingsChanged());
+    EXPECT_FALSE(phone->EnableBlacklist());
+    EXPECT_EQ(phone->MyInfo(), -1);
+    EXPECT_EQ(phone->PrefixNumber(), "");
+    EXPECT_EQ(phone->CallHistoryLimit(), 100);
+    EXPECT_FLOAT_EQ(phone->ConnectedVibrateIntensity(), 0.3f);
+    EXPECT_EQ(phone->AreaDatabase(), "China");
+  });
 }
 
 // The conversions themselves are Value's; here each kind of key reads

@@ -14,8 +14,7 @@
 #include "platform/sim/device_presets.h"
 #include "platform/telephony/core_telephony.h"
 #include "platform/ui/view.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
+#include "support/world.h"
 
 namespace zv {
 namespace {
@@ -25,7 +24,7 @@ using hosts::ControlCenterEffects;
 using hosts::SpringBoardApplication;
 using Effects = std::vector<std::string>;
 
-class ControlCenterE2ETest : public testing::SimTest,
+class ControlCenterE2ETest : public testing::World,
                              public ::testing::WithParamInterface<const char*> {
  protected:
   ControlCenterE2ETest() {
@@ -37,16 +36,10 @@ class ControlCenterE2ETest : public testing::SimTest,
 
   // Starts the springboard with `settings` on a 4-inch phone (an iPhone 5s:
   // the ring-only Home glyph) and opens the Control Centre.
-  void start(const Dict& settings, const char* screen = "4") {
-    Dict all = settings;
-    all["Enable"] = true;
-    testing::writePlist(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
-                        all);
-    auto facts = platform::simulatedDevice(GetParam(), screen);
-    ASSERT_TRUE(facts);
-    sb_ = &hosts::launchSimulated(world_, hosts::springboardHost(), *facts,
-                                  ZorvelInitializer);
-    world_.advance(0);
+  void start(Dict settings) {
+    settings["Enable"] = true;
+    sb_ = &startHost(hosts::springboardHost(), settings, GetParam(), "4");
+    seen_ = 0;
     open();
   }
   template <typename F>
@@ -139,6 +132,7 @@ TEST_P(ControlCenterE2ETest, ReplacedButtonsLookAndActAsHomeSwitcherAndLock) {
   tap("camera");
   EXPECT_EQ(effects(), Effects{"lock"});
   EXPECT_TRUE(run([] { return SpringBoardApplication::shared()->locked(); }));
+  EXPECT_FALSE(cc().presented);  // locking puts the Control Centre away
   EXPECT_TRUE(run([] { return zvenabled(); }));
 }
 
@@ -161,14 +155,10 @@ TEST_P(ControlCenterE2ETest, ValueTwoInstallsButNeitherReplacesNorActs) {
   EXPECT_TRUE(button("bluetooth")->selected);
   EXPECT_TRUE(cellular());
   EXPECT_TRUE(world_.events("cellularData").empty());
-}
-
-TEST_P(ControlCenterE2ETest, NoKeySetStartsNothing) {
+  // With no key set the routine does not even make the controller.
+  world_.terminate(*sb_);
   start({});
   EXPECT_FALSE(started());
-  EXPECT_EQ(glyph("clock"), "host");
-  tap("clock");
-  EXPECT_EQ(effects(), Effects{"launch:com.apple.mobiletimer"});
 }
 
 // The toggle moves the platform's cellular data, never Bluetooth, and shows

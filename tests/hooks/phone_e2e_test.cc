@@ -10,9 +10,8 @@
 #include "hosts/phone/app.h"
 #include "platform/plist.h"
 #include "platform/ui/sheets.h"
-#include "support/device_files.h"
 #include "support/device_people.h"
-#include "support/sim_fixture.h"
+#include "support/world.h"
 
 namespace zv {
 namespace {
@@ -20,11 +19,13 @@ namespace {
 using hosts::PhoneApplication;
 using testing::deviceContact;
 
-class PhoneE2ETest : public testing::SimTest {
+constexpr char kKeypadPlist[] =
+    "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+
+class PhoneE2ETest : public testing::World {
  protected:
   PhoneE2ETest() {
-    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
-                       testing::chinaDatabase());
+    installChinaDatabase();
     writeContacts({});
     settings_ = Dict{{"Enable", true},
                      {"DialerFormatPhoneNubmer", false},
@@ -42,9 +43,6 @@ class PhoneE2ETest : public testing::SimTest {
     all.insert(all.end(), more.begin(), more.end());
     testing::writeDevicePeople(root_, all);
   }
-  void writePlist(const std::string& devicePath, const Dict& dict) {
-    testing::writePlist(root_ + devicePath, dict);
-  }
 
   // Starts a Phone app with the extension in a new process.
   void start(hosts::PhoneHostOptions options = {},
@@ -55,9 +53,8 @@ class PhoneE2ETest : public testing::SimTest {
         app_.reset();
         controller_.reset();
       });
-    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings_);
-    writePlist("/var/mobile/Library/Preferences/zorvel.keypad.plist",
-               keypadFlags_);
+    writeSettings(settings_);
+    writeDevicePlist(kKeypadPlist, keypadFlags_);
     proc_ = &world_.launch("com.apple.mobilephone", facts);
     app_ = proc_->run([&] {
       return std::static_pointer_cast<PhoneApplication>(
@@ -71,14 +68,7 @@ class PhoneE2ETest : public testing::SimTest {
   // Runs f in the Phone process, then lets queued main-queue work run.
   template <typename F>
   auto run(F&& f) {
-    if constexpr (std::is_void_v<decltype(f())>) {
-      proc_->run(std::forward<F>(f));
-      world_.advance(0);
-    } else {
-      auto result = proc_->run(std::forward<F>(f));
-      world_.advance(0);
-      return result;
-    }
+    return in(*proc_, std::forward<F>(f));
   }
   void type(const std::string& keys) {
     run([&] {
@@ -132,6 +122,11 @@ TEST_F(PhoneE2ETest, OneDigitShowsTheTypedEntryAndDeletingShowsTheSwitch) {
   EXPECT_EQ(pager()->getNumber(), "");
   EXPECT_TRUE(controller_->onoffButton()->isVisible());
   EXPECT_TRUE(pager()->deleteButton()->isHidden());
+  // Holding 0 types "+" into the search too.
+  run([&] { app_->dialer->dialerView()->pad->holdZero(); });
+  type("86138017");
+  EXPECT_EQ(controller_->inputNumber(), "+86138017");
+  EXPECT_EQ(app_->dialer->displayNumber(), "");
 }
 
 TEST_F(PhoneE2ETest, InitialsFindTheContactFirstAndCallDialsIt) {
@@ -147,28 +142,21 @@ TEST_F(PhoneE2ETest, InitialsFindTheContactFirstAndCallDialsIt) {
   EXPECT_EQ(controller_->inputNumber(), "");
 }
 
-TEST_F(PhoneE2ETest, PrefixDiallingOutsideTheLocalAreaAndTheExcludeList) {
+// Numbers outside the local area are prefixed, from the keypad and through
+// a tel: URL (its query dropped); an excluded one only from the menu.
+TEST_F(PhoneE2ETest, PrefixDiallingAndTheMenuForExcludedNumbers) {
   settings_["EnablePrefix"] = true;
+  writeDevicePlist("/var/mobile/Library/Preferences/zorvel.exclude.plist",
+                   Dict{{"13801700000", true}});
   start();
-  type("57");  // John Smith, a Beijing mobile: local, no prefix
+  type("25");  // Anna Lopez, a Guangzhou fixed line
   press([](hosts::PhonePad& p) { p.pressCall(); });
-  type("65");  // Mary Jones, a Shanghai mobile
+  type("65");  // Mary Jones, a Shanghai mobile on the exclude list
   press([](hosts::PhonePad& p) { p.pressCall(); });
+  run([&] { app_->openURL("tel://02087654321?x=1"); });
   EXPECT_EQ(dialled(),
-            (std::vector<std::string>{"13800138000", "1795113801700000"}));
-  // Through a tel: URL too, its query dropped.
-  run([&] { app_->openURL("tel://13801700000?x=1"); });
-  EXPECT_EQ(dialled().back(), "1795113801700000");
-}
-
-TEST_F(PhoneE2ETest, ExcludedNumbersArePrefixedOnlyFromTheMenu) {
-  settings_["EnablePrefix"] = true;
-  writePlist("/var/mobile/Library/Preferences/zorvel.exclude.plist",
-             Dict{{"13801700000", true}});
-  start();
-  type("65");
-  press([](hosts::PhonePad& p) { p.pressCall(); });
-  EXPECT_EQ(dialled().back(), "13801700000");
+            (std::vector<std::string>{"1795102087654321", "13801700000",
+                                      "1795102087654321"}));
   type("65");
   run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::LongPress); });
   auto sheet = run([] { return ui::UIActionSheet::presented(); });
@@ -197,17 +185,13 @@ TEST_F(PhoneE2ETest, ListOpensWithTwoResultsAndPutsTheTypedNumberFirst) {
   ASSERT_TRUE(first);
   EXPECT_EQ(first->numberLabel->text, "1380");
   EXPECT_EQ(first->typeLabel->text(), "Call");
-  // Choosing a row shows its result on the pager, wherever it stood: the
-  // typed row is first, so row 2 is result 1 and row 1 is result 0.
-  run([&] { pager()->scrollView()->drag(pager()->frame().size.width); });
-  ASSERT_EQ(pager()->index(), 1u);
-  run([&] { list->tableView()->selectRow(1); });
-  EXPECT_EQ(pager()->index(), 0u);
-  EXPECT_FALSE(list->isHidden());
+  // Choosing a row shows its result on the pager and leaves the list up:
+  // the typed row is first, so row 2 is result 1 and row 0 the last.
   run([&] { list->tableView()->selectRow(2); });
   EXPECT_EQ(pager()->index(), 1u);
+  EXPECT_FALSE(list->isHidden());
   run([&] { list->tableView()->selectRow(0); });
-  EXPECT_EQ(pager()->index(), n - 1);  // the typed row is the last result
+  EXPECT_EQ(pager()->index(), n - 1);
 
   // One result: the list does not open.
   press([](hosts::PhonePad& p) { p.pressDelete(); });
@@ -255,8 +239,7 @@ TEST_F(PhoneE2ETest, SearchOffTypesIntoTheHostWithAreasOnItsLabels) {
 TEST_F(PhoneE2ETest, TheSwitchIsStoredThreeSecondsAfterTheLastPress) {
   start();
   auto flag = [&] {
-    return plist::readDictionary(
-               root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist")
+    return plist::readDictionary(devicePath(kKeypadPlist))
         .value()["EnableSearch"]
         .boolValue();
   };
@@ -271,8 +254,7 @@ TEST_F(PhoneE2ETest, TheSwitchIsStoredThreeSecondsAfterTheLastPress) {
   EXPECT_FALSE(flag());
   // A switch that cannot be stored (a folder where the file belongs) goes
   // back to what the file holds, nothing here: off.
-  const std::string file =
-      root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist";
+  const std::string file = devicePath(kKeypadPlist);
   std::filesystem::remove(file);
   std::filesystem::create_directories(file);
   run([&] { controller_->onoffButton()->touch(); });
@@ -384,15 +366,6 @@ TEST_F(PhoneE2ETest, GoingToTheBackgroundClearsOnlyWhenAutoClearIsOn) {
   EXPECT_TRUE(controller_->listView()->isHidden());
   EXPECT_EQ(controller_->onoffButton()->alpha(), 1);
   EXPECT_EQ(pager()->getCount(), 0u);
-}
-
-TEST_F(PhoneE2ETest, HoldingZeroReplacesTheLastTypedDigitWhileSearching) {
-  start();
-  run([&] { app_->dialer->dialerView()->pad->holdZero(); });
-  EXPECT_EQ(controller_->inputNumber(), "+");
-  type("86138017");
-  EXPECT_EQ(controller_->inputNumber(), "+86138017");
-  EXPECT_EQ(app_->dialer->displayNumber(), "");
 }
 
 TEST_F(PhoneE2ETest, SendMessageOpensTheMessageURLAndReloadReadsContacts) {

@@ -17,8 +17,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -62,52 +60,6 @@ class World : public SimTest {
                      readFile(ZV_SOURCE_DIR "/data/table/PinYin.txt"));
   }
 
-  // A contact in the device's address book with one phone number under
-  // `label` (a platform label such as "_$!<Mobile>!$_", or as typed) and
-  // the facts the call screens may show.
-  struct Contact {
-    int32_t record = 1;
-    std::string first, last, number;
-    std::string label = "_$!<Mobile>!$_";
-    std::string organization, department, jobTitle, nickname, note;
-    std::optional<double> birthday;  // seconds since 2001
-    bool picture = false;
-  };
-  void addContact(const Contact& c) {
-    namespace schema = platform_schema;
-    const std::string book = devicePath(schema::kAddressBookPath);
-    const std::string images = devicePath(schema::kAddressBookImagesPath);
-    if (!std::filesystem::exists(book)) {
-      schema::createDatabase(book, schema::Database::kAddressBook);
-      schema::createDatabase(images, schema::Database::kAddressBookImages);
-    }
-    auto q = [](const std::string& text) {
-      std::string out = "'";
-      for (char ch : text)
-        out += ch == '\'' ? std::string("''") : std::string(1, ch);
-      return out + "'";
-    };
-    const std::string id = std::to_string(c.record);
-    execSql(book,
-            "INSERT INTO ABPerson (ROWID, First, Last, Organization, "
-            "Department, JobTitle, Nickname, Note, Birthday) VALUES (" +
-                id + "," + q(c.first) + "," + q(c.last) + "," +
-                q(c.organization) + "," + q(c.department) + "," +
-                q(c.jobTitle) + "," + q(c.nickname) + "," + q(c.note) + "," +
-                (c.birthday ? std::to_string(*c.birthday) : "NULL") +
-                ");"
-                "INSERT INTO ABMultiValueLabel (ROWID, value) VALUES (" +
-                id + "," + q(c.label) +
-                ");"
-                "INSERT INTO ABMultiValue (UID, record_id, property, "
-                "identifier, label, value) VALUES (" +
-                id + "," + id + ", 3, 0, " + id + "," + q(c.number) + ")");
-    if (c.picture)
-      execSql(images,
-              "INSERT INTO ABThumbnailImage (record_id, format, data) VALUES "
-              "(" +
-                  id + ", 0, x'89504e47')");
-  }
   // The ring durations file ("zorvel.missed.plist"); empty when missing.
   Dict ringDurations() const {
     auto v = plist::readFile(
