@@ -31,7 +31,9 @@ std::string binaryPlist(const Dict& dict) {
 // through the kept list until the lists are dropped.
 TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
   start({{"BlacklistBlockMode", 0}});
-  writeList(Policy::kBlacklistPath, {"10010", "10011"});
+  // Binary list files are read as well as XML ones.
+  writeDeviceFile(Policy::kBlacklistPath,
+                  binaryPlist({{"10010", true}, {"10011", true}}));
   EXPECT_FALSE(controller_->blacklist());  // read on first use
   EXPECT_TRUE(blocks("10010"));
   ASSERT_TRUE(controller_->blacklist());
@@ -45,12 +47,6 @@ TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
   EXPECT_FALSE(controller_->blacklist());
   EXPECT_FALSE(blocks("10010"));
   EXPECT_TRUE(blocks("10086"));
-}
-
-TEST_F(BlockingTest, BinaryListFilesAreRead) {
-  start({{"BlacklistBlockMode", 0}});
-  writeDeviceFile(Policy::kBlacklistPath, binaryPlist({{"10010", true}}));
-  EXPECT_TRUE(blocks("10010"));
 }
 
 struct DamagedList {

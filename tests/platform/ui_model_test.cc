@@ -1,5 +1,7 @@
-// The UI model: view tree, text measurement, labels, scrolling, tables,
-// sheets, and that the classes are runtime classes of each process.
+// The UI model: view tree, text measurement, labels, tables, alerts, and
+// text views. (That classes belong to each process is the runtime's tests'.)
+// (Paging is the keypad pager's tests', action sheets and tab changes the
+// Phone's.)
 #include <gtest/gtest.h>
 
 #include "platform/sim/sim_platform.h"
@@ -191,29 +193,6 @@ TEST_F(UIModelTest, LabelSizesToTextAndShrinksWhenFittingWidth) {
   });
 }
 
-TEST_F(UIModelTest, PagingScrollViewSnapsAndReportsDragAndStop) {
-  proc_.run([] {
-    auto scroll = make<UIScrollView>();
-    scroll->setFrame({{0, 0}, {100, 50}});
-    scroll->setContentSize({300, 50});
-    scroll->setPagingEnabled(true);
-    scroll->setContentOffset({100, 0});
-    std::vector<std::string> seen;
-    scroll->willBeginDragging = [&](UIScrollView&) { seen.push_back("begin"); };
-    scroll->didEndDecelerating = [&](UIScrollView& s) {
-      seen.push_back("end@" + std::to_string(int(s.contentOffset().x)));
-    };
-    scroll->drag(70);   // more than half a page: snaps to the next
-    scroll->drag(500);  // kept inside the content
-    scroll->setContentOffset({100, 0});
-    scroll->drag(-30);  // less than half: back where it was
-    EXPECT_EQ(seen, (std::vector<std::string>{"begin", "end@200", "begin",
-                                              "end@200", "begin", "end@100"}));
-    scroll->setScrollEnabled(false);
-    EXPECT_FALSE(scroll->drag(100));
-  });
-}
-
 TEST_F(UIModelTest, TableShowsVisibleRowsAndReusesCells) {
   proc_.run([] {
     auto table = make<UITableView>();
@@ -249,28 +228,6 @@ TEST_F(UIModelTest, TableShowsVisibleRowsAndReusesCells) {
   });
 }
 
-TEST_F(UIModelTest, ActionSheetIsPresentedUntilAButtonIsPressed) {
-  proc_.run([] {
-    auto view = make<UIView>();
-    auto sheet = make<UIActionSheet>();
-    sheet->addButtonWithTitle("Copy");
-    sheet->setCancelButtonIndex(sheet->addButtonWithTitle("Cancel"));
-    int pressed = -1;
-    bool visibleInDelegate = true;
-    sheet->delegate = [&](UIActionSheet& s, int index) {
-      pressed = index;
-      visibleInDelegate = s.isVisible();
-    };
-    EXPECT_EQ(UIActionSheet::presented(), nullptr);
-    rt::send<void>(sheet, "showInView:", rt::Id(view));
-    EXPECT_EQ(UIActionSheet::presented(), sheet);
-    sheet->dismissWithClickedButtonIndex(1);
-    EXPECT_EQ(pressed, 1);
-    EXPECT_FALSE(visibleInDelegate);
-    EXPECT_EQ(UIActionSheet::presented(), nullptr);
-  });
-}
-
 // The alert goes through the platform; its delegate hears one press.
 TEST_F(UIModelTest, AlertGoesThroughThePlatformAndCallsItsDelegateOnce) {
   std::vector<int> pressed;
@@ -290,48 +247,6 @@ TEST_F(UIModelTest, AlertGoesThroughThePlatformAndCallsItsDelegateOnce) {
   proc_.pressAlertButton(0);
   EXPECT_EQ(pressed, std::vector<int>{1});
   EXPECT_EQ(proc_.openAlert(), nullptr);
-}
-
-TEST_F(UIModelTest, ClassesBelongToEachProcessAndCanBeReplaced) {
-  auto& other = world_.launch("com.apple.MobileSMS");
-  proc_.run([] {
-    auto label = make<UILabel>();
-    label->setText("host");
-    rt::hookMessage<std::string()>(
-        rt::getClass("UILabel"), "text",
-        [](const rt::Id&) { return std::string("hooked"); });
-    EXPECT_EQ(rt::send<std::string>(label, "text"), "hooked");
-    EXPECT_TRUE(rt::respondsTo(label, "viewWithTag:"));  // inherited
-  });
-  other.run([] {
-    EXPECT_EQ(rt::getClass("UILabel"), nullptr);  // nothing registered yet
-    auto label = make<UILabel>();
-    label->setText("own");
-    EXPECT_EQ(rt::send<std::string>(label, "text"), "own");
-  });
-}
-
-TEST_F(UIModelTest, TabBarSendsAppearAndDisappearThroughTheRuntime) {
-  proc_.run([] {
-    auto tabs = make<UITabBarController>();
-    auto a = make<UIViewController>();
-    auto b = make<UIViewController>();
-    tabs->setViewControllers({a, b});
-    std::vector<std::string> seen;
-    rt::Class* cls = rt::getClass("UIViewController");
-    rt::hookMessage<void(bool)>(cls,
-                                "viewWillAppear:", [&](const rt::Id& s, bool) {
-                                  seen.push_back(s == a ? "a+" : "b+");
-                                });
-    rt::hookMessage<void(bool)>(
-        cls, "viewWillDisappear:", [&](const rt::Id& s, bool) {
-          seen.push_back(s == a ? "a-" : "b-");
-        });
-    rt::send<void>(tabs, "setSelectedIndex:", 1);
-    tabs->setSelectedIndex(7);
-    EXPECT_EQ(seen, (std::vector<std::string>{"a-", "b+"}));
-    EXPECT_EQ(rt::send<int>(tabs, "selectedIndex"), 1);
-  });
 }
 
 // A text view wraps words at its width less the insets (ideographs one by
