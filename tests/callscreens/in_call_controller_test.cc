@@ -134,53 +134,19 @@ TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
   });
 }
 
-TEST_F(InCallControllerTest, SwitchesStrangersAndMissingViews) {
-  // Area off or both area names off: the call is not even remembered.
-  for (Dict s :
-       {Dict{{"EnableArea", false}}, Dict{{"AreaNameOutgoingCall", false}}}) {
-    with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-      c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-      EXPECT_EQ(c.curNumber(), "");
-      EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling"), "calling");
-    });
-  }
-  // A contact under AreaOnlyStrangers is forgotten.
-  with({{"AreaOnlyStrangers", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-         EXPECT_EQ(c.curNumber(), kBeijing);
-         c.areaInCall(h.controller, h.call({3, kShanghai, 3, true}));
-         EXPECT_EQ(c.curNumber(), "");
-         EXPECT_EQ(c.curArea(), "");
-       });
-  // No LCD: the area is kept for the next label, nothing is set.
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-    h.hasLcd = false;
-    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-    EXPECT_TRUE(h.labelsSet.empty());
-    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "x"), "x  " + c.curArea());
-  });
-}
-
-TEST_F(InCallControllerTest, JoinsReplacesOrKeepsTheHostLabel) {
+TEST_F(InCallControllerTest, NoLcdKeepsTheAreaAndAnEndingAreaIsLeft) {
   with({{"AreaReplaceTextOutgoingCall", true}}, "4",
        [&](ZVInCallController& c, FakeInCallHost& h) {
-         auto call = h.call({3, kBeijing, -1, true});
-         c.areaInCall(h.controller, call);
+         // No LCD: the area is kept for the next label, nothing is set.
+         h.hasLcd = false;
+         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+         EXPECT_TRUE(h.labelsSet.empty());
          const std::string area = c.curArea();
          auto lcd = rt::Id(h.lcd);
          EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
          // A label that already ends with the area is left.
          EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);
          EXPECT_EQ(c.areaInCall(lcd, ""), area);
-       });
-  with({{"AreaReplaceTextOutgoingCall", true}, {"AreaNameInCall", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         auto call = h.call({1, kBeijing, -1, true});
-         c.areaInCall(h.controller, call);
-         EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "00:05"),
-                   "00:05  " + c.curArea());
-         EXPECT_EQ(h.ownLabel(), nullptr);
        });
 }
 
@@ -210,30 +176,43 @@ TEST_F(InCallControllerTest, OwnLabelByStyleAndScreen) {
   });
 }
 
-// Style 1 on screens without room for it, style 2 on larger ones; the
-// contact's number joins the own label on the 4-inch screen and only on it (a
-// stranger's number never, as the Phone's end-to-end test shows).
-TEST_F(InCallControllerTest, ContactNumberOnlyOnTheFourInchScreen) {
+// What the LCD and the own label show by settings, screen and call: a call
+// is not even remembered with the area or both area names off, nor a
+// contact under AreaOnlyStrangers; replacing is for dialling only; style 1
+// on screens without room for it, style 2 on larger ones; the contact's
+// number joins the own label on the 4-inch screen and only on it (a
+// stranger's never, as the Phone's end-to-end test shows).
+TEST_F(InCallControllerTest, LabelsBySettingsScreenAndCall) {
   const Dict s{{"EnableInfo", true},
                {"InfoOutgoingCallNumber", true},
                {"AreaStyleOutgoingCall", 1}};
   Dict numberOnly = s;
   numberOnly["EnableArea"] = false;
+  const Dict replace{{"AreaReplaceTextOutgoingCall", true}};
+  Dict replaceInCall = replace;
+  replaceInCall["AreaNameInCall"] = true;
   // The own label and the host's label; A is the area, N the number.
   const struct {
     Dict settings;
-    const char *inches, *own, *lcd;
+    const char* inches;
+    int status, abUID;
+    const char *own, *lcd;
   } cases[] = {
-      {s, "4", "A N", "calling…"},
-      {s, "3.5", "-", "calling…  A"},
-      {s, "4.7", "A", "calling…"},
-      {s, "5.5", "A", "calling…"},
-      {numberOnly, "4", "-", "calling…"},  // no call remembered, no number
-      {{{"AreaStyleOutgoingCall", 2}}, "4.7", "-", "calling…"},  // style 2
+      {{{"EnableArea", false}}, "4", 3, -1, "-", "calling…"},
+      {{{"AreaNameOutgoingCall", false}}, "4", 3, -1, "-", "calling…"},
+      {{{"AreaOnlyStrangers", true}}, "4", 3, 3, "-", "calling…"},
+      {replace, "4", 3, -1, "-", "A"},
+      {replaceInCall, "4", 1, -1, "-", "calling…  A"},
+      {s, "4", 3, 5, "A N", "calling…"},
+      {s, "3.5", 3, 5, "-", "calling…  A"},
+      {s, "4.7", 3, 5, "A", "calling…"},
+      {s, "5.5", 3, 5, "A", "calling…"},
+      {numberOnly, "4", 3, 5, "-", "calling…"},
+      {{{"AreaStyleOutgoingCall", 2}}, "4.7", 3, 5, "-", "calling…"},
   };
   for (const auto& k : cases) {
     with(k.settings, k.inches, [&](ZVInCallController& c, FakeInCallHost& h) {
-      c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
+      c.areaInCall(h.controller, h.call({k.status, kBeijing, k.abUID, true}));
       auto fill = [&](std::string text) {
         for (auto [from, to] :
              {std::pair<char, std::string>{'A', c.curArea()}, {'N', kBeijing}})
@@ -241,9 +220,9 @@ TEST_F(InCallControllerTest, ContactNumberOnlyOnTheFourInchScreen) {
             text.replace(at, 1, to);
         return text;
       };
-      EXPECT_EQ(h.ownLabel() ? h.ownLabel()->text() : "-", fill(k.own))
-          << k.inches;
-      EXPECT_EQ(h.lcdLabel, fill(k.lcd)) << k.inches;
+      const std::string row = std::string(k.inches) + " " + k.lcd;
+      EXPECT_EQ(h.ownLabel() ? h.ownLabel()->text() : "-", fill(k.own)) << row;
+      EXPECT_EQ(h.lcdLabel, fill(k.lcd)) << row;
     });
   }
 }
