@@ -97,6 +97,9 @@ TEST_F(SimWorldTest, NotificationsCrossProcessesInTheirOwnContexts) {
   EXPECT_EQ(seen,
             (std::vector<std::string>{"ZVSettingsChanged@com.apple.springboard",
                                       "local@com.apple.springboard"}));
+  // The pasteboard is the device's.
+  phone.run([] { platform::current().setPasteboard("10086"); });
+  EXPECT_EQ(sb.run([] { return platform::current().pasteboard(); }), "10086");
   // A process that quit observes nothing any more.
   seen.clear();
   world_.terminate(sb);

@@ -1,7 +1,6 @@
-// The UI model: view tree, text measurement, labels, tables, alerts, and
-// text views. (That classes belong to each process is the runtime's tests'.)
-// (Paging is the keypad pager's tests', action sheets and tab changes the
-// Phone's.)
+// The UI model: view tree, text measurement, labels, paging, tables,
+// sheets, tab changes, text views. (Classes per process are the runtime's
+// tests'.)
 #include <gtest/gtest.h>
 
 #include "platform/sim/sim_platform.h"
@@ -193,6 +192,29 @@ TEST_F(UIModelTest, LabelSizesToTextAndShrinksWhenFittingWidth) {
   });
 }
 
+TEST_F(UIModelTest, PagingScrollViewSnapsAndReportsDragAndStop) {
+  proc_.run([] {
+    auto scroll = make<UIScrollView>();
+    scroll->setFrame({{0, 0}, {100, 50}});
+    scroll->setContentSize({300, 50});
+    scroll->setPagingEnabled(true);
+    scroll->setContentOffset({100, 0});
+    std::vector<std::string> seen;
+    scroll->willBeginDragging = [&](UIScrollView&) { seen.push_back("begin"); };
+    scroll->didEndDecelerating = [&](UIScrollView& s) {
+      seen.push_back("end@" + std::to_string(int(s.contentOffset().x)));
+    };
+    scroll->drag(70);   // more than half a page: snaps to the next
+    scroll->drag(500);  // kept inside the content
+    scroll->setContentOffset({100, 0});
+    scroll->drag(-30);  // less than half: back where it was
+    EXPECT_EQ(seen, (std::vector<std::string>{"begin", "end@200", "begin",
+                                              "end@200", "begin", "end@100"}));
+    scroll->setScrollEnabled(false);
+    EXPECT_FALSE(scroll->drag(100));
+  });
+}
+
 TEST_F(UIModelTest, TableShowsVisibleRowsAndReusesCells) {
   proc_.run([] {
     auto table = make<UITableView>();
@@ -228,6 +250,28 @@ TEST_F(UIModelTest, TableShowsVisibleRowsAndReusesCells) {
   });
 }
 
+TEST_F(UIModelTest, ActionSheetIsPresentedUntilAButtonIsPressed) {
+  proc_.run([] {
+    auto view = make<UIView>();
+    auto sheet = make<UIActionSheet>();
+    sheet->addButtonWithTitle("Copy");
+    sheet->setCancelButtonIndex(sheet->addButtonWithTitle("Cancel"));
+    int pressed = -1;
+    bool visibleInDelegate = true;
+    sheet->delegate = [&](UIActionSheet& s, int index) {
+      pressed = index;
+      visibleInDelegate = s.isVisible();
+    };
+    EXPECT_EQ(UIActionSheet::presented(), nullptr);
+    rt::send<void>(sheet, "showInView:", rt::Id(view));
+    EXPECT_EQ(UIActionSheet::presented(), sheet);
+    sheet->dismissWithClickedButtonIndex(1);
+    EXPECT_EQ(pressed, 1);
+    EXPECT_FALSE(visibleInDelegate);
+    EXPECT_EQ(UIActionSheet::presented(), nullptr);
+  });
+}
+
 // The alert goes through the platform; its delegate hears one press.
 TEST_F(UIModelTest, AlertGoesThroughThePlatformAndCallsItsDelegateOnce) {
   std::vector<int> pressed;
@@ -247,6 +291,26 @@ TEST_F(UIModelTest, AlertGoesThroughThePlatformAndCallsItsDelegateOnce) {
   proc_.pressAlertButton(0);
   EXPECT_EQ(pressed, std::vector<int>{1});
   EXPECT_EQ(proc_.openAlert(), nullptr);
+}
+
+TEST_F(UIModelTest, TabBarSendsAppearAndDisappearThroughTheRuntime) {
+  proc_.run([] {
+    auto tabs = make<UITabBarController>();
+    auto a = make<UIViewController>();
+    auto b = make<UIViewController>();
+    tabs->setViewControllers({a, b});
+    std::vector<std::string> seen;
+    rt::Class* cls = rt::getClass("UIViewController");
+    for (const char* sel : {"viewWillAppear:", "viewWillDisappear:"})
+      rt::hookMessage<void(bool)>(cls, sel, [&, sel](const rt::Id& s, bool) {
+        seen.push_back((s == a ? "a" : "b") + std::string(sel));
+      });
+    rt::send<void>(tabs, "setSelectedIndex:", 1);
+    tabs->setSelectedIndex(7);
+    EXPECT_EQ(seen, (std::vector<std::string>{"aviewWillDisappear:",
+                                              "bviewWillAppear:"}));
+    EXPECT_EQ(rt::send<int>(tabs, "selectedIndex"), 1);
+  });
 }
 
 // A text view wraps words at its width less the insets (ideographs one by

@@ -1,7 +1,6 @@
 // What the platform does when asked, and how the simulated platform records
-// it: hanging calls up and system sounds from files. (The cellular-data
-// switch, bulletins and the carrier name are seen through the hooks in
-// tests/hooks.)
+// it: hanging calls up, cellular data, system sounds from files. (Bulletins
+// and the carrier name are seen through the hooks in tests/hooks.)
 #include "hostsdk/telephony.h"
 #include "platform/platform.h"
 #include "platform/telephony/core_telephony.h"
@@ -56,6 +55,16 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandleOrAllOfThem) {
   auto all = world_.events("disconnectAll");
   ASSERT_EQ(all.size(), 1u);
   EXPECT_EQ(all[0].process, "com.apple.InCallService");
+}
+
+// Cellular data is the device's: switched in one process, seen in another.
+// (Each switch recorded: the Control Centre's end-to-end tests.)
+TEST_F(TelephonyTest, CellularDataIsTheDevices) {
+  auto& springboard = launch("com.apple.springboard");
+  auto& settings = launch("com.apple.Preferences");
+  springboard.run([] { platform::CTCellularDataPlanSetIsEnabled(false); });
+  EXPECT_FALSE(
+      settings.run([] { return platform::CTCellularDataPlanGetIsEnabled(); }));
 }
 
 // The vibration's id and the created sounds' ids are the platform's; the
