@@ -101,7 +101,7 @@ class InCallControllerTest : public testing::SimTest {
 };
 
 TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with({}, "4", [&](auto& c, auto& h) {
     auto call = h.call({3, kBeijing, -1, true});
     c.areaInCall(h.controller, call);
     EXPECT_EQ(c.curNumber(), kBeijing);
@@ -135,25 +135,24 @@ TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
 }
 
 TEST_F(InCallControllerTest, NoLcdKeepsTheAreaAndAnEndingAreaIsLeft) {
-  with({{"AreaReplaceTextOutgoingCall", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         // No LCD: the area is kept for the next label, nothing is set.
-         h.hasLcd = false;
-         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-         EXPECT_TRUE(h.labelsSet.empty());
-         const std::string area = c.curArea();
-         auto lcd = rt::Id(h.lcd);
-         EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
-         // A label that already ends with the area is left.
-         EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);
-         EXPECT_EQ(c.areaInCall(lcd, ""), area);
-       });
+  with({{"AreaReplaceTextOutgoingCall", true}}, "4", [&](auto& c, auto& h) {
+    // No LCD: the area is kept for the next label, nothing is set.
+    h.hasLcd = false;
+    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
+    EXPECT_TRUE(h.labelsSet.empty());
+    const std::string area = c.curArea();
+    auto lcd = rt::Id(h.lcd);
+    EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
+    // A label that already ends with the area is left.
+    EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);
+    EXPECT_EQ(c.areaInCall(lcd, ""), area);
+  });
 }
 
 TEST_F(InCallControllerTest, OwnLabelByStyleAndScreen) {
   const Dict style1{{"AreaStyleOutgoingCall", 1}};
   // 4-inch: the area goes on the own label, the host label stays.
-  with(style1, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with(style1, "4", [&](auto& c, auto& h) {
     c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
     EXPECT_EQ(h.lcdLabel, "calling…");
     auto* own = h.ownLabel();
@@ -211,7 +210,7 @@ TEST_F(InCallControllerTest, LabelsBySettingsScreenAndCall) {
       {{{"AreaStyleOutgoingCall", 2}}, "4.7", 3, 5, "-", "calling…"},
   };
   for (const auto& k : cases) {
-    with(k.settings, k.inches, [&](ZVInCallController& c, FakeInCallHost& h) {
+    with(k.settings, k.inches, [&](auto& c, auto& h) {
       c.areaInCall(h.controller, h.call({k.status, kBeijing, k.abUID, true}));
       auto fill = [&](std::string text) {
         for (auto [from, to] :
@@ -229,7 +228,7 @@ TEST_F(InCallControllerTest, LabelsBySettingsScreenAndCall) {
 
 TEST_F(InCallControllerTest, VibratesOnceWhenAnOutgoingCallConnects) {
   // Switched off: no latch, and (below) no vibration from this process.
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with({}, "4", [&](auto& c, auto& h) {
     c.connectedVibrate(h.call({1, kBeijing, -1, true}));
     EXPECT_FALSE(c.vibrateLatch());
   });
@@ -238,7 +237,7 @@ TEST_F(InCallControllerTest, VibratesOnceWhenAnOutgoingCallConnects) {
          {"ConnectedVibrateTotalDuration", 1.2345},
          {"ConnectedVibrateOnDuration", 0.3},
          {"ConnectedVibrateOffDuration", 0.1}};
-  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with(s, "4", [&](auto& c, auto& h) {
     auto out = h.call({3, kBeijing, -1, true});
     c.connectedVibrate(out);
     EXPECT_FALSE(c.vibrateLatch());
