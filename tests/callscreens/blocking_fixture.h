@@ -27,26 +27,34 @@ struct FakeCall : rt::Object {
   rt::Id handle;
 };
 
+// The host: calls are FakeCalls; a screen, alert or notification shows the
+// call `calls` holds for it; a call's handle is named by its number.
 class FakeCallHost : public IncomingCallHost {
  public:
-  int32_t abUID(const rt::Id& c) override { return call(c).abUID; }
-  bool contactUnknown(const rt::Id& c) override {
-    return call(c).contactUnknown;
-  }
-  bool isBlocked(const rt::Id& c) override { return call(c).isBlocked; }
-  std::optional<std::string> destinationID(const rt::Id& c) override {
+  using Id = rt::Id;
+  using View = std::shared_ptr<ui::UIView>;
+  int32_t abUID(const Id& c) override { return call(c).abUID; }
+  bool contactUnknown(const Id& c) override { return call(c).contactUnknown; }
+  bool isBlocked(const Id& c) override { return call(c).isBlocked; }
+  std::optional<std::string> destinationID(const Id& c) override {
     return call(c).destinationID;
   }
-  bool isOutgoing(const rt::Id& c) override { return call(c).isOutgoing; }
-  rt::Id callHandle(const rt::Id& c) override { return call(c).handle; }
-  rt::Id alertActivationCall(const rt::Id& vc) override {
-    auto it = alertCalls.find(vc.get());
-    return it == alertCalls.end() ? nullptr : it->second;
+  bool isOutgoing(const Id& c) override { return call(c).isOutgoing; }
+  int32_t status(const Id& c) override { return call(c).status; }
+  Id callHandle(const Id& c) override { return call(c).handle; }
+  Id alertActivationCall(const Id& vc) override { return callOf(vc); }
+  Id notificationObject(const Id& n) override { return callOf(n); }
+  std::optional<std::string> incomingCallNumber(const Id& s) override {
+    return callOf(s) ? call(callOf(s)).destinationID : std::nullopt;
   }
-  rt::Id incomingCall() override { return incoming; }
-  rt::Id incomingVideoCall() override { return incomingVideo; }
-  void disconnect(const rt::Id& handle) override {
-    actions.push_back("disconnect " + handleName(handle));
+  int32_t incomingCallerABUID(const Id& s) override {
+    return callOf(s) ? call(callOf(s)).abUID : -1;
+  }
+  Id incomingCall() override { return incoming; }
+  Id incomingVideoCall() override { return incomingVideo; }
+  void disconnect(const Id& h) override {
+    auto c = rt::as<FakeCall>(h);
+    actions.push_back("disconnect " + (c ? *c->destinationID : "?"));
   }
   void disconnectAll() override { actions.push_back("disconnectAll"); }
   void playSystemSound(uint32_t id) override {
@@ -60,32 +68,18 @@ class FakeCallHost : public IncomingCallHost {
   void disposeSystemSound(uint32_t id) override {
     actions.push_back("dispose " + std::to_string(id));
   }
-  int32_t status(const rt::Id& c) override { return call(c).status; }
-  rt::Id notificationObject(const rt::Id& n) override {
-    return notifications.count(n.get()) ? notifications[n.get()] : nullptr;
-  }
-  std::optional<std::string> incomingCallNumber(const rt::Id& s) override {
-    return screenCall(s) ? call(screenCall(s)).destinationID : std::nullopt;
-  }
-  int32_t incomingCallerABUID(const rt::Id& s) override {
-    return screenCall(s) ? call(screenCall(s)).abUID : -1;
-  }
-  std::shared_ptr<ui::UIView> topLCDView(const rt::Id&) override { return lcd; }
-  bool shouldCenterText(const rt::Id&) override { return centerText; }
-  void ringOrVibrate(const rt::Id&) override { actions.push_back("ring"); }
-  std::shared_ptr<ui::UIView> participantsView(const rt::Id&) override {
-    return participants;
-  }
-  std::vector<rt::Id> callGroups(const rt::Id&) override { return groups; }
-  std::vector<rt::Id> groupCalls(const rt::Id& g) override {
-    return {g};  // each group is its one call
-  }
-  rt::Id callParticipantsViewController(const rt::Id& a) override { return a; }
-  std::string bulletinSectionID(const rt::Id&) override { return section; }
-  std::optional<std::string> bulletinContactInfo(const rt::Id&) override {
+  View topLCDView(const Id&) override { return lcd; }
+  bool shouldCenterText(const Id&) override { return centerText; }
+  void ringOrVibrate(const Id&) override { actions.push_back("ring"); }
+  View participantsView(const Id&) override { return participants; }
+  std::vector<Id> callGroups(const Id&) override { return groups; }
+  std::vector<Id> groupCalls(const Id& g) override { return {g}; }
+  Id callParticipantsViewController(const Id& a) override { return a; }
+  std::string bulletinSectionID(const Id&) override { return section; }
+  std::optional<std::string> bulletinContactInfo(const Id&) override {
     return contactInfo;
   }
-  std::optional<double> bulletinDate(const rt::Id&) override {
+  std::optional<double> bulletinDate(const Id&) override {
     return bulletinDateValue;
   }
   bool installIncomingCallScreenHooks() override {
@@ -93,33 +87,22 @@ class FakeCallHost : public IncomingCallHost {
     return screenClassExists;
   }
 
-  std::string handleName(const rt::Id& handle) {
-    auto it = handleNames.find(handle.get());
-    return it == handleNames.end() ? "?" : it->second;
-  }
-
   std::vector<std::string> actions;
-  std::map<const rt::Object*, rt::Id> alertCalls;
-  std::map<const rt::Object*, std::string> handleNames;
+  std::map<const rt::Object*, rt::Id> calls;
   rt::Id incoming, incomingVideo;
-  std::map<const rt::Object*, rt::Id> screenCalls, notifications;
   std::shared_ptr<ui::UIView> lcd, participants;
-  bool centerText = true;
+  bool centerText = true, screenClassExists = false, refuseSounds = false;
   std::vector<rt::Id> groups;
   std::string section = "com.apple.mobilephone";
   std::optional<std::string> contactInfo;
   std::optional<double> bulletinDateValue;
-  bool screenClassExists = false;
-  bool refuseSounds = false;
   uint32_t nextSoundID = 7001;
 
  private:
-  static FakeCall& call(const rt::Id& c) {
-    return *std::dynamic_pointer_cast<FakeCall>(c);
-  }
-  rt::Id screenCall(const rt::Id& s) {
-    auto it = screenCalls.find(s.get());
-    return it == screenCalls.end() ? nullptr : it->second;
+  static FakeCall& call(const rt::Id& c) { return *rt::as<FakeCall>(c); }
+  rt::Id callOf(const rt::Id& o) {
+    auto it = calls.find(o.get());
+    return it == calls.end() ? nullptr : it->second;
   }
 };
 
@@ -180,8 +163,9 @@ class BlockingTest : public SimTest {
     c->destinationID = std::move(number);
     c->abUID = abUID;
     c->isBlocked = platformBlocked;
-    c->handle = rt::create(callClass_);
-    host_->handleNames[c->handle.get()] = c->destinationID.value_or("hidden");
+    auto handle = rt::create<FakeCall>(callClass_);
+    handle->destinationID = c->destinationID.value_or("hidden");
+    c->handle = handle;
     return c;
   }
   bool blocks(std::optional<std::string> number, int32_t abUID = -1) {

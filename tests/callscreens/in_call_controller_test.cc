@@ -1,5 +1,7 @@
 // ZVInCallController against a fake host: which calls it remembers, how the
 // area meets the LCD label, the own label by screen size, the vibration latch.
+// (A ringing call noted without its area, and the area once it is answered,
+// are the Phone's end-to-end tests'.)
 #include "callscreens/in_call_controller.h"
 
 #include <gtest/gtest.h>
@@ -99,7 +101,7 @@ class InCallControllerTest : public testing::SimTest {
 };
 
 TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with({}, "4", [&](auto& c, auto& h) {
     auto call = h.call({3, kBeijing, -1, true});
     c.areaInCall(h.controller, call);
     EXPECT_EQ(c.curNumber(), kBeijing);
@@ -132,86 +134,25 @@ TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
   });
 }
 
-TEST_F(InCallControllerTest, RingingCallRecordsTheNumberButNoArea) {
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-    auto call = h.call({4, kShanghai, 7, false});
-    c.areaInCall(h.controller, call);
-    EXPECT_EQ(c.curNumber(), kShanghai);
-    EXPECT_EQ(c.curCallStatus(), 4);
-    EXPECT_EQ(c.curRecordID(), 7);
-    EXPECT_EQ(c.curArea(), "");
-    EXPECT_TRUE(h.labelsSet.empty());
-    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "incoming"), "incoming");
-    // Active: the in-call flags are off by default, so still no area.
-    h.of(call).status = 1;
-    c.areaInCall(h.controller, call);
-    EXPECT_EQ(c.curArea(), "");
-  });
-  with({{"AreaNameInCall", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         auto call = h.call({4, kShanghai, -1, false});
-         c.areaInCall(h.controller, call);
-         h.of(call).status = 1;
-         c.areaInCall(h.controller, call);
-         EXPECT_FALSE(c.curArea().empty());
-         EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
-       });
-}
-
-TEST_F(InCallControllerTest, SwitchesStrangersAndMissingViews) {
-  // Area off or both area names off: the call is not even remembered.
-  for (Dict s :
-       {Dict{{"EnableArea", false}}, Dict{{"AreaNameOutgoingCall", false}}}) {
-    with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-      c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-      EXPECT_EQ(c.curNumber(), "");
-      EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling"), "calling");
-    });
-  }
-  // A contact under AreaOnlyStrangers is forgotten.
-  with({{"AreaOnlyStrangers", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-         EXPECT_EQ(c.curNumber(), kBeijing);
-         c.areaInCall(h.controller, h.call({3, kShanghai, 3, true}));
-         EXPECT_EQ(c.curNumber(), "");
-         EXPECT_EQ(c.curArea(), "");
-       });
-  // No LCD: the area is kept for the next label, nothing is set.
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+TEST_F(InCallControllerTest, NoLcdKeepsTheAreaAndAnEndingAreaIsLeft) {
+  with({{"AreaReplaceTextOutgoingCall", true}}, "4", [&](auto& c, auto& h) {
+    // No LCD: the area is kept for the next label, nothing is set.
     h.hasLcd = false;
     c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
     EXPECT_TRUE(h.labelsSet.empty());
-    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "x"), "x  " + c.curArea());
+    const std::string area = c.curArea();
+    auto lcd = rt::Id(h.lcd);
+    EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
+    // A label that already ends with the area is left.
+    EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);
+    EXPECT_EQ(c.areaInCall(lcd, ""), area);
   });
-}
-
-TEST_F(InCallControllerTest, JoinsReplacesOrKeepsTheHostLabel) {
-  with({{"AreaReplaceTextOutgoingCall", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         auto call = h.call({3, kBeijing, -1, true});
-         c.areaInCall(h.controller, call);
-         const std::string area = c.curArea();
-         auto lcd = rt::Id(h.lcd);
-         EXPECT_EQ(c.areaInCall(lcd, "calling…"), area);
-         // A label that already ends with the area is left.
-         EXPECT_EQ(c.areaInCall(lcd, "calling…  " + area), "calling…  " + area);
-         EXPECT_EQ(c.areaInCall(lcd, ""), area);
-       });
-  with({{"AreaReplaceTextOutgoingCall", true}, {"AreaNameInCall", true}}, "4",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         auto call = h.call({1, kBeijing, -1, true});
-         c.areaInCall(h.controller, call);
-         EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "00:05"),
-                   "00:05  " + c.curArea());
-         EXPECT_EQ(h.ownLabel(), nullptr);
-       });
 }
 
 TEST_F(InCallControllerTest, OwnLabelByStyleAndScreen) {
   const Dict style1{{"AreaStyleOutgoingCall", 1}};
   // 4-inch: the area goes on the own label, the host label stays.
-  with(style1, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with(style1, "4", [&](auto& c, auto& h) {
     c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
     EXPECT_EQ(h.lcdLabel, "calling…");
     auto* own = h.ownLabel();
@@ -232,62 +173,62 @@ TEST_F(InCallControllerTest, OwnLabelByStyleAndScreen) {
     EXPECT_EQ(own->frame(), (ui::Rect{{20, 80}, {280, 20}}));
     EXPECT_EQ(own->textAlignment(), ui::TextAlignment::Left);
   });
-  // 3.5-inch: no room, the style is ignored and the area joins the label.
-  with(style1, "3.5", [&](ZVInCallController& c, FakeInCallHost& h) {
-    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-    EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
-    EXPECT_EQ(h.ownLabel(), nullptr);
-  });
-  // Style 2 shows nothing on larger screens.
-  with({{"AreaStyleOutgoingCall", 2}}, "4.7",
-       [&](ZVInCallController& c, FakeInCallHost& h) {
-         c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-         EXPECT_EQ(h.lcdLabel, "calling…");
-         EXPECT_EQ(h.ownLabel(), nullptr);
-       });
 }
 
-TEST_F(InCallControllerTest, ContactNumberOnlyOnTheFourInchScreen) {
-  Dict s{{"EnableInfo", true},
-         {"InfoOutgoingCallNumber", true},
-         {"AreaStyleOutgoingCall", 1}};
-  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-    c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
-    ASSERT_NE(h.ownLabel(), nullptr);
-    EXPECT_EQ(h.ownLabel()->text(), c.curArea() + " " + kBeijing);
-  });
-  // A stranger's number is never added.
-  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-    c.areaInCall(h.controller, h.call({3, kBeijing, -1, true}));
-    EXPECT_EQ(h.ownLabel()->text(), c.curArea());
-  });
-  // Number only (no area names): the number alone on the own label.
+// What the LCD and the own label show by settings, screen and call: a call
+// is not even remembered with the area or both area names off, nor a
+// contact under AreaOnlyStrangers; replacing is for dialling only; style 1
+// on screens without room for it, style 2 on larger ones; the contact's
+// number joins the own label on the 4-inch screen and only on it (a
+// stranger's never, as the Phone's end-to-end test shows).
+TEST_F(InCallControllerTest, LabelsBySettingsScreenAndCall) {
+  const Dict s{{"EnableInfo", true},
+               {"InfoOutgoingCallNumber", true},
+               {"AreaStyleOutgoingCall", 1}};
   Dict numberOnly = s;
   numberOnly["EnableArea"] = false;
-  with(numberOnly, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
-    // With the area off no call is remembered, so there is no number.
-    c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
-    EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling…"), "calling…");
-    EXPECT_EQ(h.ownLabel(), nullptr);
-  });
-  for (const char* inches : {"3.5", "4.7", "5.5"}) {
-    with(s, inches, [&](ZVInCallController& c, FakeInCallHost& h) {
-      c.areaInCall(h.controller, h.call({3, kBeijing, 5, true}));
-      auto* own = h.ownLabel();
-      if (std::string(inches) == "3.5") {
-        EXPECT_EQ(own, nullptr);
-        EXPECT_EQ(h.lcdLabel, "calling…  " + c.curArea());
-      } else {
-        ASSERT_NE(own, nullptr) << inches;
-        EXPECT_EQ(own->text(), c.curArea()) << inches;
-      }
+  const Dict replace{{"AreaReplaceTextOutgoingCall", true}};
+  Dict replaceInCall = replace;
+  replaceInCall["AreaNameInCall"] = true;
+  // The own label and the host's label; A is the area, N the number.
+  const struct {
+    Dict settings;
+    const char* inches;
+    int status, abUID;
+    const char *own, *lcd;
+  } cases[] = {
+      {{{"EnableArea", false}}, "4", 3, -1, "-", "calling…"},
+      {{{"AreaNameOutgoingCall", false}}, "4", 3, -1, "-", "calling…"},
+      {{{"AreaOnlyStrangers", true}}, "4", 3, 3, "-", "calling…"},
+      {replace, "4", 3, -1, "-", "A"},
+      {replaceInCall, "4", 1, -1, "-", "calling…  A"},
+      {s, "4", 3, 5, "A N", "calling…"},
+      {s, "3.5", 3, 5, "-", "calling…  A"},
+      {s, "4.7", 3, 5, "A", "calling…"},
+      {s, "5.5", 3, 5, "A", "calling…"},
+      {numberOnly, "4", 3, 5, "-", "calling…"},
+      {{{"AreaStyleOutgoingCall", 2}}, "4.7", 3, 5, "-", "calling…"},
+  };
+  for (const auto& k : cases) {
+    with(k.settings, k.inches, [&](auto& c, auto& h) {
+      c.areaInCall(h.controller, h.call({k.status, kBeijing, k.abUID, true}));
+      auto fill = [&](std::string text) {
+        for (auto [from, to] :
+             {std::pair<char, std::string>{'A', c.curArea()}, {'N', kBeijing}})
+          if (auto at = text.find(from); at != std::string::npos)
+            text.replace(at, 1, to);
+        return text;
+      };
+      const std::string row = std::string(k.inches) + " " + k.lcd;
+      EXPECT_EQ(h.ownLabel() ? h.ownLabel()->text() : "-", fill(k.own)) << row;
+      EXPECT_EQ(h.lcdLabel, fill(k.lcd)) << row;
     });
   }
 }
 
 TEST_F(InCallControllerTest, VibratesOnceWhenAnOutgoingCallConnects) {
   // Switched off: no latch, and (below) no vibration from this process.
-  with({}, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with({}, "4", [&](auto& c, auto& h) {
     c.connectedVibrate(h.call({1, kBeijing, -1, true}));
     EXPECT_FALSE(c.vibrateLatch());
   });
@@ -296,7 +237,7 @@ TEST_F(InCallControllerTest, VibratesOnceWhenAnOutgoingCallConnects) {
          {"ConnectedVibrateTotalDuration", 1.2345},
          {"ConnectedVibrateOnDuration", 0.3},
          {"ConnectedVibrateOffDuration", 0.1}};
-  with(s, "4", [&](ZVInCallController& c, FakeInCallHost& h) {
+  with(s, "4", [&](auto& c, auto& h) {
     auto out = h.call({3, kBeijing, -1, true});
     c.connectedVibrate(out);
     EXPECT_FALSE(c.vibrateLatch());

@@ -31,17 +31,14 @@ TEST_P(CallHistoryRowsTest, UnansweredCallRingsTwelveSecondsAndLeavesOneRow) {
   auto& springboard = launch("com.apple.springboard", GetParam());
   const double start = world_.now();
   const CallId id = network().incoming("13800138000");
-  for (int second = 0; second < 12; ++second) {
-    world_.advance(second == 0 ? 0 : 1);
-    in(springboard, [&] {
-      rt::Id call =
-          rt::send(platform::callCenter(), sdk::TUCallCenter::incomingCall);
-      ASSERT_NE(call, nullptr) << "at second " << second;
-      EXPECT_EQ(rt::send(call, sdk::TUCall::status), kCallRinging);
-    });
-    EXPECT_TRUE(rows().empty()) << "a row before the call ended";
-  }
-  world_.advance(1);
+  world_.advance(12);
+  springboard.run([&] {
+    rt::Id call =
+        rt::send(platform::callCenter(), sdk::TUCallCenter::incomingCall);
+    ASSERT_NE(call, nullptr);
+    EXPECT_EQ(rt::send(call, sdk::TUCall::status), kCallRinging);
+  });
+  EXPECT_TRUE(rows().empty()) << "a row before the call ended";
   network().remoteHangup(id);
   world_.advance(0);
 
@@ -55,7 +52,7 @@ TEST_P(CallHistoryRowsTest, UnansweredCallRingsTwelveSecondsAndLeavesOneRow) {
   EXPECT_FALSE(std::filesystem::exists(
       root_ + (modern() ? ps::kCallHistoryDbPath : ps::kCallHistoryStorePath)))
       << "only the generation's own database is written";
-  in(springboard, [&] {
+  springboard.run([&] {
     EXPECT_EQ(rt::send(platform::callCenter(), sdk::TUCallCenter::incomingCall),
               nullptr);
   });
@@ -112,8 +109,8 @@ TEST_P(CallHistoryRowsTest, AnsweredCallsKeepTheirStartAndConnectedTime) {
 TEST_P(CallHistoryRowsTest, HiddenAndVideoCallsAndContactsInTheRow) {
   writeAddressBook({{7, "138-0013-8000", "_$!<Mobile>!$_"}});
   launch("com.apple.springboard", GetParam());
-  network().remoteHangup(network().incoming("", hidden()));
-  network().remoteHangup(network().incoming("13800138000", video()));
+  network().remoteHangup(network().incoming("", {.hidden = true}));
+  network().remoteHangup(network().incoming("13800138000", {.video = true}));
 
   auto history = rows();
   ASSERT_EQ(history.size(), 2u);
@@ -189,7 +186,7 @@ TEST_P(CallHistoryRowsTest, TheRowIsThereWhenTheProcessHearsTheCallEnded) {
   auto& incall = launch("com.apple.InCallService", GetParam());
   const double start = world_.now();
   std::vector<int> heard;
-  in(incall, [&] {
+  incall.run([&] {
     platform::observeCallStatus([&](const rt::Id& call) {
       const int status = rt::send(call, sdk::TUCall::status);
       heard.push_back(status);
@@ -207,7 +204,7 @@ TEST_P(CallHistoryRowsTest, TheRowIsThereWhenTheProcessHearsTheCallEnded) {
   network().remoteHangup(id);
   world_.advance(0);
   EXPECT_EQ(heard, (std::vector<int>{4, 5, 6}));
-  in(incall, [&] {
+  incall.run([&] {
     const double key =
         modern() ? start - ps::kReferenceDateOffset : std::floor(start);
     EXPECT_EQ(ZVCallHistory::sharedInstance()->getRingDuration(key), 12);

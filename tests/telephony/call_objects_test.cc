@@ -43,15 +43,15 @@ TEST_F(TelephonyTest, CallPropertiesComeFromTheNetworkAndTheAddressBook) {
       {"+861088886666", {}, "+861088886666", 5, "Beijing office", false},
       {"13900139000", {}, "13900139000", 6, std::nullopt, true},
       {"10086", {}, "10086", -1, std::nullopt, false},
-      {"13800138000", hidden(), std::nullopt, -1, std::nullopt, false},
-      {"10086", contact(42), "10086", 42, std::nullopt, false},
-      {"10086", platformBlocked(), "10086", -1, std::nullopt, true},
+      {"13800138000", {.hidden = true}, std::nullopt, -1, std::nullopt, false},
+      {"10086", {.abUID = 42}, "10086", 42, std::nullopt, false},
+      {"10086", {.platformBlocked = true}, "10086", -1, std::nullopt, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.number);
     const CallId id = network().incoming(c.number, c.options);
     world_.advance(0);
-    in(springboard, [&] {
+    springboard.run([&] {
       rt::Id call = incoming();
       ASSERT_NE(call, nullptr);
       EXPECT_EQ(rt::send(call, sdk::TUCall::status), platform::kCallRinging);
@@ -100,16 +100,15 @@ TEST_F(TelephonyTest, NumbersMatchAcrossPrefixesButNotByTheirTailsAlone) {
   auto& springboard = launch("com.apple.springboard");
   network().incoming("13800138000");
   world_.advance(0);
-  in(springboard,
-     [&] { EXPECT_EQ(rt::send(incoming(), sdk::TUCall::abUID), -1); });
+  springboard.run(
+      [&] { EXPECT_EQ(rt::send(incoming(), sdk::TUCall::abUID), -1); });
 }
 
 TEST_F(TelephonyTest, VoiceAndVideoCallsAreFoundApart) {
   auto& incall = launch("com.apple.InCallService");
-  const CallId video =
-      network().incoming("13800138000", TelephonyTest::video());
+  const CallId video = network().incoming("13800138000", {.video = true});
   world_.advance(0);
-  in(incall, [&] {
+  incall.run([&] {
     EXPECT_EQ(incoming(), nullptr);
     rt::Id call = incomingVideo();
     ASSERT_NE(call, nullptr);
@@ -119,7 +118,7 @@ TEST_F(TelephonyTest, VoiceAndVideoCallsAreFoundApart) {
   const CallId voice = network().incoming("10086");
   network().answer(video);
   world_.advance(0);
-  in(incall, [&] {
+  incall.run([&] {
     EXPECT_EQ(incomingVideo(), nullptr) << "answered: no longer incoming";
     EXPECT_EQ(platform::callInfo(incoming())->id, voice);
   });
@@ -127,7 +126,7 @@ TEST_F(TelephonyTest, VoiceAndVideoCallsAreFoundApart) {
   network().remoteHangup(voice);
   network().dial("10010");
   world_.advance(0);
-  in(incall, [&] { EXPECT_EQ(incoming(), nullptr); });
+  incall.run([&] { EXPECT_EQ(incoming(), nullptr); });
 }
 
 TEST_F(TelephonyTest, EveryProcessSeesTheDevicesCallsAsItsOwnObjects) {
@@ -136,14 +135,14 @@ TEST_F(TelephonyTest, EveryProcessSeesTheDevicesCallsAsItsOwnObjects) {
   const CallId id = network().dial("10086");
   world_.advance(0);
   rt::Id first;
-  in(springboard, [&] {
+  springboard.run([&] {
     first = platform::callObject(id);
     ASSERT_NE(first, nullptr);
     EXPECT_EQ(platform::callObject(id), first) << "one object per call";
     EXPECT_TRUE(rt::send(first, sdk::TUCall::isOutgoing));
     EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallDialling);
   });
-  in(incall, [&] {
+  incall.run([&] {
     rt::Id other = platform::callObject(id);
     ASSERT_NE(other, nullptr);
     EXPECT_NE(other, first) << "class tables and objects are per process";
@@ -151,19 +150,19 @@ TEST_F(TelephonyTest, EveryProcessSeesTheDevicesCallsAsItsOwnObjects) {
   });
   network().connect(id);
   world_.advance(0);
-  in(springboard, [&] {
+  springboard.run([&] {
     EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallActive);
   });
   // A process started during the call knows it at once.
   auto& phone = launch("com.apple.mobilephone");
-  in(phone, [&] {
+  phone.run([&] {
     ASSERT_NE(platform::callObject(id), nullptr);
     EXPECT_EQ(rt::send(platform::callObject(id), sdk::TUCall::status),
               platform::kCallActive);
   });
   network().end(id);
   world_.advance(0);
-  in(springboard, [&] {
+  springboard.run([&] {
     EXPECT_EQ(platform::callObject(id), nullptr);
     EXPECT_EQ(rt::send(first, sdk::TUCall::status), platform::kCallEnded)
         << "an object kept past the end shows the end";
@@ -175,7 +174,7 @@ TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
   auto& springboard = launch("com.apple.springboard");
   std::vector<std::string> heard;
   std::map<CallId, rt::Id> objects;
-  in(incall, [&] {
+  incall.run([&] {
     platform::observeCallStatus([&](const rt::Id& call) {
       // The object already shows the change it is told about.
       const CallId id = platform::callInfo(call)->id;
@@ -186,7 +185,7 @@ TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
     });
   });
   std::vector<int> springboardHeard;
-  platform::CallObserverToken token = in(springboard, [&] {
+  platform::CallObserverToken token = springboard.run([&] {
     return platform::observeCallStatus([&](const rt::Id& call) {
       springboardHeard.push_back(rt::send(call, sdk::TUCall::status));
     });
@@ -201,7 +200,7 @@ TEST_F(TelephonyTest, StatusChangesArriveOnTheRunLoopInOrder) {
   network().connect(b);
   network().hold(b);
   network().resume(b);
-  in(springboard, [&] { platform::removeCallStatusObserver(token); });
+  springboard.run([&] { platform::removeCallStatusObserver(token); });
   network().remoteHangup(a);
   network().end(b);
   world_.advance(0);

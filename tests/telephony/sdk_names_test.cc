@@ -21,7 +21,7 @@ void expectDefined(const Messages&... messages) {
 
 TEST_F(TelephonyTest, TheHostHeaderMatchesThePlatformsClasses) {
   auto& springboard = launch("com.apple.springboard");
-  in(springboard, [] {
+  springboard.run([] {
     ui::registerBulletinClass(rt::runtime());
     rt::makeNotification("x", nullptr);
     expectDefined(

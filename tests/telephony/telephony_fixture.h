@@ -35,12 +35,6 @@ struct HistoryRow {
 
 class TelephonyTest : public SimTest {
  protected:
-  // Runs f inside a process and returns what it returns.
-  template <typename F>
-  auto in(platform::SimProcess& process, F&& f) {
-    return process.run(std::forward<F>(f));
-  }
-
   platform::SimProcess& launch(const std::string& bundle,
                                const std::string& version = "8.1") {
     platform::DeviceFacts facts;
@@ -114,16 +108,6 @@ class TelephonyTest : public SimTest {
   }
 
   platform::SimTelephony& network() { return world_.telephony(); }
-
-  // Options of an incoming call.
-  static platform::IncomingOptions hidden() { return {.hidden = true}; }
-  static platform::IncomingOptions video() { return {.video = true}; }
-  static platform::IncomingOptions contact(int32_t record) {
-    return {.abUID = record};
-  }
-  static platform::IncomingOptions platformBlocked() {
-    return {.platformBlocked = true};
-  }
 };
 
 }  // namespace zv::testing
