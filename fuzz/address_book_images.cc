@@ -15,11 +15,6 @@
 #include "platform/process.h"
 #include "search/address_book.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
 namespace {
 
 // The platform's record, as the hooks hand it to the service.
@@ -39,7 +34,7 @@ class FuzzPerson : public zv::ABPersonRecord {
 
 }  // namespace
 
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   namespace ps = zv::platform_schema;
   auto& d = zv::fuzz::device();
   zv::fuzz::Bytes in(data, size);

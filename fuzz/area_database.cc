@@ -11,11 +11,6 @@
 #include "area/area_compiler.h"
 #include "area/area_source.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
 namespace {
 
 bool within(uint32_t offset, uint32_t size, size_t fileSize) {
@@ -24,7 +19,7 @@ bool within(uint32_t offset, uint32_t size, size_t fileSize) {
 
 }  // namespace
 
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   namespace area = zv::area;
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   area::Layout l;

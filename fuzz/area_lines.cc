@@ -19,11 +19,6 @@
 #include "fuzz/fuzz_device.h"
 #include "platform/utf8.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
 namespace {
 
 constexpr char kLinesSource[] =
@@ -50,7 +45,7 @@ void checkAnswer(const std::optional<std::string>& answer) {
 
 }  // namespace
 
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   auto& d = zv::fuzz::device();
   static const std::string database = linesDatabase(d.root);
   zv::fuzz::Bytes in(data, size);

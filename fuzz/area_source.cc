@@ -10,12 +10,7 @@
 
 #include "area/area_compiler.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view text(reinterpret_cast<const char*>(data), size);
   zv::area::Source source;
   try {

@@ -13,12 +13,7 @@
 #include "callscreens/incoming_call_controller.h"
 #include "fuzz/fuzz_device.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using zv::ZVIncomingCallController;
   auto& d = zv::fuzz::device();
   zv::fuzz::Bytes in(data, size);

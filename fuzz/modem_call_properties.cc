@@ -15,11 +15,6 @@
 
 #include "platform/linux/modem_call_state.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
 namespace {
 
 void checkSaid(const zv::platform::ModemCallProperties& said) {
@@ -70,7 +65,7 @@ GVariant* throughMessage(GVariant* normal) {
 
 }  // namespace
 
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   GBytes* bytes = g_bytes_new(data, size);
   GVariant* dict = g_variant_ref_sink(
       g_variant_new_from_bytes(G_VARIANT_TYPE_VARDICT, bytes, FALSE));

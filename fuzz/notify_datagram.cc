@@ -14,12 +14,7 @@
 #include "platform/linux/notify_bus.h"
 #include "platform/utf8.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using zv::platform::NotifyBus;
   static int fds[2] = {-1, -1};
   if (fds[0] < 0 &&

@@ -10,14 +10,9 @@
 #include "fuzz/fuzz_rows.h"
 #include "search/searcher.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
 namespace ps = zv::platform_schema;
 
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   auto& d = zv::fuzz::device();
   zv::fuzz::Bytes in(data, size);
   for (const char* path : {zv::ZVSearcher::kCachePath, ps::kAddressBookPath,

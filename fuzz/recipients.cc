@@ -16,11 +16,6 @@
 #include "fuzz/fuzz_device.h"
 #include "messages/recipients_file.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
 namespace {
 
 // `v` with every date cut to its whole seconds.
@@ -43,7 +38,7 @@ zv::Value wholeSeconds(const zv::Value& v) {
 
 }  // namespace
 
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   namespace rf = zv::recipients_file;
   auto& d = zv::fuzz::device();
   const std::string file = d.root + rf::kRecipientsPath;

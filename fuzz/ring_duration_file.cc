@@ -14,12 +14,7 @@
 #include "platform/plist.h"
 #include "search/call_history.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   namespace rd = zv::ring_duration_file;
   auto& d = zv::fuzz::device();
   zv::fuzz::Bytes in(data, size);

@@ -11,12 +11,7 @@
 #include "fuzz/fuzz_device.h"
 #include "platform/plist.h"
 
-// The corpus replay test includes this file with its own entry name.
-#ifndef ZV_FUZZ_ENTRY
-#define ZV_FUZZ_ENTRY extern "C" int LLVMFuzzerTestOneInput
-#endif
-
-ZV_FUZZ_ENTRY(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   auto& d = zv::fuzz::device();
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   const std::string file = d.root + zv::ZVSettings::kPath;
