@@ -207,7 +207,9 @@ TEST_F(AreaCliTest, AFolderThatIsNotADeviceIsRefusedUntouched) {
            {"phone --root '" + notes + "' type:93 call", "not a device root"},
            {"call --root '" + notes + "' incoming:10086", "not a device root"},
            {"area --root '" + notes + "/todo.txt' 138", "is not a folder"},
-           {"device create '" + notes + "' --force", "not a device root"}}) {
+           {"settings --root '" + notes + "/absent'", "device root not found"},
+           {"device create '" + notes + "' --force", "not a device root"},
+           {"init --root '" + notes + "'", "is not empty and not a device"}}) {
     auto r = runZorvel(args);
     EXPECT_EQ(r.status, 1) << args;
     EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;

@@ -15,16 +15,7 @@ namespace {
 
 using json = nlohmann::json;
 
-class ListsCliTest : public ::testing::Test {
- protected:
-  void SetUp() override { testing::copySampleDevice(root_.path()); }
-  // zorvel with `args` on the copy.
-  testing::CliResult run(const std::string& args) {
-    return testing::runZorvel(args + " --root '" + root_.path() + "'");
-  }
-
-  testing::TempRoot root_;
-};
+class ListsCliTest : public testing::SampleDeviceTest {};
 
 TEST_F(ListsCliTest, ContactsShowsTheListAndACardWithAreas) {
   // One object per action, as every session prints.
