@@ -86,11 +86,16 @@ TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
                    {flag("EnableSearch", true, true),
                     flag("AddressBookChanged", false, false)}}}));
 
+  // Files that do not parse: each is said once (the command reads the
+  // settings file twice), and the listing goes on with the defaults.
   testing::writeFile(flags, "garbage");
+  testing::writeFile(prefs("zorvel.plist"), "<plist><dict>");
   result = run("");
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.err, "zorvel: keypad flags file " + flags +
-                            " does not parse; using defaults\n");
+  EXPECT_EQ(result.err, "zorvel: settings file " + prefs("zorvel.plist") +
+                            " does not parse; using defaults\n"
+                            "zorvel: keypad flags file " +
+                            flags + " does not parse; using defaults\n");
   EXPECT_NE(result.out.find("keypad flags file " + flags + " (unparsable)"),
             std::string::npos);
   EXPECT_NE(result.out.find("EnableSearch"), std::string::npos);
