@@ -99,8 +99,15 @@ TEST_F(ZvtoolTest, BadArgumentsOrNoDatabaseAreOneLine) {
 }
 
 TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformTrims) {
-  createLegacy();
+  // Either database alone is enough to install on.
   createModern();
+  ASSERT_EQ(zvtool("--install").status, 0);
+  EXPECT_EQ(column(kStorePath,
+                   "SELECT COUNT(*) FROM sqlite_master WHERE name IN "
+                   "('ZVZCALLRECORD', 'zvtool_trimmed_ZCALLRECORD')"),
+            (std::vector<int64_t>{2}));
+  EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
+  createLegacy();
   // An earlier install's trigger, which copied every deleted row, goes.
   exec(kLegacyPath, platform_schema::callTableSql("deleted") +
                         "; CREATE TRIGGER zvtool_backup_call BEFORE DELETE ON "
@@ -125,16 +132,6 @@ TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformTrims) {
   ASSERT_EQ(zvtool("-s 10").status, 0);
   exec(kLegacyPath, "DELETE FROM call");
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM deleted"), (std::vector<int64_t>{0}));
-}
-
-TEST_F(ZvtoolTest, InstallNeedsOnlyOneOfTheDatabases) {
-  createModern();
-  ASSERT_EQ(zvtool("--install").status, 0);
-  EXPECT_EQ(column(kStorePath,
-                   "SELECT COUNT(*) FROM sqlite_master WHERE name IN "
-                   "('ZVZCALLRECORD', 'zvtool_trimmed_ZCALLRECORD')"),
-            (std::vector<int64_t>{2}));
-  EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
 }
 
 TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {
