@@ -141,13 +141,11 @@ class WindowTest : public ::testing::Test {
   // What `zorvel phone --png` draws after `actions`, as a PNG path.
   std::string phonePicture(const std::string& actions) {
     auto r = testing::runZorvel("phone --root " + shellQuoted(root_) +
-                                " --screen 3.5 --scratch --png " +
+                                " --screen 3.5 --scratch --json --png " +
                                 shellQuoted(pictures_) + " " + actions);
     EXPECT_EQ(r.status, 0) << r.err;
-    std::string last;
-    for (const auto& e : fs::directory_iterator(pictures_))
-      last = std::max(last, e.path().string());
-    return last;
+    auto steps = testing::jsonLines(r.out);
+    return steps.empty() ? "" : steps.back()["picture"].get<std::string>();
   }
 
   // How many pixels of the window's picture differ from `png`, below the
