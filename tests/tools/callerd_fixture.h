@@ -53,14 +53,31 @@ class CallerdFixture : public ::testing::Test {
                                      "--bus",        "session", "--echo"};
     argv.insert(argv.end(), extra.begin(), extra.end());
     callerd_ = bus_.spawn(argv, root_ + ".callerd.out");
-    ASSERT_TRUE(waitUntil([&] { return said("in-call service started"); }, 10))
-        << output();
+    ASSERT_TRUE(says("in-call service started", 10));
   }
   std::string output() { return readFile(root_ + ".callerd.out"); }
   bool said(const std::string& text) {
     return output().find(text) != std::string::npos;
   }
   size_t count(const std::string& text) { return occurrences(output(), text); }
+  // Waits up to `seconds` for callerd to have said `text` `times` times;
+  // a failure shows all it said.
+  ::testing::AssertionResult says(const std::string& text, double seconds = 2,
+                                  size_t times = 1) {
+    if (waitUntil([&] { return count(text) >= times; }, seconds))
+      return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure()
+           << "callerd did not say \"" << text << "\":\n"
+           << output();
+  }
+  // Waits up to `seconds` for ModemManager to be asked to hang `call` up.
+  ::testing::AssertionResult hungUp(const std::string& call,
+                                    double seconds = 2) {
+    if (waitUntil([&] { return modem_.hangups(call) == 1; }, seconds))
+      return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << call << " was not hung up:\n"
+                                         << output();
+  }
 
   std::string root_ = freshRoot();
   PrivateBus bus_;

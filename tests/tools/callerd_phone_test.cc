@@ -103,25 +103,21 @@ class CallerdPhoneTest : public PrivateHome, public testing::CallerdFixture {
 TEST_F(CallerdPhoneTest, TheUsersContactsPassAlsoOnesAddedWhileItRuns) {
   addContact("Lei", "13507551234");
   start(Dict{{"EnableBlacklist", true}, {"BlacklistBlockStrangers", true}}, {});
-  ASSERT_TRUE(
-      waitUntil([&] { return said("Evolution Data Server: 1 added"); }, 20))
-      << output();
+  ASSERT_TRUE(says("Evolution Data Server: 1 added", 20));
   const auto contact = modem_.ring("13507551234");
-  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2)) << output();
+  ASSERT_TRUE(says(": shown", 2));
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(modem_.hangups(contact), 0u) << output();
   modem_.end(contact);
   const auto stranger = modem_.ring("13407551234");
-  ASSERT_TRUE(waitUntil([&] { return modem_.hangups(stranger) == 1; }, 2))
-      << output();
+  ASSERT_TRUE(hungUp(stranger, 2));
   modem_.end(stranger);
 
   // A contact added while callerd runs passes on its next call.
   addContact("Wang", "13607551234");
-  ASSERT_TRUE(waitUntil([&] { return count(": 1 added") == 2; }, 10))
-      << output();
+  ASSERT_TRUE(says(": 1 added", 10, 2));
   const auto added = modem_.ring("13607551234");
-  ASSERT_TRUE(waitUntil([&] { return count(": shown") >= 2; }, 2)) << output();
+  ASSERT_TRUE(says(": shown", 2, 2));
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(modem_.hangups(added), 0u) << output();
   // (A list changed with the command counts for the next call: the
@@ -134,8 +130,7 @@ TEST_F(CallerdPhoneTest, ABlockedCallsReminderReachesFeedbackd) {
              {"BlacklistBlockMode", 2},
              {"BlacklistBlockingRemind", 3}});
   const auto blocked = modem_.ring("13800138000");
-  ASSERT_TRUE(waitUntil([&] { return modem_.hangups(blocked) == 1; }, 2))
-      << output();
+  ASSERT_TRUE(hungUp(blocked, 2));
   // After the reminder's second: a vibration and the reminder sound.
   std::vector<GVariant*> got;
   ASSERT_TRUE(waitUntil(

@@ -126,9 +126,7 @@ Dict blockingWith(const Dict& changes) {
 TEST_F(CallerdTest, BlocksThroughModemManagerAndRemindsOnce) {
   start(blockingWith({{"BlacklistBlockMode", 0}}));
   const auto listed = modem_.ring(kBlacklisted);
-  EXPECT_TRUE(waitUntil([&] { return modem_.hangups(listed) == 1; }, 1.0))
-      << "the blacklisted call was not hung up within a second\n"
-      << output();
+  EXPECT_TRUE(hungUp(listed, 1.0)) << "within a second";
   EXPECT_EQ(count(": blocked"), 1u) << output();
   // The reminder is one quiet notification, and nothing else is shown.
   ASSERT_TRUE(waitUntil([&] { return !notes().empty(); }, 3.0));
@@ -170,7 +168,7 @@ TEST_F(CallerdTest, ContactsCallShowsAreaAndOrganisationOnce) {
 TEST_F(CallerdTest, UnansweredCallLeavesItsRingSeconds) {
   start(Dict{{"CallHistoryRingDuration", true}});
   const auto call = modem_.ring(kStranger);
-  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  ASSERT_TRUE(says(": shown", 2.0));
   std::this_thread::sleep_for(std::chrono::milliseconds(3400));
   modem_.terminate(call);
   ASSERT_TRUE(waitUntil([&] { return notes().size() == 2; }, 2.0)) << output();
@@ -188,7 +186,7 @@ TEST_F(CallerdTest, UnansweredCallLeavesItsRingSeconds) {
 TEST_F(CallerdTest, ReloadsTheBlacklistOnItsNotification) {
   start(Dict{{"EnableBlacklist", true}});
   const auto first = modem_.ring(kContact);
-  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  ASSERT_TRUE(says(": shown", 2.0));
   modem_.end(first);
   testing::writePlist(prefs("zorvel.black.plist"),
                       Dict{{kContact, Value(true)}});
@@ -196,30 +194,25 @@ TEST_F(CallerdTest, ReloadsTheBlacklistOnItsNotification) {
                             "ZVBlacklistChanged");
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   const auto second = modem_.ring(kContact);
-  EXPECT_TRUE(waitUntil([&] { return modem_.hangups(second) == 1; }, 1.0))
-      << output();
+  EXPECT_TRUE(hungUp(second, 1.0));
 }
 
 TEST_F(CallerdTest, BadCallsNeverStopTheService) {
   start(kBlocking);
   // No number: a withheld caller (decided, not blocked by the area rule).
   auto hidden = modem_.ring(nullptr);
-  ASSERT_TRUE(waitUntil([&] { return said("from a withheld number"); }, 2.0))
-      << output();
+  ASSERT_TRUE(says("from a withheld number", 2.0));
   modem_.end(hidden);
   // 300 digits.
   auto longest = modem_.ring(std::string(300, '7'));
-  ASSERT_TRUE(waitUntil([&] { return count(": shown") == 2; }, 2.0))
-      << output();
+  ASSERT_TRUE(says(": shown", 2.0, 2));
   modem_.end(longest);
   // Bytes that are not UTF-8 (sent as a byte string: D-Bus text cannot
   // carry them): a withheld caller again.
   const guchar bytes[] = {0xff, 0xfe, '1', '3', '8', 0xc3};
   auto binary = modem_.ring(
       g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, bytes, sizeof bytes, 1));
-  ASSERT_TRUE(
-      waitUntil([&] { return count("from a withheld number") == 2; }, 2.0))
-      << output();
+  ASSERT_TRUE(says("from a withheld number", 2.0, 2));
   modem_.end(binary);
   // A call object that vanishes while callerd reads it.
   auto vanishing = modem_.ring(g_variant_new_string(kBlacklisted), false);
@@ -227,8 +220,7 @@ TEST_F(CallerdTest, BadCallsNeverStopTheService) {
   modem_.remove(vanishing);
   // Still serving: the next blocked caller is hung up.
   auto after = modem_.ring(kStranger);
-  EXPECT_TRUE(waitUntil([&] { return modem_.hangups(after) == 1; }, 2.0))
-      << output();
+  EXPECT_TRUE(hungUp(after, 2.0));
   EXPECT_TRUE(testing::PrivateBus::running(callerd_)) << output();
 }
 
@@ -238,15 +230,14 @@ TEST_F(CallerdTest, BusyAddressBookMakesNoStrangerAndNoWait) {
   lockExclusively(root_ + platform_schema::kAddressBookPath);
   const auto contact = modem_.ring(kContact);
   // Decided at once, and not hung up as a stranger.
-  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 0.6)) << output();
+  ASSERT_TRUE(says(": shown", 0.6));
   EXPECT_TRUE(said("could not be read: not blocked as a stranger")) << output();
   EXPECT_EQ(modem_.hangups(contact), 0u);
   modem_.end(contact);
   // Readable again: a stranger is one.
   unlock();
   const auto stranger = modem_.ring(kStranger);
-  EXPECT_TRUE(waitUntil([&] { return modem_.hangups(stranger) == 1; }, 1.0))
-      << output();
+  EXPECT_TRUE(hungUp(stranger, 1.0));
 }
 
 TEST_F(CallerdTest, CallsEndingWhileTheHistoryIsLockedAreKeptInOrder) {
@@ -260,7 +251,7 @@ TEST_F(CallerdTest, CallsEndingWhileTheHistoryIsLockedAreKeptInOrder) {
     numbers.push_back(13407552000 + i);
     const auto asked = std::chrono::steady_clock::now();
     const auto call = modem_.ring(std::to_string(numbers.back()));
-    ASSERT_TRUE(waitUntil([&] { return modem_.hangups(call) == 1; }, 3.0)) << i;
+    ASSERT_TRUE(hungUp(call, 3.0)) << i;
     // The previous call's row waits; the decision on this one does not.
     EXPECT_LT(std::chrono::steady_clock::now() - asked,
               std::chrono::milliseconds(500))
@@ -269,7 +260,7 @@ TEST_F(CallerdTest, CallsEndingWhileTheHistoryIsLockedAreKeptInOrder) {
   }
   // Stopped and started again while the history is still locked: nothing
   // is lost, and the rows go in, in call order, once it is free.
-  ASSERT_TRUE(waitUntil([&] { return said("call 5 from"); }, 2.0));
+  ASSERT_TRUE(says("call 5 from", 2.0));
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(bus_.end(std::exchange(callerd_, -1)), 0);
   start(kBlocking);
@@ -290,19 +281,11 @@ TEST_F(CallerdTest, EveryCallRingingInIsDecidedAtOnceAndEndsWithModemManager) {
   // screens and decisions of their own.
   start(blockingWith({{"BlacklistBlockMode", 0}, {"BlacklistBlockAction", 1}}));
   const auto listed = modem_.ring(kBlacklisted);
-  ASSERT_TRUE(waitUntil([&] { return said("call 1 from"); }, 2.0)) << output();
+  ASSERT_TRUE(says("call 1 from", 2.0));
   const auto contact = modem_.ring(kContact);
-  EXPECT_TRUE(waitUntil(
-      [&] { return said("call 2 from " + std::string(kContact) + ": shown"); },
-      1.0))
-      << output();
+  EXPECT_TRUE(says("call 2 from " + std::string(kContact) + ": shown", 1.0));
   const auto stranger = modem_.ring(kStranger);
-  EXPECT_TRUE(waitUntil(
-      [&] {
-        return said("call 3 from " + std::string(kStranger) + ": blocked");
-      },
-      1.0))
-      << output();
+  EXPECT_TRUE(says("call 3 from " + std::string(kStranger) + ": blocked", 1.0));
   // The contact's call, and only it, is on the desktop (the blocked ones'
   // reminder aside).
   ASSERT_TRUE(waitUntil([&] { return !notes().empty(); }, 2.0));
@@ -319,8 +302,7 @@ TEST_F(CallerdTest, EveryCallRingingInIsDecidedAtOnceAndEndsWithModemManager) {
   // ModemManager goes: each call ends once, the one that was shown is
   // missed, and nothing is decided again.
   bus_.end(std::exchange(mm_, -1));
-  ASSERT_TRUE(waitUntil([&] { return said("waiting for ModemManager"); }, 3.0))
-      << output();
+  ASSERT_TRUE(says("waiting for ModemManager", 3.0));
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(count(": missed"), 1u) << output();
   EXPECT_TRUE(said("call 2 from " + std::string(kContact) + ": missed"));
@@ -331,10 +313,9 @@ TEST_F(CallerdTest, EveryCallRingingInIsDecidedAtOnceAndEndsWithModemManager) {
 TEST_F(CallerdTest, AWaitingBlockedCallIsHungUpWhileTheFirstRings) {
   start(blockingWith({{"BlacklistBlockMode", 0}}));
   const auto contact = modem_.ring(kContact);
-  ASSERT_TRUE(waitUntil([&] { return said(": shown"); }, 2.0)) << output();
+  ASSERT_TRUE(says(": shown", 2.0));
   const auto listed = modem_.ring(kBlacklisted);
-  EXPECT_TRUE(waitUntil([&] { return modem_.hangups(listed) == 1; }, 1.0))
-      << output();
+  EXPECT_TRUE(hungUp(listed, 1.0));
   EXPECT_TRUE(said("call 2 from " + std::string(kBlacklisted) + ": blocked"))
       << output();
   EXPECT_EQ(modem_.hangups(contact), 0u);
