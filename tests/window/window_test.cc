@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <regex>
 
 #include "support/device_files.h"
 #include "support/mock_modem.h"
@@ -46,39 +47,23 @@ class WindowTest : public ::testing::Test {
     fs::remove_all(pictures_);
   }
 
-  // An X server of the test's own on a display number nobody uses. Tests
-  // running side by side may pick the same free number; the one whose
-  // server lost the race (it exits at once) tries the next number, so a
-  // display that answers is always the test's own server.
+  // An X server of the test's own: Xvfb takes a display number nobody
+  // uses (tests run side by side) and, once it takes clients, writes it as
+  // a line of its own among its messages.
   void startDisplay() {
-    int n = 100 + getpid() % 800;
-    for (int attempt = 0; attempt < 20; ++attempt, ++n) {
-      while (fs::exists("/tmp/.X11-unix/X" + std::to_string(n)) ||
-             fs::exists("/tmp/.X" + std::to_string(n) + "-lock"))
-        ++n;
-      display_ = ":" + std::to_string(n);
-      xvfb_ = bus_.spawn({"/usr/bin/Xvfb", display_, "-screen", "0",
-                          "1024x1200x24", "-nolisten", "tcp"},
-                         root_ + ".x.out");
-      // The socket appears before the server takes clients; on a busy
-      // machine a window started at once may find no display.
-      const bool answers = waitUntil(
-          [&] {
-            return !testing::PrivateBus::running(xvfb_) ||
-                   testing::runShell(
-                       "DISPLAY=" + display_ +
-                       " xdotool getdisplaygeometry >/dev/null 2>&1")
-                           .status == 0;
-          },
-          10);
-      if (answers && testing::PrivateBus::running(xvfb_)) break;
-      if (testing::PrivateBus::running(xvfb_)) {
-        ADD_FAILURE() << "Xvfb takes no clients: "
-                      << testing::readFile(root_ + ".x.out");
-        return;
-      }
-    }
-    ASSERT_TRUE(testing::PrivateBus::running(xvfb_))
+    xvfb_ = bus_.spawn({"/usr/bin/Xvfb", "-displayfd", "1", "-screen", "0",
+                        "1024x1200x24", "-nolisten", "tcp"},
+                       root_ + ".x.out");
+    ASSERT_TRUE(waitUntil(
+        [&] {
+          const std::string out = testing::readFile(root_ + ".x.out");
+          std::smatch number;
+          if (!std::regex_search(out, number, std::regex("(^|\\n)(\\d+)\\n")))
+            return false;
+          display_ = ":" + number[2].str();
+          return true;
+        },
+        20))
         << "Xvfb did not start: " << testing::readFile(root_ + ".x.out");
     setenv("DISPLAY", display_.c_str(), 1);
     // No accessibility bus for the window on the private bus.
