@@ -5,7 +5,6 @@
 // test plays the network (calls come, ring, end) and reads what callerd
 // asked of ModemManager and of the desktop.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <chrono>
@@ -16,6 +15,7 @@
 
 #include "callerd_fixture.h"
 #include "platform/db/platform_schema.h"
+#include "platform/db/sqlite_db.h"
 #include "platform/linux/notify_bus.h"
 #include "support/device_db.h"
 #include "support/device_people.h"
@@ -60,15 +60,11 @@ class CallerdTest : public testing::CallerdFixture {
   // Holds an exclusive transaction on the database at `path`, as another
   // program would, until unlock().
   void lockExclusively(const std::string& path) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    locks_.push_back(db);
-    ASSERT_EQ(sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
-              SQLITE_OK);
+    locks_.push_back(
+        std::make_unique<sql::Database>(path, sql::Database::Mode::kReadWrite));
+    ASSERT_TRUE(locks_.back()->exec("BEGIN EXCLUSIVE")) << path;
   }
-  void unlock() {
-    for (sqlite3* db : std::exchange(locks_, {})) sqlite3_close(db);
-  }
+  void unlock() { locks_.clear(); }
 
   // The wall-clock times of all calls' Hangup requests, from the mock's log.
   std::vector<double> hangupTimes() {
@@ -110,7 +106,7 @@ class CallerdTest : public testing::CallerdFixture {
     return -1;
   }
 
-  std::vector<sqlite3*> locks_;
+  std::vector<std::unique_ptr<sql::Database>> locks_;
 };
 
 const Dict kBlocking{{"EnableBlacklist", true},
