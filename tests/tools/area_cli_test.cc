@@ -174,6 +174,8 @@ TEST(ZorvelCliTest, ConventionsOfTheCommandLine) {
            {"phone " + sample + "jump", "jump"},
            {"phone " + sample + "wait:x", "wait:x"},
            {"contacts " + sample + "--text-size 4 back", "text-size"},
+           {"contacts " + sample + "--host messages", "messages"},
+           {"contacts " + sample + "jump:3", "jump:3"},
            {"device create /nonexistent/d --seed -1", "seed"}}) {
     r = runZorvel(args);
     EXPECT_EQ(r.status, 2) << args;
