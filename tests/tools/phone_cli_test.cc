@@ -3,15 +3,11 @@
 // as it was.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "cli_runner.h"
 #include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
-
-namespace fs = std::filesystem;
 
 class PhoneCliTest : public testing::ZorvelCliTest {
  protected:
@@ -61,21 +57,12 @@ TEST_F(PhoneCliTest, BadScriptsFailWithOneLineBeforeAnyActionRuns) {
 }
 
 TEST_F(PhoneCliTest, ScratchLeavesTheDeviceAsItWas) {
-  auto listing = [&] {
-    std::string all;
-    for (auto& e : fs::recursive_directory_iterator(root()))
-      if (e.is_regular_file())
-        all += e.path().string() + " " + std::to_string(e.file_size()) + " " +
-               std::to_string(e.last_write_time().time_since_epoch().count()) +
-               "\n";
-    return all;
-  };
-  const std::string before = listing();
+  const auto before = testing::fileSnapshot(root());
   ASSERT_EQ(run("--scratch type:65 call wait:3").status, 0);
-  EXPECT_EQ(listing(), before);
+  EXPECT_EQ(testing::fileSnapshot(root()), before);
   // Without it, the session is the phone's own: its cache is written.
   ASSERT_EQ(run("type:65").status, 0);
-  EXPECT_NE(listing(), before);
+  EXPECT_NE(testing::fileSnapshot(root()), before);
 }
 
 }  // namespace
