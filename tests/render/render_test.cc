@@ -1,14 +1,14 @@
-// The renderer checked by what its pictures hold: the picture has the
-// screen's pixel size, a hidden view leaves nothing, a round view shows its
-// picture inside the circle and the screen in its corners, a Chinese name
-// set in the Latin font is drawn (by the fallback face) at the width the UI
-// model measures (the model measures with the drawn faces' advances), a
-// label keeps to its number of lines, an alert covers the screen.
+// The renderer checked by what its pictures hold (their pixel size on
+// every screen is tests/tools/pictures_cli_test.cc's): a hidden view leaves
+// nothing, a round view shows its picture inside the circle and the screen
+// in its corners, a Chinese name set in the Latin font is drawn (by the
+// fallback face) at the width the UI model measures (the model measures
+// with the drawn faces' advances), a label keeps to its number of lines,
+// an alert covers the screen.
 #include <gtest/gtest.h>
 
 #include "platform/render/renderer.h"
 #include "platform/render/text_painter.h"
-#include "platform/sim/device_presets.h"
 #include "platform/ui/text_metrics.h"
 #include "platform/ui/text_view.h"
 #include "platform/ui/window.h"
@@ -40,39 +40,29 @@ int countIn(const ui::Image& image, const ui::Rect& r, Pixel colour,
 class RenderTest : public testing::SimTest {
  protected:
   RenderTest() : proc_(world_.launch("com.example.render")) {}
-  render::Scene scene() {
+  // A 4-inch screen at scale 2 showing `layer` over white.
+  render::Scene scene(std::shared_ptr<ui::UIView> layer) {
     render::Scene s;
     s.points = {320, 568};
     s.scale = 2;
+    s.layers.push_back({std::move(layer), std::nullopt});
     return s;
+  }
+  // A screen-sized root view holding `child`.
+  static std::shared_ptr<ui::UIView> screenWith(
+      std::shared_ptr<ui::UIView> child) {
+    auto root = ui::make<ui::UIView>();
+    root->setFrame({{0, 0}, {320, 568}});
+    root->addSubview(std::move(child));
+    return root;
   }
   std::unique_ptr<render::Renderer> renderer_ = render::makeRenderer();
   platform::SimProcess& proc_;
 };
 
-TEST_F(RenderTest, PictureHasTheScreensPixelSizeOnEveryPhone) {
-  for (const auto& inches : platform::screenSizes()) {
-    auto facts = platform::simulatedDevice("8.1", inches);
-    ASSERT_TRUE(facts);
-    render::Scene s;
-    s.points = facts->screenPoints;
-    s.scale = facts->screenScale;
-    auto image = proc_.run([&] { return renderer_->draw(s); });
-    EXPECT_EQ(image.pixelWidth(), facts->screenPixels.width) << inches;
-    EXPECT_EQ(image.pixelHeight(), facts->screenPixels.height) << inches;
-    // The PNG says the same in its header.
-    auto png = proc_.run([&] { return renderer_->png(s); });
-    auto decoded = ui::Image::decode(png, 1);
-    ASSERT_TRUE(decoded) << inches;
-    EXPECT_EQ(decoded->pixelWidth(), facts->screenPixels.width);
-  }
-}
-
 TEST_F(RenderTest, HiddenViewsAndTheirSubviewsLeaveNoPixels) {
   proc_.run([&] {
     const Pixel red{255, 0, 0, 255};
-    auto root = ui::make<ui::UIView>();
-    root->setFrame({{0, 0}, {320, 568}});
     auto box = ui::make<ui::UIView>();
     box->setFrame({{40, 100}, {100, 100}});
     box->setBackgroundColor(ui::Color{1, 0, 0, 1});
@@ -81,9 +71,8 @@ TEST_F(RenderTest, HiddenViewsAndTheirSubviewsLeaveNoPixels) {
     inner->setText("Hidden");
     inner->setTextColor({1, 0, 0, 1});
     box->addSubview(inner);
-    root->addSubview(box);
-    auto s = scene();
-    s.layers.push_back({root, std::nullopt});
+    auto root = screenWith(box);
+    auto s = scene(root);
     const ui::Rect whole{{0, 0}, {320, 568}};
     EXPECT_EQ(countIn(renderer_->draw(s), {{40, 100}, {100, 100}}, red),
               200 * 200);
@@ -109,8 +98,6 @@ TEST_F(RenderTest, LabelTextTakesAtMostItsNumberOfLines) {
   proc_.run([&] {
     // The height (points) of the band of rows the text's ink covers.
     auto inkHeight = [&](int lines) {
-      auto root = ui::make<ui::UIView>();
-      root->setFrame({{0, 0}, {320, 568}});
       auto label = ui::make<ui::UILabel>();
       label->setFrame({{10, 100}, {200, 160}});
       label->setFont({"Helvetica", 15});
@@ -118,10 +105,7 @@ TEST_F(RenderTest, LabelTextTakesAtMostItsNumberOfLines) {
           "A long preview of the last message that cannot fit on two lines "
           "of this label, so that its second line has to end early.");
       label->setNumberOfLines(lines);
-      root->addSubview(label);
-      auto s = scene();
-      s.layers.push_back({root, std::nullopt});
-      auto image = renderer_->draw(s);
+      auto image = renderer_->draw(scene(screenWith(label)));
       int top = -1, bottom = -1;
       for (int y = 0; y < image.pixelHeight(); ++y)
         for (int x = 0; x < image.pixelWidth(); ++x)
@@ -148,8 +132,7 @@ TEST_F(RenderTest, RoundAvatarShowsThePictureInsideAndTheScreenInTheCorners) {
     avatar->setCornerRadius(20);
     avatar->setImage(
         std::make_shared<const ui::Image>(ui::Image::filled(80, 80, 2, green)));
-    auto s = scene();
-    s.layers.push_back({avatar, std::nullopt});
+    const auto s = scene(avatar);
     auto image = renderer_->draw(s);
     // The middle is the picture; a square around it well inside the circle
     // too.
@@ -195,9 +178,7 @@ TEST_F(RenderTest,
     label->setFont(font);
     label->setText("张伟 Wei");
     label->setTextColor({0, 0, 1, 1});
-    auto s = scene();
-    s.layers.push_back({label, std::nullopt});
-    auto image = renderer_->draw(s);
+    auto image = renderer_->draw(scene(label));
     const Pixel blue{0, 0, 255, 255};
     // Ink of both ideographs, and nothing past the measured text.
     EXPECT_GT(countIn(image, {{20, 100}, {20, 30}}, blue, 40), 20);
@@ -238,8 +219,6 @@ struct WideSpacing : ui::LayoutManagerDelegate {
 TEST_F(RenderTest, TextViewLinesAreDrawnWhereTheModelLaidThemOut) {
   proc_.run([&] {
     const Pixel blue{0, 0, 255, 255};
-    auto root = ui::make<ui::UIView>();
-    root->setFrame({{0, 0}, {320, 568}});
     auto tv = ui::make<ui::UITextView>();
     tv->setFrame({{20, 100}, {280, 10}});
     tv->setContentInset({8, 10, 8, 10});
@@ -249,10 +228,7 @@ TEST_F(RenderTest, TextViewLinesAreDrawnWhereTheModelLaidThemOut) {
     auto spacing = std::make_shared<WideSpacing>();
     tv->setLayoutManagerDelegate(spacing);
     tv->sizeToFit();
-    root->addSubview(tv);
-    auto s = scene();
-    s.layers.push_back({root, std::nullopt});
-    auto image = renderer_->draw(s);
+    auto image = renderer_->draw(scene(screenWith(tv)));
     const auto lines = tv->placedLines();
     ASSERT_EQ(lines.size(), 2u);
     // Each line's ink lies in its own rectangle; the 20 points of spacing

@@ -1,9 +1,9 @@
 // ModemManager on a private test bus, played by python3-dbusmock's generic
 // object API under its real interface names: one modem with a voice
-// interface, calls the test rings in, ends and deletes, and the record of
-// what a program asked of the mock objects (any dbusmock object on the
-// bus, by its service name). A mock that never takes its name fails the
-// test.
+// interface, calls the test rings in, ends and deletes or expects the
+// program to make, and the record of what a program asked of the mock
+// objects (any dbusmock object on the bus, by its service name). A mock
+// that never takes its name fails the test.
 #pragma once
 
 #include <gio/gio.h>
@@ -143,6 +143,29 @@ class MockModemManager {
     mock(kModem, "EmitSignal",
          g_variant_new_parsed("(%s, 'CallAdded', 'o', [<%o>])", kVoice,
                               path.c_str()));
+  }
+  // Voice.CreateCall answers with a new outgoing call to `number`,
+  // announced as ModemManager does, that goes to dialling when started.
+  // Returns the call's object path.
+  std::string expectOutgoingCall(const std::string& number) {
+    const std::string path =
+        std::string(kMMPath) + "/Call/" + std::to_string(++calls_);
+    mock(kMMPath, "AddObject",
+         g_variant_new_parsed(
+             "(%s, %s, {'Number': <%s>, 'Direction': <int32 2>, "
+             "'State': <int32 0>, 'StateReason': <int32 0>, "
+             "'Multiparty': <false>}, [('Start', '', '', "
+             "\"self.UpdateProperties('org.freedesktop.ModemManager1.Call', "
+             "{'State': dbus.Int32(1)})\")])",
+             path.c_str(), kCall, number.c_str()));
+    const std::string create = std::string("self.EmitSignal('") + kVoice +
+                               "', 'CallAdded', 'o', [dbus.ObjectPath('" +
+                               path + "')]); ret = dbus.ObjectPath('" + path +
+                               "')";
+    mock(kModem, "AddMethod",
+         g_variant_new("(sssss)", kVoice, "CreateCall", "a{sv}", "o",
+                       create.c_str()));
+    return path;
   }
   // The far end gives up, or the call otherwise ends.
   void terminate(const std::string& path) {

@@ -174,6 +174,8 @@ TEST(ZorvelCliTest, ConventionsOfTheCommandLine) {
            {"phone " + sample + "jump", "jump"},
            {"phone " + sample + "wait:x", "wait:x"},
            {"contacts " + sample + "--text-size 4 back", "text-size"},
+           {"contacts " + sample + "--host messages", "messages"},
+           {"contacts " + sample + "jump:3", "jump:3"},
            {"device create /nonexistent/d --seed -1", "seed"}}) {
     r = runZorvel(args);
     EXPECT_EQ(r.status, 2) << args;
@@ -207,7 +209,9 @@ TEST_F(AreaCliTest, AFolderThatIsNotADeviceIsRefusedUntouched) {
            {"phone --root '" + notes + "' type:93 call", "not a device root"},
            {"call --root '" + notes + "' incoming:10086", "not a device root"},
            {"area --root '" + notes + "/todo.txt' 138", "is not a folder"},
-           {"device create '" + notes + "' --force", "not a device root"}}) {
+           {"settings --root '" + notes + "/absent'", "device root not found"},
+           {"device create '" + notes + "' --force", "not a device root"},
+           {"init --root '" + notes + "'", "is not empty and not a device"}}) {
     auto r = runZorvel(args);
     EXPECT_EQ(r.status, 1) << args;
     EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;

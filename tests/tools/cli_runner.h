@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "support/device_files.h"
+#include "support/device_people.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
@@ -94,6 +96,35 @@ inline void copySampleDevice(const std::string& root) {
   fs::copy(ZV_BINARY_DIR "/sample-device", root,
            fs::copy_options::recursive | fs::copy_options::overwrite_existing);
 }
+
+// A phone under `root` whose keypad searches Mary Jones (138 0170 0000)
+// and Wei Zhang (13912345678) and dials with the prefix 17951 outside 010.
+inline void writePrefixDiallingPhone(const std::string& root) {
+  writeFile(root + "/Library/Zorvel/Area/China", chinaDatabase());
+  auto mary = deviceContact(1, "Mary", "Jones", "13801700000");
+  mary.phones[0] = {"138 0170 0000", "13801700000", 1};
+  writeDevicePeople(root,
+                    {mary, deviceContact(2, "Wei", "Zhang", "13912345678")});
+  const std::string prefs = root + "/var/mobile/Library/Preferences/";
+  writePlist(prefs + "zorvel.plist",
+             Dict{{"EnablePrefix", true},
+                  {"PrefixNumber", "17951"},
+                  {"PrefixLocalAreaCode", "010"},
+                  // The simulated phone has no number formatter (the Linux
+                  // one has): both show digits.
+                  {"DialerFormatPhoneNubmer", false}});
+  writePlist(prefs + "zorvel.keypad.plist", Dict{{"EnableSearch", true}});
+}
+
+// `zorvel ARGS --root COPY` on a fresh copy of the sample device.
+class SampleDeviceTest : public ::testing::Test {
+ protected:
+  void SetUp() override { copySampleDevice(root_.path()); }
+  CliResult run(const std::string& args) {
+    return runZorvel(args + " --root '" + root_.path() + "'");
+  }
+  TempRoot root_;
+};
 
 // Every regular file under `root` with its bytes: equal snapshots mean a
 // command wrote nothing.

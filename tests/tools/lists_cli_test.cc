@@ -15,16 +15,7 @@ namespace {
 
 using json = nlohmann::json;
 
-class ListsCliTest : public ::testing::Test {
- protected:
-  void SetUp() override { testing::copySampleDevice(root_.path()); }
-  // zorvel with `args` on the copy.
-  testing::CliResult run(const std::string& args) {
-    return testing::runZorvel(args + " --root '" + root_.path() + "'");
-  }
-
-  testing::TempRoot root_;
-};
+class ListsCliTest : public testing::SampleDeviceTest {};
 
 TEST_F(ListsCliTest, ContactsShowsTheListAndACardWithAreas) {
   // One object per action, as every session prints.
@@ -43,13 +34,8 @@ TEST_F(ListsCliTest, ContactsShowsTheListAndACardWithAreas) {
   EXPECT_FALSE(screens[1]["rows"].empty());
 }
 
-TEST_F(ListsCliTest, ContactsUsageErrorsAreOneLine) {
-  for (const char* args : {"contacts --host messages", "contacts jump:3"}) {
-    auto r = run(args);
-    EXPECT_EQ(r.status, 2) << args;
-    EXPECT_TRUE(r.out.empty()) << args;
-    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-  }
+// (Its usage errors are rows of area_cli_test.cc's conventions.)
+TEST_F(ListsCliTest, AContactThatIsNotThereFailsTheSession) {
   auto r = run("contacts open:nobody-here");
   EXPECT_EQ(r.status, 1);
   EXPECT_NE(r.err.find("no contact named"), std::string::npos) << r.err;

@@ -27,31 +27,20 @@ class MessagesCliTest : public testing::ZorvelCliTest {
   }
 };
 
+// The fields each screen prints; what the screens show and save is
+// tests/hooks/messages_e2e_test.cc's and tests/messages'.
 TEST_F(MessagesCliTest, ListConversationAndGroupSession) {
-  auto s = session(
-      "list open:1 back new to:10086 group pick:1:2 check:1 done group "
-      "save:Team");
-  ASSERT_EQ(s.size(), 11u);
+  auto s = session("list open:1 back new to:10086 group save:Team");
+  ASSERT_EQ(s.size(), 7u);
   EXPECT_EQ(s[0]["screen"], "list");
-  ASSERT_GE(s[0]["rows"].size(), 8u);
-  bool someArea = false, somePicture = false;
-  for (const auto& row : s[0]["rows"]) {
-    someArea |= !row["area"].get<std::string>().empty();
-    somePicture |= row["picture"].get<std::string>().rfind("contact ", 0) == 0;
-    EXPECT_FALSE(row["summary"].get<std::string>().empty());
-  }
-  EXPECT_TRUE(someArea);
-  EXPECT_TRUE(somePicture);
+  ASSERT_FALSE(s[0]["rows"].empty());
+  for (const char* field : {"area", "picture", "summary"})
+    EXPECT_TRUE(s[0]["rows"][0][field].is_string()) << field;
   EXPECT_EQ(s[1]["screen"], "conversation");
   EXPECT_FALSE(s[1]["messages"].empty());
   EXPECT_EQ(s[3]["left"], "Group");
   EXPECT_EQ(s[4]["recipients"][0]["address"], "10086");
-  EXPECT_EQ(s[5]["sections"][2][0]["text"], "Save Recipients  (1)");
-  EXPECT_EQ(s[7]["rows"][0]["checked"], true);
-  // Done: the composer holds the checked number instead of 10086.
-  ASSERT_EQ(s[8]["recipients"].size(), 1u);
-  EXPECT_NE(s[8]["recipients"][0]["address"], "10086");
-  EXPECT_EQ(s[10]["sections"][1][0]["text"], "Team");
+  EXPECT_EQ(s[6]["sections"][1][0]["text"], "Team");
   auto saved = plist::readDictionary(prefs("zorvel.recipients.plist"));
   ASSERT_TRUE(saved);
   EXPECT_EQ(saved->count("Team"), 1u);

@@ -32,44 +32,37 @@ std::string unescape(std::string s) {
 
 std::string quoted(const std::string& s) { return "'" + s + "'"; }
 
-class PicturesCliTest : public ::testing::Test {
+class PicturesCliTest : public testing::SampleDeviceTest {
  protected:
-  void SetUp() override { testing::copySampleDevice(root_.path()); }
-  // zorvel COMMAND on the sample copy, then OPTIONS and the actions.
-  testing::CliResult run(const std::string& command,
-                         const std::string& options) {
-    return testing::runZorvel(command + " --root " + quoted(root_.path()) +
-                              " " + options);
-  }
-  testing::TempRoot root_, pictures_;
+  testing::TempRoot pictures_;
 };
 
 TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
   struct Case {
     std::string command, actions;
-    int pixelWidth;
+    std::pair<int, int> pixels;
     std::vector<std::string> names;
   };
   const std::vector<Case> cases = {
       {"phone --screen 5.5",
        "type:2 list",
-       1242,
+       {1242, 2208},
        {"001-type_2.png", "002-list.png"}},
       {"call --screen 4",
        "incoming:13912345678",
-       640,
+       {640, 1136},
        {"001-incoming_13912345678.png"}},
-      {"contacts --screen 3.5", "open:1", 640, {"001-open_1.png"}},
+      {"contacts --screen 3.5", "open:1", {640, 960}, {"001-open_1.png"}},
       {"messages --screen 4.7",
        "list open:1",
-       750,
+       {750, 1334},
        {"001-list.png", "002-open_1.png"}},
-      {"controlcenter --screen 4.7", "open", 750, {"001-open.png"}},
+      {"controlcenter --screen 4.7", "open", {750, 1334}, {"001-open.png"}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.command);
     const std::string dir = pictures_.path() + "/" + c.command.substr(0, 4);
-    auto r = run(c.command, "--json --png " + quoted(dir) + " " + c.actions);
+    auto r = run(c.command + " --json --png " + quoted(dir) + " " + c.actions);
     ASSERT_EQ(r.status, 0) << r.err;
     std::vector<std::string> named;
     for (const auto& s : testing::jsonLines(r.out)) {
@@ -81,13 +74,15 @@ TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
     for (const auto& name : c.names) {
       auto image = ui::Image::fromFile(dir + "/" + name, 1);
       ASSERT_TRUE(image) << name;
-      EXPECT_EQ(image->pixelWidth(), c.pixelWidth) << name;
+      EXPECT_EQ(image->pixelWidth(), c.pixels.first) << name;
+      EXPECT_EQ(image->pixelHeight(), c.pixels.second) << name;
     }
     // In text the picture is a line of its own; without --png there is none.
-    auto text = run(c.command, "--png " + quoted(dir) + " " + c.actions);
+    auto text = run(c.command + " --png " + quoted(dir) + " " + c.actions);
     EXPECT_NE(text.out.find("  picture: " + dir + "/" + c.names.back()),
               std::string::npos);
-    EXPECT_EQ(run(c.command, c.actions).out.find("picture"), std::string::npos);
+    EXPECT_EQ(run(c.command + " " + c.actions).out.find("picture"),
+              std::string::npos);
   }
 }
 
@@ -111,8 +106,8 @@ TEST_F(PicturesCliTest, UnwritableDirectoryIsOneUsageErrorBeforeAnyAction) {
                                  {"messages", "list"},
                                  {"controlcenter", "open"}}) {
     SCOPED_TRACE(command);
-    auto r =
-        run(command, "--png " + quoted(blocker + "/pictures") + " " + action);
+    auto r = run(std::string(command) + " --png " +
+                 quoted(blocker + "/pictures") + " " + action);
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.out, "");
     EXPECT_EQ(r.errLines(), 1u) << r.err;
@@ -124,7 +119,7 @@ TEST_F(PicturesCliTest, TourPageShowsEveryPictureAndCaptionInChromium) {
   ASSERT_TRUE(fs::exists("/usr/bin/chromium"))
       << "headless Chromium is installed by scripts/setup";
   const std::string dir = pictures_.path() + "/tour";
-  auto r = run("tour", quoted(dir));
+  auto r = run("tour " + quoted(dir));
   ASSERT_EQ(r.status, 0) << r.err;
   std::vector<std::string> captions;
   const std::string html = testing::readFile(dir + "/index.html");

@@ -73,21 +73,7 @@ class ZvtoolTest : public ::testing::Test {
   const std::string& root_ = temp_.path();
 };
 
-TEST_F(ZvtoolTest, BadArgumentsAreOneLineAndExitTwo) {
-  createLegacy();
-  for (const char* arguments : {"", "-s", "-s abc", "-s -1", "-d", "-d soon",
-                                "-x", "-c -s 3", "-c extra"}) {
-    CliResult run = zvtool(arguments);
-    EXPECT_EQ(run.status, 2) << arguments;
-    EXPECT_EQ(run.err.rfind("zvtool: ", 0), 0u) << arguments;
-    EXPECT_EQ(run.errLines(), 1u) << arguments << ": " << run.err;
-  }
-  CliResult run = zvtool("--version");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out, "zvtool 1.0.0 alpha7\n");
-}
-
-TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
+TEST_F(ZvtoolTest, BadArgumentsOrNoDatabaseAreOneLine) {
   for (const char* arguments : {"-c", "-s 3", "-d 1000", "--install"}) {
     CliResult run = zvtool(arguments);
     EXPECT_EQ(run.status, 1) << arguments;
@@ -99,11 +85,29 @@ TEST_F(ZvtoolTest, MissingDatabaseOrRootFailsWithOneLine) {
   CliResult noRoot = testing::runZvtool("-c", "");
   EXPECT_EQ(noRoot.status, 1);
   EXPECT_EQ(noRoot.err, "zvtool: ZORVEL_ROOT is not set\n");
+  createLegacy();
+  for (const char* arguments : {"", "-s", "-s abc", "-s -1", "-d", "-d soon",
+                                "-x", "-c -s 3", "-c extra"}) {
+    CliResult run = zvtool(arguments);
+    EXPECT_EQ(run.status, 2) << arguments;
+    EXPECT_EQ(run.err.rfind("zvtool: ", 0), 0u) << arguments;
+    EXPECT_EQ(run.errLines(), 1u) << arguments << ": " << run.err;
+  }
+  CliResult version = zvtool("--version");
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "zvtool 1.0.0 alpha7\n");
 }
 
 TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformTrims) {
-  createLegacy();
+  // Either database alone is enough to install on.
   createModern();
+  ASSERT_EQ(zvtool("--install").status, 0);
+  EXPECT_EQ(column(kStorePath,
+                   "SELECT COUNT(*) FROM sqlite_master WHERE name IN "
+                   "('ZVZCALLRECORD', 'zvtool_trimmed_ZCALLRECORD')"),
+            (std::vector<int64_t>{2}));
+  EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
+  createLegacy();
   // An earlier install's trigger, which copied every deleted row, goes.
   exec(kLegacyPath, platform_schema::callTableSql("deleted") +
                         "; CREATE TRIGGER zvtool_backup_call BEFORE DELETE ON "
@@ -128,16 +132,6 @@ TEST_F(ZvtoolTest, InstalledTriggersBackUpWhatThePlatformTrims) {
   ASSERT_EQ(zvtool("-s 10").status, 0);
   exec(kLegacyPath, "DELETE FROM call");
   EXPECT_EQ(legacy("SELECT COUNT(*) FROM deleted"), (std::vector<int64_t>{0}));
-}
-
-TEST_F(ZvtoolTest, InstallNeedsOnlyOneOfTheDatabases) {
-  createModern();
-  ASSERT_EQ(zvtool("--install").status, 0);
-  EXPECT_EQ(column(kStorePath,
-                   "SELECT COUNT(*) FROM sqlite_master WHERE name IN "
-                   "('ZVZCALLRECORD', 'zvtool_trimmed_ZCALLRECORD')"),
-            (std::vector<int64_t>{2}));
-  EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
 }
 
 TEST_F(ZvtoolTest, RestoreBringsBackTheNewestOlderCallsAndEmptiesTheBackup) {

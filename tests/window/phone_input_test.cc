@@ -8,12 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "dialer/keypad_controller.h"
-#include "hooks/modules.h"
-#include "hosts/kit/host_kit.h"
-#include "platform/sim/device_presets.h"
-#include "support/device_files.h"
 #include "support/device_people.h"
-#include "support/sim_fixture.h"
+#include "support/world.h"
 
 namespace zv {
 namespace {
@@ -22,22 +18,16 @@ ui::Point centre(const ui::Rect& r) {
   return {r.origin.x + r.size.width / 2, r.origin.y + r.size.height / 2};
 }
 
-class PhoneInputTest : public testing::SimTest,
-                       public window::PhoneInput::Port {
+class PhoneInputTest : public testing::World, public window::PhoneInput::Port {
  protected:
   PhoneInputTest() {
-    testing::writeFile(root_ + "/Library/Zorvel/Area/China",
-                       testing::chinaDatabase());
+    installChinaDatabase();
     testing::writeDevicePeople(
         root_, {testing::deviceContact(1, "Mary", "Jones", "13801700000"),
                 testing::deviceContact(2, "Wei", "Zhang", "13912345678")});
-    testing::writePlist(
-        root_ + "/var/mobile/Library/Preferences/zorvel.keypad.plist",
-        Dict{{"EnableSearch", true}});
-    proc_ = &hosts::launchSimulated(world_, hosts::phoneHost(),
-                                    *platform::simulatedDevice("8.1", "4.7"),
-                                    ZorvelInitializer);
-    world_.advance(0);
+    writeDevicePlist("/var/mobile/Library/Preferences/zorvel.keypad.plist",
+                     {{"EnableSearch", true}});
+    proc_ = &start(hosts::phoneHost());
     app_ = proc_->run([] { return hosts::PhoneApplication::shared(); });
     input_ = std::make_unique<window::PhoneInput>(*app_, *this);
   }
@@ -49,15 +39,14 @@ class PhoneInputTest : public testing::SimTest,
   void closed() override {}
 
   void tapAt(ui::Point p) {
-    proc_->run([&] {
+    in(*proc_, [&] {
       input_->pointerDown(p);
       input_->pointerUp(p);
     });
-    world_.advance(0);
   }
   // Holds the finger still until the long press fires, then lifts it.
   void holdAt(ui::Point p) {
-    proc_->run([&] {
+    in(*proc_, [&] {
       input_->pointerDown(p);
       const gint64 end = g_get_monotonic_time() +
                          window::PhoneInput::kLongPressSeconds * 1.5e6;
@@ -65,15 +54,13 @@ class PhoneInputTest : public testing::SimTest,
         g_main_context_iteration(nullptr, FALSE);
       input_->pointerUp(p);
     });
-    world_.advance(0);
   }
   void dragFrom(ui::Point p, double dx) {
-    proc_->run([&] {
+    in(*proc_, [&] {
       input_->pointerDown(p);
       input_->pointerMoved({p.x + dx / 2, p.y});
       input_->pointerUp({p.x + dx, p.y});
     });
-    world_.advance(0);
   }
   // The keypad key's place on screen, as the window lays it out.
   ui::Rect key(char k) {
@@ -144,10 +131,9 @@ TEST_F(PhoneInputTest, TouchesPressTheKeysAndButtonsTheWindowShows) {
 }
 
 TEST_F(PhoneInputTest, PagerSwipesListsAndOpensItsMenuByTouch) {
-  proc_->run([&] {
-    for (const char* k : {"6", "5"}) input_->type("", k[0]);
+  in(*proc_, [&] {
+    for (char k : {'6', '5'}) input_->type("", k);
   });
-  world_.advance(0);
   auto pager = controller()->keypadView();
   ASSERT_TRUE(pager && pager->isVisible());
   ASSERT_EQ(pager->getCount(), 2);
@@ -189,8 +175,7 @@ TEST_F(PhoneInputTest, KeyboardTypesDeletesAndCalls) {
       EXPECT_EQ(input_->type(k.name, k.character), k.taken) << k.name;
   });
   EXPECT_EQ(display(), "13#*");
-  proc_->run([&] { input_->key("Return", '\r'); });
-  world_.advance(0);
+  in(*proc_, [&] { input_->key("Return", '\r'); });
   ASSERT_EQ(app_->dialled.size(), 1u);
   EXPECT_EQ(app_->dialled[0].number, "13#*");
 }
