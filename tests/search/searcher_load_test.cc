@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
-#include "core/settings.h"
 #include "search/searcher.h"
+#include "search/searcher_cache.h"
 #include "search_fixture.h"
 #include "support/device_files.h"
 
@@ -50,7 +48,7 @@ TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
     EXPECT_FALSE(s->isAddressBookChanged());
   });
   // The cache holds the same persons, one line each (its lines are
-  // searcher_cache_test.cc's).
+  // searcher_forms_test.cc's).
   std::string cache = readCache();
   EXPECT_EQ(std::count(cache.begin(), cache.end(), '\n'), 5);
 }
@@ -84,16 +82,18 @@ TEST_F(SearcherLoadTest, CacheIsUsedUntilTheAddressBookChanges) {
   // A change in another process: the flag is set in memory at once and
   // stored 1.0 s after the last of a burst.
   writeContacts({{2, "Bo", "Wu", nullptr, {"200"}}});
-  contacts.run([&] {
-    platform::current().post(platform::kAddressBookExternalChangeNotification);
-  });
+  auto changed = [&] {
+    contacts.run([] {
+      platform::current().post(
+          platform::kAddressBookExternalChangeNotification);
+    });
+  };
+  changed();
   world_.advance(0);
   other.run(
       [&] { EXPECT_TRUE(ZVSearcher::sharedInstance()->addressBookChanged()); });
   world_.advance(0.6);
-  contacts.run([&] {
-    platform::current().post(platform::kAddressBookExternalChangeNotification);
-  });
+  changed();
   world_.advance(0.6);
   EXPECT_FALSE(storedFlag());
   world_.advance(0.5);
@@ -212,12 +212,13 @@ TEST_F(SearcherLoadTest, CallHistoryOfBothPlatformGenerations) {
   old.systemVersion = "7.1";
   world_.launch("com.apple.mobilephone", old).run([&] {
     auto s = ZVSearcher::sharedInstance();
-    ASSERT_EQ(s->callHistory().size(), 2u);  // "" and letters are skipped
-    EXPECT_EQ(s->callHistory()[0], s->persons()[0]);
-    EXPECT_EQ(s->callHistory()[1]->recordId(), -2);
-    EXPECT_EQ(s->callHistory()[1]->priority(), 1);
-    EXPECT_EQ(s->callHistory()[1]->getPhoneNumber(), "+86999");
-    EXPECT_EQ(s->callHistory()[1]->getNameFull(), "");
+    const auto& calls = s->callHistory();
+    ASSERT_EQ(calls.size(), 2u);  // "" and letters are skipped
+    EXPECT_EQ(calls[0], s->persons()[0]);
+    // A number without contact: no record, no name, priority 1.
+    EXPECT_EQ(formatCacheLine(*calls[1]),
+              "-2\t-1\t0\t(null)\t(null)\t(null)\t(null)\t+86999\t(null)\n");
+    EXPECT_EQ(calls[1]->priority(), 1);
   });
   phone().run([&] {
     EXPECT_EQ(forms(ZVSearcher::sharedInstance()->callHistory(),

@@ -1,0 +1,242 @@
+// The searcher's name forms: how names encode, the cache-file lines that
+// store them, and the highlight ranges read back from them.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "search/searcher.h"
+#include "search/searcher_cache.h"
+#include "search/searcher_encode.h"
+
+namespace zv {
+namespace {
+
+TEST(EncodeTest, FormsOfLatinChineseAndOtherCharacters) {
+  T9Table table;
+  loadT9text(table, "94264=张\n9426=小\n6464=明\n=空\n");
+  struct Case {
+    const char* name;
+    bool withTable;
+    const char *j, *p, *e, *f;  // null: not checked
+    int length;                 // -1: not checked
+  } cases[] = {
+      {"Anna Maria Lopez", false, "26626274256739", "26626274256739", "265",
+       "11111111111111", 14},
+      // The last character gives its reading to the initials.
+      {"张小明", true, "996464", "9426494266464", "9", "544", 3},
+      // A word that is only the last character gives its whole reading.
+      {"Li 明", true, "546464", nullptr, "56464", nullptr, 3},
+      // An empty reading adds nothing but still counts as output.
+      {"张空", true, "9", "94264", nullptr, "50", 2},
+      {"!?", false, "**", "**", "**", "11", 0},
+      // Without a table a Chinese character is '*' everywhere, even in E
+      // after the first word letter; digits and keypad symbols pass through.
+      {"a张 +1", false, "2*+1", nullptr, "2*+", "1111", 4},
+      {"a张", false, nullptr, nullptr, nullptr, nullptr, 1},
+      // Malformed UTF-8 never reads past the end.
+      {"\xe5", false, "*", nullptr, nullptr, nullptr, -1},
+      {"\xfe\x80", false, "*", nullptr, nullptr, nullptr, -1},
+  };
+  EncodedName e;  // reused from name to name, as the loader does
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    encodeName(c.name, c.withTable ? &table : nullptr, e);
+    for (auto [got, want] : {std::pair{e.jianPin, c.j},
+                             {e.pinYin, c.p},
+                             {e.english, c.e},
+                             {e.first, c.f}})
+      EXPECT_TRUE(!want || got == want) << got << " for " << want;
+    EXPECT_TRUE(c.length < 0 || e.nameLength == c.length) << e.nameLength;
+  }
+}
+
+TEST(EncodeTest, FormsStayBoundedAndConsistent) {
+  EncodedName e;
+  encodeName(std::string(400, 'b'), nullptr, e);
+  EXPECT_EQ(e.pinYin.size(), 254u);
+  EXPECT_EQ(e.first.size(), 254u);
+  EXPECT_EQ(e.nameLength, 254);
+
+  // Long readings: P stops growing below 255 bytes and F keeps one byte
+  // per character, never a NUL.
+  T9Table t;
+  loadT9text(t, std::string(300, '2') + "=x\n" + "12345678=y\n");
+  encodeName("yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyx", &t, e);
+  EXPECT_LT(e.pinYin.size(), 255u);
+  EXPECT_EQ(e.first.find('\0'), std::string::npos);
+  size_t sum = 0;
+  for (char c : e.first) sum += static_cast<unsigned char>(c) - '0';
+  EXPECT_GE(sum, e.pinYin.size());
+}
+
+TEST(ComposeTest, SpaceRuleAndOrder) {
+  EXPECT_EQ(composeDisplayName("Al", "B", nullptr, false), "AlB");
+  EXPECT_EQ(composeDisplayName("Li", "Na", nullptr, false), "Li Na");
+  EXPECT_EQ(composeDisplayName("John", "Smith", nullptr, true), "Smith John");
+  EXPECT_EQ(composeDisplayName("明", "张", nullptr, true), "张明");
+  EXPECT_EQ(composeDisplayName("小明", "张", nullptr, true), "张小明");
+  EXPECT_EQ(composeDisplayName("", "Smith", nullptr, false), "Smith");
+
+  std::string org = "Acme";
+  EXPECT_EQ(composeDisplayName("", "", &org, false), "Acme");
+  EXPECT_EQ(composeDisplayName("Li", "Na", &org, false), "Li Na Acme");
+  std::string empty;
+  EXPECT_EQ(composeDisplayName("Li", "", &empty, false), "Li");
+}
+
+TEST(ComposeTest, PartsAreCutTo255Bytes) {
+  std::string longFirst(300, 'f');
+  std::string name = composeDisplayName(longFirst, "Last", nullptr, false);
+  EXPECT_EQ(name, std::string(255, 'f'));
+  std::string org(100, 'o');
+  name = composeDisplayName(std::string(200, 'f'), std::string(100, 'l'), &org,
+                            false);
+  EXPECT_EQ(name, std::string(200, 'f') + " " + std::string(55, 'l'));
+  name = composeDisplayName(std::string(200, 'f'), "", &org, false);
+  EXPECT_EQ(name, std::string(200, 'f') + " " + std::string(55, 'o'));
+}
+
+using R = ZVRange;
+
+TEST(HighlightTest, NameRangesByTheFormThatMatched) {
+  T9Table t;
+  loadT9text(t, "94264=张\n9426=小\n6464=明\n");
+  struct Case {
+    const char* name;
+    int priority;
+    const char* key;
+    R range;
+  } cases[] = {
+      {"张小明", ZVPerson::kByInitials, "99", {0, 2}},
+      {"张小明", ZVPerson::kByInitials, "996", {0, 3}},
+      // A key that is not in the form highlights nothing.
+      {"张小明", ZVPerson::kByInitials, "11", {}},
+      // "94264" is 张; "4264942" runs from 张 into 小; "66464" holds 明's
+      // reading, first found inside 张小 ("...64 9426 6464": offset 3).
+      {"张小明", ZVPerson::kByReading, "94264", {0, 1}},
+      {"张小明", ZVPerson::kByReading, "4264942", {0, 2}},
+      {"张小明", ZVPerson::kByReading, "66464", {1, 2}},
+      {"Li Na", ZVPerson::kByInitials, "62", {3, 2}},
+      // A space right after the range is taken into it.
+      {"Li Na", ZVPerson::kByInitials, "54", {0, 3}},
+      {"Ann Dee Go", ZVPerson::kByWords, "34", {3, 7}},
+      {"Ann Dee Go", ZVPerson::kByWords, "2", {0, 3}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.name) + " " + c.key);
+    ZVPerson p;  // laid out as the loader does
+    EncodedName e;
+    encodeName(c.name, &t, e);
+    p.setNameJianPin(e.jianPin);
+    p.setNamePinYin(e.pinYin);
+    p.setNameEnglish(e.english);
+    p.setNameFirst(e.first);
+    p.setNameLength(e.nameLength);
+    p.setPriority(c.priority);
+    EXPECT_EQ(ZVSearcher::getHighlightNameRange(c.name, c.key, &p), c.range);
+  }
+  // No person, nothing.
+  EXPECT_EQ(ZVSearcher::getHighlightNameRange("张小明", "99", nullptr), (R{}));
+
+  EXPECT_EQ(ZVSearcher::getShiftSpaceEnglishNameRange({1, 2}, "Ann Dee Go"),
+            (R{3, 7}));
+  EXPECT_EQ(ZVSearcher::getShiftSpaceEnglishNameRange({0, 1}, "Ann Dee Go"),
+            (R{0, 3}));
+  // Ranges count UTF-16 units: an emoji before the space takes two.
+  EXPECT_EQ(ZVSearcher::getShiftSpaceNameRange({1, 1}, "\xf0\x9f\x98\x80 b"),
+            (R{1, 2}));
+  EXPECT_EQ(ZVSearcher::getShiftSpaceNameRange({2, 1}, "\xf0\x9f\x98\x80 b"),
+            (R{3, 1}));
+}
+
+TEST(HighlightTest, NumberRanges) {
+  const struct {
+    const char *number, *key;
+    R range;
+  } cases[] = {
+      {"138-0013-8000", "138", {0, 3}},
+      // Separators between matched digits are taken in.
+      {"138-0013-8000", "800", {2, 4}},
+      {"138-0013-8000", "3800", {1, 5}},
+      // A key as long as the number, or covering all of it, shows nothing.
+      {"10086", "10086", {}},
+      {"100-86", "10086", {}},
+      {"100-86", "", {}},
+      {"123", "9", {}},
+      // Running out of digits ends the search at once.
+      {"1-2-3", "34", {}},
+      {"+86 10", "86", {1, 2}},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ZVSearcher::getHighlightNumberRange(c.number, c.key), c.range)
+        << c.number << " " << c.key;
+}
+
+// A line read back formats to the same bytes (empty forms keep their
+// fields); a field never set is written "(null)", and a number read as
+// "(null)" filters to "".
+TEST(CacheFileTest, LinesRoundTrip) {
+  const std::string full =
+      "12\t-1\t3\t996464\t9426494266464\t9\t544\t555\t张小明\n";
+  const std::string empty = "7\t0\t0\t\t\t\t\t\t\n";
+  ZVSearcher::PersonList out;
+  readPersonsCache(full + empty + "8\t0\t0\tj\tp\te\tf\t(null)\tn\n", out);
+  ASSERT_EQ(out.size(), 3u);
+  EXPECT_EQ(formatCacheLine(*out[0]), full);
+  EXPECT_EQ(formatCacheLine(*out[1]), empty);
+  EXPECT_EQ(out[2]->getPhoneNumber(), "");
+  EXPECT_EQ(formatCacheLine(ZVPerson()),
+            "-1\t-1\t0\t(null)\t(null)\t(null)\t(null)\t(null)\t(null)\n");
+}
+
+// The persons read from `text`, written back as lines.
+std::string readBack(std::string_view text) {
+  ZVSearcher::PersonList out;
+  readPersonsCache(text, out);
+  std::string lines;
+  for (const auto& p : out) lines += formatCacheLine(*p);
+  return lines;
+}
+
+TEST(CacheFileTest, MalformedLines) {
+  constexpr char kNul[] =
+      "1\t1\t1\tj\0\tp\te\tf\t1\tx\n"
+      "2\t1\t1\tj\tp\te\tf\t1\ty\n";
+  const std::string head = "1\t1\t1\tj\tp\te\tf\t1\t";
+  const std::pair<std::string, std::string> cases[] = {
+      // Eight fields, blank lines, a lone tab run: skipped.
+      {"1\t2\t3\t4\t5\t6\t7\t8\n\n\t\t\n", ""},
+      // Extra fields are ignored; numbers read as their leading integer,
+      // clamped; the number is filtered again; the last line needs no
+      // newline.
+      {"x\t99999999999\t-4z\tj\tp\te\tf\t1-2\tname\textra\tmore",
+       "0\t2147483647\t-4\tj\tp\te\tf\t12\tname\n"},
+      // A NUL ends a line; a line longer than 2047 bytes is read in pieces.
+      {std::string("1\t1\t1\tj\tp\te\tf\t1\tn\0ame\n", 23), head + "n\n"},
+      {head + std::string(3000, 'n') + "\n",
+       head + std::string(2047 - 16, 'n') + "\n"},
+      // What follows a NUL is skipped up to the newline, even a tab, and
+      // the next line is read as usual.
+      {std::string(kNul, sizeof kNul - 1), "2\t1\t1\tj\tp\te\tf\t1\ty\n"},
+  };
+  for (const auto& [text, lines] : cases)
+    EXPECT_EQ(readBack(text), lines) << text.substr(0, 40);
+}
+
+// Lines with fields of every length from 0 to 19 bytes, so that tabs fall at
+// every position of a machine word, read back field for field.
+TEST(CacheFileTest, FieldsOfEveryLengthSplitExactly) {
+  std::mt19937 rng(5);
+  std::string text;
+  for (int n = 0; n < 400; ++n) {
+    text += std::to_string(n) + "\t1\t2";
+    for (int f = 3; f < 9; ++f)
+      text += "\t" + std::string(rng() % 20, f == 7 ? '5' : 'a' + f);
+    text += "\n";
+  }
+  // No final newline.
+  EXPECT_EQ(readBack(text.substr(0, text.size() - 1)), text);
+}
+
+}  // namespace
+}  // namespace zv
