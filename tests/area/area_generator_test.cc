@@ -5,30 +5,23 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
-#include "area/area_loader.h"
 #include "area_test_util.h"
 #include "core/settings.h"
 #include "platform/platform.h"
-#include "support/device_files.h"
 
 namespace zv::testing {
 namespace {
 
 namespace fs = std::filesystem;
 
-bool havePhonenumbers() {
-  return fs::exists("/usr/bin/python3") &&
-         std::system("/usr/bin/python3 -c 'import phonenumbers' 2>/dev/null") ==
-             0;
-}
-
 // Runs a shell command; its exit status, or -1 when it did not exit.
 int run(const std::string& command) {
   int status = std::system(command.c_str());
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+bool havePhonenumbers() {
+  return run("/usr/bin/python3 -c 'import phonenumbers' 2>/dev/null") == 0;
 }
 
 class UsaDatabaseTest : public SimTest {
@@ -57,8 +50,7 @@ TEST_F(UsaDatabaseTest, GeneratedSourceFitsAndAnswersThroughTheService) {
             std::string::npos);
   std::string bytes;
   ASSERT_NO_THROW(bytes = compileText(text));
-  fs::create_directories(root_ + "/Library/Zorvel/Area");
-  writeBytes(root_ + "/Library/Zorvel/Area/USA", bytes);
+  writeFile(root_ + "/Library/Zorvel/Area/USA", bytes);
   proc_.run([] {
     platform::writeDictionary(ZVSettings::kPath,
                               {{"AreaDatabase", Value("USA")}});

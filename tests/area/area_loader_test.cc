@@ -5,22 +5,19 @@
 #include "area_test_util.h"
 #include "core/settings.h"
 #include "platform/platform.h"
-#include "support/device_files.h"
+#include "support/phone_process.h"
 
 namespace zv::testing {
 namespace {
 
-class AreaLoaderTest : public SimTest {
+// A Phone process whose China database is the small one.
+class AreaLoaderTest : public PhoneProcessTest {
  protected:
   AreaLoaderTest() : proc_(world_.launch("com.apple.mobilephone")) {
     installDatabase(kSmallSource);
   }
   void installDatabase(const std::string& source) {
-    std::filesystem::create_directories(root_ + "/Library/Zorvel/Area");
-    writeBytes(root_ + "/Library/Zorvel/Area/China", compileText(source));
-  }
-  void writePlist(const std::string& devicePath, const Dict& dict) {
-    testing::writePlist(root_ + devicePath, dict);
+    writeFile(root_ + "/Library/Zorvel/Area/China", compileText(source));
   }
   std::string area(std::string_view number, bool name, bool type,
                    bool alone = false) {

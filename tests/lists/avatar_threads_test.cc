@@ -16,6 +16,7 @@
 namespace zv {
 namespace {
 
+using testing::controllerOn;
 using testing::FakePerson;
 
 // A Phone process whose background queue is real threads and whose main
@@ -127,11 +128,7 @@ using Cell = std::shared_ptr<ui::UITableViewCell>;
 TEST_F(AvatarThreadsTest,
        RecentsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
   auto host = std::make_shared<testing::FakeRecentsHost>();
-  auto controller = [&] {
-    auto c = ZVRecentsController::sharedInstance();
-    c->setHost(host);
-    return c;
-  };
+  auto controller = [&] { return controllerOn<ZVRecentsController>(host); };
   runRounds(
       {}, [&] { return controller(), host->makeCell(); },
       [&](const Cell& cell, int person) {
@@ -144,11 +141,7 @@ TEST_F(AvatarThreadsTest,
 TEST_F(AvatarThreadsTest,
        ContactsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
   auto host = std::make_shared<testing::FakeContactsHost>();
-  auto controller = [&] {
-    auto c = ZVContactsController::sharedInstance();
-    c->setHost(host);
-    return c;
-  };
+  auto controller = [&] { return controllerOn<ZVContactsController>(host); };
   runRounds(
       *platform::simulatedDevice("8.1", "4"),
       [&] { return controller(), host->makeListCell({.name = "name"}); },

@@ -65,7 +65,7 @@ TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
       // Constraint passes come several times per cell.
       for (int pass = 0; pass < 3; ++pass) controller_->areaCell(cell);
     });
-    EXPECT_EQ(host_->label(cell)->text(), c.expected);
+    EXPECT_EQ(host_->labelLabel(cell)->text(), c.expected);
   }
 }
 

@@ -157,7 +157,6 @@ class FakeContactsHost : public ContactsHost {
                            fakeLabel(17, {}, std::move(value))};
     return cell;
   }
-  Label label(const Id& cell) { return phones_.at(cell.get()).first; }
   // A list cell with a name view (as before 8.0).
   std::shared_ptr<ui::UITableViewCell> makeListCell(FakeListCell data,
                                                     double nameSize = 17) {
@@ -200,16 +199,24 @@ class FakeContactsHost : public ContactsHost {
   std::map<const rt::Object*, FakeListCell> lists_;
 };
 
+// The shared controller of its class, on `host`.
+template <typename Controller, typename Host>
+std::shared_ptr<Controller> controllerOn(const std::shared_ptr<Host>& host) {
+  auto controller = Controller::sharedInstance();
+  controller->setHost(host);
+  return controller;
+}
+
 class ListsTest : public PhoneProcessTest {
  protected:
   ListsTest() {
-    platform_schema::createDatabase(
-        root_ + platform_schema::kCallHistoryStorePath,
-        platform_schema::Database::kCallHistoryStore);
-    platform_schema::createDatabase(root_ + platform_schema::kCallHistoryDbPath,
-                                    platform_schema::Database::kCallHistoryDb);
-    testing::execSql(root_ + platform_schema::kCallHistoryStorePath,
-                     platform_schema::callRecordTableSql("ZVZCALLRECORD"));
+    namespace ps = platform_schema;
+    ps::createDatabase(root_ + ps::kCallHistoryStorePath,
+                       ps::Database::kCallHistoryStore);
+    ps::createDatabase(root_ + ps::kCallHistoryDbPath,
+                       ps::Database::kCallHistoryDb);
+    testing::execSql(root_ + ps::kCallHistoryStorePath,
+                     ps::callRecordTableSql("ZVZCALLRECORD"));
     writeDeviceFile(ZVAddressBook::kNullAvatarPath,
                     ui::Image::filled(60, 60, 1, kPlaceholder).encodePng());
   }
@@ -227,10 +234,7 @@ class ListControllerTest : public ListsTest {
     auto facts = platform::simulatedDevice(version, screen);
     ASSERT_TRUE(facts) << "no phone has a " << screen << "-inch screen";
     proc_ = &launch(settings, *facts);
-    proc_->run([&] {
-      controller_ = Controller::sharedInstance();
-      controller_->setHost(host_);
-    });
+    controller_ = run([&] { return controllerOn<Controller>(host_); });
   }
   template <typename F>
   auto run(F&& f) {

@@ -173,7 +173,7 @@ TEST_F(CallHistoryTest, EntriesOlderThanTheOldestCallExpireOnLoad) {
 // and still the backup empties, so the next appearance of Recents does not
 // try, and reload, again. (Which calls come back is
 // TrimmedCallsComeBackAndDeletedOnesNever's, and through the controller
-// tests/lists/recents_sync_test.cc's.)
+// tests/lists/recents_controller_test.cc's.)
 TEST_F(CallHistoryTest, SyncEmptiesTheBackupAlsoOfRowsThatCannotGoBack) {
   exec(kStore, ps::callRecordTableSql("ZVZCALLRECORD"));
   addCall(100, 5500, 10);
