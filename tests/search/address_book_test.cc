@@ -1,3 +1,5 @@
+// ZVAddressBook (facts, phone labels, pictures and their cache) and the
+// background avatar loader that reads pictures from it on real threads.
 #include "search/address_book.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +9,8 @@
 #include <vector>
 
 #include "platform/db/platform_schema.h"
+#include "platform/linux/linux_platform.h"
+#include "search/avatar_loader.h"
 #include "support/device_db.h"
 #include "support/phone_process.h"
 #include "support/picture_rows.h"
@@ -272,6 +276,67 @@ TEST_F(AddressBookTest, CacheIsSafeFromSeveralThreads) {
   for (auto& thread : threads) thread.join();
   EXPECT_EQ(wrong.load(), 0);
   EXPECT_LT(book->cachedAvatarCount(), ZVAddressBook::kAvatarCacheLimit);
+}
+
+// A device root whose picture database holds a red picture for the odd
+// record ids and a blue one for the even ids, 1 to `count`.
+void writePictures(const std::string& root, int count) {
+  ASSERT_TRUE(ps::createDatabase(root + ps::kAddressBookPath,
+                                 ps::Database::kAddressBook));
+  for (int id = 1; id <= count; ++id)
+    testing::addColourPicture(root, id, id % 2 ? kRed : kBlue);
+}
+
+bool showsColour(const ui::UIImageView& view, Pixel colour) {
+  const ui::ImagePtr& image = view.image();
+  return image && image->pixelWidth() > 0 && image->pixel(0, 0) == colour;
+}
+
+// Real background threads: the pictures are read while the main thread
+// re-tags half of the views and drops a quarter; every view ends with the
+// picture of the tag it carries last, a dropped one is left alone, and the
+// views are only touched on the main thread.
+TEST(AvatarLoaderLinuxTest, ReusedViewsKeepTheirNewTagFromSeveralThreads) {
+  testing::TempRoot temp;
+  constexpr int kViews = 24;
+  writePictures(temp.path(), kViews);
+  platform::LinuxPlatform linux;
+  linux.setRoot(temp.path());
+  platform::Process context(&linux);
+  platform::Process::Scope scope(context);
+
+  auto book = ZVAddressBook::sharedInstance();
+  std::vector<std::shared_ptr<ui::UIImageView>> views;
+  std::vector<int> results(kViews, -1);
+  int finished = 0;
+  for (int i = 0; i < kViews; ++i) {
+    const int id = i + 1;
+    auto view = ui::make<ui::UIImageView>();
+    view->setTag(avatarViewTag(id));
+    loadAvatarInBackground(view, avatarViewTag(id), book, id, Size{40, 40},
+                           [&, i](bool set) {
+                             results[i] = set;
+                             if (++finished == kViews) linux.quit();
+                           });
+    // Every other cell is reused for a record without a picture at once.
+    if (i % 2) view->setTag(avatarViewTag(1000 + id));
+    views.push_back(i % 4 == 2 ? nullptr : view);
+  }
+  linux.performAfterDelay(nullptr, "", 20.0, [&] { linux.quit(); });
+  linux.run();
+  linux.cancelPrevious(nullptr, "");
+  ASSERT_EQ(finished, kViews);
+  for (int i = 0; i < kViews; ++i) {
+    SCOPED_TRACE(i);
+    const bool reused = i % 2;
+    EXPECT_EQ(results[i], reused || !views[i] ? 0 : 1);
+    if (reused) {
+      EXPECT_FALSE(views[i]->image());
+    } else if (views[i]) {
+      EXPECT_TRUE(showsColour(*views[i], (i + 1) % 2 ? kRed : kBlue));
+    }
+  }
+  context.clear();
 }
 
 }  // namespace
