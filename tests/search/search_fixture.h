@@ -12,7 +12,7 @@
 #include "platform/plist.h"
 #include "search/searcher.h"
 #include "support/device_db.h"
-#include "support/sim_fixture.h"
+#include "support/phone_process.h"
 
 namespace zv::testing {
 
@@ -25,7 +25,7 @@ struct Contact {
   int label = 1;
 };
 
-class SearchTest : public SimTest {
+class SearchTest : public PhoneProcessTest {
  protected:
   // Runs SQL on a database file under the root, creating its tables.
   void execSql(const char* devicePath, platform_schema::Database which,
@@ -37,10 +37,8 @@ class SearchTest : public SimTest {
   static std::string quote(const char* text) {
     if (!text) return "NULL";
     std::string out = "'";
-    for (const char* p = text; *p; ++p) {
-      if (*p == '\'') out += '\'';
-      out += *p;
-    }
+    for (const char* p = text; *p; ++p)
+      out += *p == '\'' ? "''" : std::string(1, *p);
     return out + "'";
   }
 
@@ -80,9 +78,7 @@ class SearchTest : public SimTest {
   }
 
   void writeSettings(const Dict& settings) {
-    ASSERT_TRUE(
-        plist::writeFile(root_ + "/var/mobile/Library/Preferences/zorvel.plist",
-                         Value(settings)));
+    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
   }
 
   void writeTable(const std::string& text,
@@ -123,6 +119,12 @@ class SearchTest : public SimTest {
   platform::SimProcess& phone() {
     if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
     return *phone_;
+  }
+
+  // Runs f(searcher) in the Phone process.
+  template <typename F>
+  auto withSearcher(F f) {
+    return phone().run([&] { return f(ZVSearcher::sharedInstance()); });
   }
 
   // Ends the Phone process; the next phone() starts a fresh one.

@@ -32,8 +32,7 @@ TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
                  {3, "小明", "张", nullptr, {"138 0000 1111"}},
                  {4, nullptr, nullptr, "Acme", {}}});
   phone().deviceFacts().nameOrderLastFirst = true;  // the system's order
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     ASSERT_EQ(s->persons().size(), 5u);
     // Newest record first; one person per number.
     const auto& p = s->persons();
@@ -60,15 +59,14 @@ TEST_F(SearcherLoadTest, NameOrderAndCompanySettings) {
   writeSettings({{"DialerNameOrder", 2}, {"DialerCompany", true}});
   writeContacts({{1, "John", "Smith", "Acme", {"1"}},
                  {2, nullptr, nullptr, "Solo Ltd", {"2"}}});
-  phone().run([&] {
-    EXPECT_EQ(forms(ZVSearcher::sharedInstance()->persons()),
-              (Names{"Solo Ltd", "Smith John Acme"}));
+  withSearcher([&](auto s) {
+    EXPECT_EQ(forms(s->persons()), (Names{"Solo Ltd", "Smith John Acme"}));
   });
 }
 
 TEST_F(SearcherLoadTest, CacheIsUsedUntilTheAddressBookChanges) {
   writeContacts({{1, "Ann", "Lee", nullptr, {"100"}}});
-  phone().run([&] { ZVSearcher::sharedInstance(); });
+  withSearcher([](auto) {});
   // A second process finds the contact in the cache (the marked name shows
   // it was not read from the database).
   std::string cache = readCache();
@@ -117,15 +115,14 @@ TEST_F(SearcherLoadTest, ChangesMadeWhileNobodyWatchedAreNoticedAtStart) {
   // the cache is older than the database and is not used.
   writeContacts(
       {{1, "Ann", "Lee", nullptr, {"100"}}, {2, "Bo", "Wu", nullptr, {"200"}}});
-  phone().run([&] { ZVSearcher::sharedInstance(); });
+  withSearcher([](auto) {});
   restartPhone();
   ageFile(ZVSearcher::kCachePath, 5);
   execSql(platform_schema::kAddressBookPath,
           platform_schema::Database::kAddressBook,
           "DELETE FROM ABMultiValue WHERE record_id=2;"
           "DELETE FROM ABPerson WHERE ROWID=2");
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     EXPECT_FALSE(s->isAddressBookChanged());
     EXPECT_EQ(forms(s->persons()), (Names{"Ann Lee"}));
     EXPECT_EQ(s->search("29"), 0u);  // Bo Wu is gone
@@ -136,28 +133,23 @@ TEST_F(SearcherLoadTest, ChangesMadeWhileNobodyWatchedAreNoticedAtStart) {
 
   // The address book removed altogether: nothing of the cache is shown.
   std::filesystem::remove(root_ + platform_schema::kAddressBookPath);
-  phone().run(
-      [&] { EXPECT_TRUE(ZVSearcher::sharedInstance()->persons().empty()); });
+  withSearcher([](auto s) { EXPECT_TRUE(s->persons().empty()); });
 }
 
 TEST_F(SearcherLoadTest, TableChangeForcesReencoding) {
   writeTable("1=张\n");
   writeContacts({{1, "张", nullptr, nullptr, {"100"}}});
-  ASSERT_TRUE(plist::writeFile(root_ + ZVSearcher::kDefaultPriorityPath,
-                               Value(Dict{{"110", Value("Police")}})));
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  writePlist(ZVSearcher::kDefaultPriorityPath, {{"110", "Police"}});
+  withSearcher([&](auto s) {
     EXPECT_EQ(s->persons()[0]->getNameJianPin(), "1");
     ASSERT_TRUE(s->priorityDict().has_value());
   });
   // The user's overlay corrects the reading.
-  ASSERT_TRUE(plist::writeFile(root_ + ZVSearcher::kUserTablePath,
-                               Value(Dict{{"94264", Value("张")}})));
+  writePlist(ZVSearcher::kUserTablePath, {{"94264", "张"}});
   phone().run(
       [&] { platform::current().post(ZVSearcher::kT9ChangedNotification); });
   world_.advance(0);
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     EXPECT_TRUE(s->isAddressBookChanged());
     EXPECT_FALSE(s->priorityDict().has_value());
     s->loadData();
@@ -168,13 +160,11 @@ TEST_F(SearcherLoadTest, TableChangeForcesReencoding) {
 
 TEST_F(SearcherLoadTest, PropertyListTableAndMissingTable) {
   writeSettings({{"DialerT9Database", "Mine.plist"}});
-  ASSERT_TRUE(plist::writeFile(root_ + "/Library/Zorvel/T9/Mine.plist",
-                               Value(Dict{{"6464", Value("明")}})));
+  writePlist("/Library/Zorvel/T9/Mine.plist", {{"6464", "明"}});
   writeContacts(
       {{1, "明", "x", nullptr, {"1"}}, {2, "张", nullptr, nullptr, {"2"}}});
-  phone().run([&] {  // 明 has a reading, 张 none
-    EXPECT_EQ(forms(ZVSearcher::sharedInstance()->persons(),
-                    &ZVPerson::getNameJianPin),
+  withSearcher([](auto s) {  // 明 has a reading, 张 none
+    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin),
               (Names{"*", "69"}));
   });
 }
@@ -185,9 +175,8 @@ TEST_F(SearcherLoadTest, BadCacheAndDatabaseGiveEmptyLists) {
   writeContacts({{1, "Ann", nullptr, nullptr, {"5"}}});
   for (const char* cache : {"", "1\t2\t3\t4\t5\t6\t7\t8\n\n\t\t\n"}) {
     writeCache(cache);
-    phone().run([&] {
-      EXPECT_EQ(forms(ZVSearcher::sharedInstance()->persons()), (Names{"Ann"}));
-    });
+    withSearcher(
+        [&](auto s) { EXPECT_EQ(forms(s->persons()), (Names{"Ann"})); });
     restartPhone();
   }
 
@@ -196,8 +185,7 @@ TEST_F(SearcherLoadTest, BadCacheAndDatabaseGiveEmptyLists) {
   writeDeviceFile(platform_schema::kAddressBookPath, std::string(4096, 'x'));
   writeDeviceFile(platform_schema::kCallHistoryStorePath, "garbage");
   writeDeviceFile(ZVSearcher::kPriorityPath, "garbage");
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     EXPECT_TRUE(s->persons().empty());
     EXPECT_TRUE(s->callHistory().empty());
     EXPECT_FALSE(s->priorityDict().has_value());
@@ -223,9 +211,8 @@ TEST_F(SearcherLoadTest, CallHistoryOfBothPlatformGenerations) {
               "-2\t-1\t0\t(null)\t(null)\t(null)\t(null)\t+86999\t(null)\n");
     EXPECT_EQ(calls[1]->priority(), 1);
   });
-  phone().run([&] {
-    EXPECT_EQ(forms(ZVSearcher::sharedInstance()->callHistory(),
-                    &ZVPerson::getPhoneNumber),
+  withSearcher([&](auto s) {
+    EXPECT_EQ(forms(s->callHistory(), &ZVPerson::getPhoneNumber),
               (Names{"10086"}));
   });
 }
@@ -251,15 +238,13 @@ TEST_F(SearcherSearchTest, RanksIntoClassesInOrder) {
              line(3, 2, "99", "23", "99", "5", "c-reading-equal") +
              line(2, 2, "99", "99", "23", "5", "b-words-equal") +
              line(1, 2, "23", "99", "99", "5", "a-initials-whole"));
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     ASSERT_EQ(s->persons().size(), 8u);
     EXPECT_EQ(s->search("23"), 9u);
-    auto n = names(*s);
-    EXPECT_EQ(n, (std::vector<std::string>{"a-initials-whole", "b-words-equal",
-                                           "c-reading-equal", "d-number-equal",
-                                           "e-initials", "f-words",
-                                           "g-last-reading", "h-number", ""}));
+    EXPECT_EQ(names(*s),
+              (Names{"a-initials-whole", "b-words-equal", "c-reading-equal",
+                     "d-number-equal", "e-initials", "f-words",
+                     "g-last-reading", "h-number", ""}));
     std::vector<int> priorities;
     for (const auto& p : s->results()) priorities.push_back(p->priority());
     EXPECT_EQ(priorities, (std::vector<int>{4, 16, 8, 32, 4, 16, 8, 32, 65}));
@@ -275,11 +260,9 @@ TEST_F(SearcherSearchTest, AnchoredMatchingAndFormPrecedence) {
   writeCache(line(1, 4, "9923", "2399", "99", "7", "mid-initials") +
              line(2, 4, "9923", "9999", "99", "123", "mid-number") +
              line(3, 2, "23", "99", "99", "2300", "both"));
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     EXPECT_EQ(s->search("23"), 3u);  // "both", "mid-initials", typed row
-    EXPECT_EQ(names(*s),
-              (std::vector<std::string>{"both", "mid-initials", ""}));
+    EXPECT_EQ(names(*s), (Names{"both", "mid-initials", ""}));
     // Matched by initials only, though the number contains the key too.
     EXPECT_EQ(s->results()[0]->priority(), ZVPerson::kByInitials);
     EXPECT_EQ(s->results()[1]->priority(), ZVPerson::kByReading);
@@ -297,8 +280,7 @@ TEST_F(SearcherSearchTest, ClassCapacitiesAndOverflow) {
                     "n" + std::to_string(i));
     writeCache(cache);
     restartPhone();
-    phone().run([&] {
-      auto s = ZVSearcher::sharedInstance();
+    withSearcher([&](auto s) {
       const int kept = std::min(count, 7000);
       EXPECT_EQ(s->search("13"), kept + 1u);
       for (int i : {0, 1999, 2000, kept - 1})
@@ -314,8 +296,7 @@ TEST_F(SearcherSearchTest, ClassCapacitiesAndOverflow) {
 TEST_F(SearcherSearchTest, NarrowsOnlyAfterTwoCharacterKeys) {
   writeCache(line(1, 1, "9", "9", "9", "2345", "one") +
              line(2, 1, "9", "9", "9", "5555", "two"));
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     ZVPerson& two = *s->persons()[1];
     EXPECT_EQ(s->search("2"), 2u);  // "one" and the typed row
     // After a one-character key the next key searches everything.
@@ -327,7 +308,7 @@ TEST_F(SearcherSearchTest, NarrowsOnlyAfterTwoCharacterKeys) {
     EXPECT_EQ(s->search("234"), 2u);  // "one" + typed row; two is not there
     two.setPhoneNumber("2345");
     s->search("2345");
-    EXPECT_EQ(names(*s), (std::vector<std::string>{"one"}));
+    EXPECT_EQ(names(*s), (Names{"one"}));
     // A key that does not extend the last one searches everything again.
     EXPECT_EQ(s->search("234"), 3u);
     s->clearSearch();
@@ -340,10 +321,8 @@ TEST_F(SearcherSearchTest, SpecialKeysAndExtraRows) {
   writeCache(line(1, 1, "9", "9", "9", "13800001111", "Mobile") +
              line(2, 1, "9", "9", "9", "13900002222", "Home"));
   writeCalls({"138-0000-1111", "10086", "13900002222"});
-  ASSERT_TRUE(plist::writeFile(root_ + ZVSearcher::kPriorityPath,
-                               Value(Dict{{"10086", Value("Carrier")}})));
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  writePlist(ZVSearcher::kPriorityPath, {{"10086", "Carrier"}});
+  withSearcher([&](auto s) {
     // Recent numbers, newest first; a known number is its contact.
     ASSERT_EQ(s->search("##"), 3u);
     EXPECT_EQ(s->results()[0], s->persons()[1]);
@@ -361,7 +340,7 @@ TEST_F(SearcherSearchTest, SpecialKeysAndExtraRows) {
     s->clearSearch();
     // Recently called contacts rank first within their class.
     EXPECT_EQ(s->search("0000"), 3u);
-    EXPECT_EQ(names(*s), (std::vector<std::string>{"Home", "Mobile", ""}));
+    EXPECT_EQ(names(*s), (Names{"Home", "Mobile", ""}));
   });
 }
 
@@ -370,8 +349,7 @@ TEST_F(SearcherSearchTest, RecentNumbersWithoutContact) {
       {{"DialerCallHistory", true}, {"DialerSortOptimization", false}});
   writeCache(line(1, 1, "9", "9", "9", "13800001111", "Mobile"));
   writeCalls({"10086", "13800001111"});
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
+  withSearcher([&](auto s) {
     EXPECT_EQ(s->search("100"), 2u);
     EXPECT_EQ(s->results()[0]->recordId(), -2);
     // The matched row is searchable again: only bit 2 was cleared.
@@ -380,10 +358,7 @@ TEST_F(SearcherSearchTest, RecentNumbersWithoutContact) {
   // With the option off, numbers without contact never match.
   writeSettings({});
   restartPhone();
-  phone().run([&] {
-    auto s = ZVSearcher::sharedInstance();
-    EXPECT_EQ(s->search("100"), 0u);
-  });
+  withSearcher([&](auto s) { EXPECT_EQ(s->search("100"), 0u); });
 }
 
 }  // namespace
