@@ -82,11 +82,8 @@ TEST(T9TableTest, ChainOrderDecidesBetweenReadings) {
   // ones go directly behind it, so the head wins the lookup.
   T9Table t;
   loadT9text(t, "1=a\n2=a\n3=a\n");
-  auto chain = t.chain(2705);
-  ASSERT_EQ(chain.size(), 3u);
-  EXPECT_EQ(chain[0].second, "1");
-  EXPECT_EQ(chain[1].second, "3");
-  EXPECT_EQ(chain[2].second, "2");
+  using Chain = std::vector<std::pair<std::string, std::string>>;
+  EXPECT_EQ(t.chain(2705), (Chain{{"a", "1"}, {"a", "3"}, {"a", "2"}}));
   EXPECT_EQ(*t.lookup("a"), "1");
 
   // When the bucket already holds another character, the latest line wins:
@@ -215,6 +212,7 @@ TEST(ComposeTest, PartsAreCutTo255Bytes) {
 }
 
 using R = ZVRange;
+using S = ZVSearcher;
 
 TEST(HighlightTest, NameRangesByTheFormThatMatched) {
   T9Table t;
@@ -245,26 +243,19 @@ TEST(HighlightTest, NameRangesByTheFormThatMatched) {
     ZVPerson p;  // laid out as the loader does
     EncodedName e;
     encodeName(c.name, &t, e);
-    p.setNameJianPin(e.jianPin);
-    p.setNamePinYin(e.pinYin);
-    p.setNameEnglish(e.english);
-    p.setNameFirst(e.first);
+    p.setTexts({}, e.jianPin, e.english, e.pinYin, e.first, c.name, false);
     p.setNameLength(e.nameLength);
     p.setPriority(c.priority);
-    EXPECT_EQ(ZVSearcher::getHighlightNameRange(c.name, c.key, &p), c.range);
+    EXPECT_EQ(S::getHighlightNameRange(c.name, c.key, &p), c.range);
   }
   // No person, nothing.
-  EXPECT_EQ(ZVSearcher::getHighlightNameRange("张小明", "99", nullptr), (R{}));
+  EXPECT_EQ(S::getHighlightNameRange("张小明", "99", nullptr), (R{}));
 
-  EXPECT_EQ(ZVSearcher::getShiftSpaceEnglishNameRange({1, 2}, "Ann Dee Go"),
-            (R{3, 7}));
-  EXPECT_EQ(ZVSearcher::getShiftSpaceEnglishNameRange({0, 1}, "Ann Dee Go"),
-            (R{0, 3}));
+  EXPECT_EQ(S::getShiftSpaceEnglishNameRange({1, 2}, "Ann Dee Go"), (R{3, 7}));
+  EXPECT_EQ(S::getShiftSpaceEnglishNameRange({0, 1}, "Ann Dee Go"), (R{0, 3}));
   // Ranges count UTF-16 units: an emoji before the space takes two.
-  EXPECT_EQ(ZVSearcher::getShiftSpaceNameRange({1, 1}, "\xf0\x9f\x98\x80 b"),
-            (R{1, 2}));
-  EXPECT_EQ(ZVSearcher::getShiftSpaceNameRange({2, 1}, "\xf0\x9f\x98\x80 b"),
-            (R{3, 1}));
+  EXPECT_EQ(S::getShiftSpaceNameRange({1, 1}, "\xf0\x9f\x98\x80 b"), (R{1, 2}));
+  EXPECT_EQ(S::getShiftSpaceNameRange({2, 1}, "\xf0\x9f\x98\x80 b"), (R{3, 1}));
 }
 
 TEST(HighlightTest, NumberRanges) {
@@ -286,7 +277,7 @@ TEST(HighlightTest, NumberRanges) {
       {"+86 10", "86", {1, 2}},
   };
   for (const auto& c : cases)
-    EXPECT_EQ(ZVSearcher::getHighlightNumberRange(c.number, c.key), c.range)
+    EXPECT_EQ(S::getHighlightNumberRange(c.number, c.key), c.range)
         << c.number << " " << c.key;
 }
 
