@@ -38,12 +38,15 @@ FakeCall from(std::string number, Value id = {}) {
 
 class RecentsTest : public testing::RecentsControllerTest {
  protected:
-  // Runs every decoration the row hook runs, in its order.
-  void decorate(const rt::Id& cell) {
+  // Runs every decoration the row hook runs, in its order, `times` times
+  // (more than once: a reused cell that kept its texts).
+  void decorate(const rt::Id& cell, int times = 1) {
     run([&] {
-      controller_->areaCell(cell);
-      controller_->ringCell(cell);
-      controller_->avatarCell(cell);
+      for (int i = 0; i < times; ++i) {
+        controller_->areaCell(cell);
+        controller_->ringCell(cell);
+        controller_->avatarCell(cell);
+      }
     });
   }
   // A new row showing `call` with the host's texts.
@@ -122,9 +125,7 @@ TEST_F(RecentsTest, LabelsGetAreaAndRingTimeOnceBySettingsAndVersion) {
     SCOPED_TRACE(c.version + (" " + c.expected));
     begin(c.settings, c.version);
     auto row = shown(c.call, "x", c.label);
-    // The same row decorated again (a reused cell that kept its texts).
-    decorate(row);
-    decorate(row);
+    decorate(row, 2);
     EXPECT_EQ(labelText(row), c.expected);
   }
   // The unit is localised.
@@ -149,8 +150,7 @@ TEST_F(RecentsTest, BlanksFollowTheFontSizesAndAreNotRepeated) {
   for (const Case& c : cases) {
     auto row = shown(from(kUnknownNumber), "Li Lei", "mobile", c.nameSize,
                      c.labelSize);
-    decorate(row);
-    decorate(row);
+    decorate(row, 2);
     EXPECT_EQ(host_->row(row).name->text(),
               std::string(c.nameBlanks, ' ') + "Li Lei")
         << c.nameSize;
@@ -162,8 +162,7 @@ TEST_F(RecentsTest, BlanksFollowTheFontSizesAndAreNotRepeated) {
 TEST_F(RecentsTest, CallTypeIconMovesAfterTheNameOrToTheLabelLine) {
   begin({{"EnableAvatar", true}, {"EnableArea", false}});
   auto row = shown(from(kUnknownNumber), "Li Lei", "mobile");
-  decorate(row);
-  decorate(row);
+  decorate(row, 2);
   auto& r = host_->row(row);
   EXPECT_TRUE(r.icon->isHidden());
   EXPECT_EQ(r.icon->alpha(), 0);
