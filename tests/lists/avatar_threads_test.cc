@@ -4,9 +4,9 @@
 // command runs these under ThreadSanitizer too.
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "lists/contacts_controller.h"
 #include "lists/recents_controller.h"
@@ -45,30 +45,26 @@ class ThreadedPhone : public platform::SimProcess {
 
   // Runs what reached the main queue so far, on the calling thread.
   void drainMain() {
-    std::deque<std::function<void()>> due;
-    {
-      std::lock_guard lock(mutex_);
-      due.swap(main_);
-    }
     platform::Process::Scope scope(context());
-    for (auto& block : due) block();
+    for (auto& block : take(main_)) block();
   }
+  // Joins the background threads, also those they start meanwhile.
   void join() {
-    for (;;) {
-      std::vector<std::thread> running;
-      {
-        std::lock_guard lock(mutex_);
-        running.swap(threads_);
-      }
-      if (running.empty()) return;
+    for (auto running = take(threads_); !running.empty();
+         running = take(threads_))
       for (auto& t : running) t.join();
-    }
   }
 
  private:
+  // Empties `queue` under the lock; what it held.
+  template <typename T>
+  T take(T& queue) {
+    std::lock_guard lock(mutex_);
+    return std::exchange(queue, {});
+  }
   std::mutex mutex_;
   std::vector<std::thread> threads_;
-  std::deque<std::function<void()>> main_;
+  std::vector<std::function<void()>> main_;
 };
 
 ui::Pixel colourOf(int id) {
