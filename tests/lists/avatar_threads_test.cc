@@ -1,7 +1,6 @@
-// Avatars loaded on real background threads while the list keeps reusing its
-// cells for other contacts: every cell ends with the picture of the contact
-// it shows last, never one loaded for a contact it showed before. The test
-// command runs these under ThreadSanitizer too.
+// Avatars loaded on real threads while the list reuses its cells for other
+// contacts: every cell ends with the picture of the contact it shows last.
+// The test command runs these under ThreadSanitizer too.
 #include <gtest/gtest.h>
 
 #include <mutex>

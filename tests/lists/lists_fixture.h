@@ -1,9 +1,7 @@
-// Fake Recents and Contacts hosts for the list controllers' tests, and a
-// fixture that starts a controller on one: row cells are real table cells of
-// the UI model with the host's labels; a Recents row is its own call object,
-// and persons are plain objects whose answers the test sets. The device has
-// the China area database and the call-history databases of both
-// generations.
+// Fake Recents and Contacts hosts (real table cells with the host's labels;
+// a Recents row is its own call object) and a fixture that starts a list
+// controller on one, on a device with the China area database and the
+// call-history databases of both generations.
 #pragma once
 
 #include <map>
@@ -223,9 +221,8 @@ class ListsTest : public PhoneProcessTest {
   static constexpr ui::Pixel kPlaceholder{128, 128, 128, 255};
 };
 
-// The Phone process at `version` on a phone with a `screen`-inch screen, with
-// a list controller (ZVRecentsController, ZVContactsController) on a fake
-// host.
+// A list controller on a fake host in the Phone process at `version` on a
+// `screen`-inch phone.
 template <typename Controller, typename Host>
 class ListControllerTest : public ListsTest {
  protected:

@@ -278,8 +278,7 @@ TEST_F(AddressBookTest, CacheIsSafeFromSeveralThreads) {
   EXPECT_LT(book->cachedAvatarCount(), ZVAddressBook::kAvatarCacheLimit);
 }
 
-// A device root whose picture database holds a red picture for the odd
-// record ids and a blue one for the even ids, 1 to `count`.
+// Red pictures for the odd record ids 1 to `count`, blue for the even.
 void writePictures(const std::string& root, int count) {
   ASSERT_TRUE(ps::createDatabase(root + ps::kAddressBookPath,
                                  ps::Database::kAddressBook));
@@ -292,10 +291,9 @@ bool showsColour(const ui::UIImageView& view, Pixel colour) {
   return image && image->pixelWidth() > 0 && image->pixel(0, 0) == colour;
 }
 
-// Real background threads: the pictures are read while the main thread
-// re-tags half of the views and drops a quarter; every view ends with the
-// picture of the tag it carries last, a dropped one is left alone, and the
-// views are only touched on the main thread.
+// On real threads, while the main thread re-tags half of the views and drops
+// a quarter: a picture reaches only a view still carrying its tag, on the
+// main thread. (The lists' suites show it on the simulated queues.)
 TEST(AvatarLoaderLinuxTest, ReusedViewsKeepTheirNewTagFromSeveralThreads) {
   testing::TempRoot temp;
   constexpr int kViews = 24;
