@@ -1,20 +1,140 @@
-// ZVSearcher on a device: loading persons from the address book or its
-// cache, and searching them by key.
+// ZVSearcher on a device: loading persons from the address book (hand-made
+// rows) or its cache, and searching them by key.
 #include "search/searcher.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <string>
+#include <vector>
 
+#include "platform/db/platform_schema.h"
 #include "search/searcher_cache.h"
-#include "search_fixture.h"
+#include "support/device_db.h"
 #include "support/device_files.h"
+#include "support/phone_process.h"
 
 namespace zv::testing {
 namespace {
 
-class SearcherLoadTest : public SearchTest {
+struct Contact {
+  int id;
+  const char* first;
+  const char* last;
+  const char* organization;
+  std::vector<std::string> numbers;
+  int label = 1;
+};
+
+class SearchTest : public PhoneProcessTest {
  protected:
+  // Runs SQL on a database file under the root, creating its tables.
+  void execSql(const char* devicePath, platform_schema::Database which,
+               const std::string& sql) {
+    ASSERT_TRUE(platform_schema::createDatabase(root_ + devicePath, which));
+    testing::execSql(root_ + devicePath, sql);
+  }
+
+  static std::string quote(const char* text) {
+    if (!text) return "NULL";
+    std::string out = "'";
+    for (const char* p = text; *p; ++p)
+      out += *p == '\'' ? "''" : std::string(1, *p);
+    return out + "'";
+  }
+
+  void writeContacts(const std::vector<Contact>& contacts) {
+    std::string sql = "BEGIN;";
+    for (const auto& c : contacts) {
+      sql += "INSERT INTO ABPerson(ROWID,First,Last,Organization) VALUES(" +
+             std::to_string(c.id) + "," + quote(c.first) + "," + quote(c.last) +
+             "," + quote(c.organization) + ");";
+      for (const auto& n : c.numbers)
+        sql +=
+            "INSERT INTO ABMultiValue(record_id,property,label,value) "
+            "VALUES(" +
+            std::to_string(c.id) + ",3," + std::to_string(c.label) + "," +
+            quote(n.c_str()) + ");";
+    }
+    sql += "COMMIT;";
+    execSql(platform_schema::kAddressBookPath,
+            platform_schema::Database::kAddressBook, sql);
+  }
+
+  // Recent calls, newest last in `numbers` (dates increase).
+  void writeCalls(const std::vector<std::string>& numbers, bool store = true) {
+    std::string sql = "BEGIN;";
+    int date = 1000;
+    for (const auto& n : numbers) {
+      sql += store ? "INSERT INTO ZCALLRECORD(ZADDRESS,ZDATE) VALUES("
+                   : "INSERT INTO call(address,date) VALUES(";
+      sql += quote(n.c_str()) + "," + std::to_string(date++) + ");";
+    }
+    sql += "COMMIT;";
+    execSql(store ? platform_schema::kCallHistoryStorePath
+                  : platform_schema::kCallHistoryDbPath,
+            store ? platform_schema::Database::kCallHistoryStore
+                  : platform_schema::Database::kCallHistoryDb,
+            sql);
+  }
+
+  void writeSettings(const Dict& settings) {
+    writePlist("/var/mobile/Library/Preferences/zorvel.plist", settings);
+  }
+
+  void writeTable(const std::string& text,
+                  const std::string& name = "PinYin.txt") {
+    writeDeviceFile("/Library/Zorvel/Table/" + name, text);
+  }
+
+  // A cache written for the address book as it is now (an empty one when
+  // there is none yet), so the searcher trusts it.
+  void writeCache(const std::string& text) {
+    const std::string db = root_ + platform_schema::kAddressBookPath;
+    ASSERT_TRUE(platform_schema::createDatabase(
+        db, platform_schema::Database::kAddressBook));
+    writeDeviceFile(ZVSearcher::kCachePath, text);
+    ageFile(platform_schema::kAddressBookPath, 10);
+  }
+
+  // Moves a device file's modification time `seconds` into the past.
+  void ageFile(const char* devicePath, int seconds) {
+    namespace fs = std::filesystem;
+    const fs::path file = root_ + devicePath;
+    fs::last_write_time(
+        file, fs::last_write_time(file) - std::chrono::seconds(seconds));
+  }
+
+  // One form of each person of `list` (the full name unless said), in
+  // order; names() of the results.
+  using Names = std::vector<std::string>;
+  static Names forms(const ZVSearcher::PersonList& list,
+                     std::string (ZVPerson::*form)()
+                         const = &ZVPerson::getNameFull) {
+    Names out;
+    for (const auto& p : list) out.push_back(((*p).*form)());
+    return out;
+  }
+  static Names names(const ZVSearcher& s) { return forms(s.results()); }
+
+  platform::SimProcess& phone() {
+    if (!phone_) phone_ = &world_.launch("com.apple.mobilephone");
+    return *phone_;
+  }
+
+  // Runs f(searcher) in the Phone process.
+  template <typename F>
+  auto withSearcher(F f) {
+    return phone().run([&] { return f(ZVSearcher::sharedInstance()); });
+  }
+
+  // Ends the Phone process; the next phone() starts a fresh one.
+  void restartPhone() {
+    if (phone_) world_.terminate(*phone_);
+    phone_ = nullptr;
+  }
+
   std::string readCache() {
     return testing::readFile(root_ + ZVSearcher::kCachePath);
   }
@@ -23,7 +143,10 @@ class SearcherLoadTest : public SearchTest {
       return ZVSearcher::getBoolSettingsForKey(ZVSearcher::kChangedKey);
     });
   }
+
+  platform::SimProcess* phone_ = nullptr;
 };
+using SearcherLoadTest = SearchTest;
 
 TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
   writeTable("94264=张\n9426=小\n6464=明\n");
@@ -222,7 +345,7 @@ std::string line(int id, int nameLength, const std::string& j,
          number + "\t" + name + "\n";
 }
 
-class SearcherSearchTest : public SearchTest {};
+using SearcherSearchTest = SearchTest;
 
 TEST_F(SearcherSearchTest, RanksIntoClassesInOrder) {
   // One person per class for the key 23, listed in reverse class order.
