@@ -1,24 +1,19 @@
-// Helpers for the area tests: compile a source text into a temporary file,
+// Helpers for the area tests: compile a source text (written with writeFile),
 // hold an open reader handle on it, and ask the area service of a
 // simulated process.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <memory>
 #include <string>
 
 #include "area/area_compiler.h"
 #include "area/area_file.h"
 #include "area/area_loader.h"
+#include "support/device_files.h"
 #include "support/sim_fixture.h"
 
 namespace zv::testing {
-
-inline void writeBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
 
 inline std::string compileText(const std::string& text) {
   return area::compile(area::parseSource(text, "test"), "test");

@@ -2,8 +2,6 @@
 // (font ramp, highlight runs), ZVLabel runs, colour codes and list rows.
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "dialer/keypad_list_view.h"
 #include "dialer/keypad_view.h"
 #include "dialer/zv_label.h"
@@ -176,20 +174,16 @@ TEST_F(KeypadViewsTest, HighlightColoursAreAppliedToTheCentreLabels) {
         pager->updateLCDViews();
         auto page = pager->lcdViews()[1];
         const ui::Color red{1, 0.3137255, 0.3137255, 1};
-        const ui::Color green{0.19607843, 0.82352942, 0.3137255, 1};
-        const ui::Color blue{0, 0.47843137, 1, 1};
-        auto near = [](ui::Color a, ui::Color b) {
-          return std::abs(a.r - b.r) < 1e-6 && std::abs(a.g - b.g) < 1e-6 &&
-                 std::abs(a.b - b.b) < 1e-6 && std::abs(a.a - b.a) < 1e-6;
-        };
         EXPECT_EQ(page->numberLabels()[1]->text(), "55");
-        EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), red));
-        EXPECT_TRUE(near(page->nameLabels()[1]->textColor(), green));
-        EXPECT_FALSE(near(page->numberLabels()[2]->textColor(), red));
+        EXPECT_EQ(page->numberLabels()[1]->textColor(), red);
+        EXPECT_EQ(page->nameLabels()[1]->textColor(),
+                  (ui::Color{0.19607843, 0.82352942, 0.3137255, 1}));
+        EXPECT_NE(page->numberLabels()[2]->textColor(), red);
         // A changed code is applied at the next update.
         page->setNumberHighlightColor(0);
         page->updateLCDView();
-        EXPECT_TRUE(near(page->numberLabels()[1]->textColor(), blue));
+        EXPECT_EQ(page->numberLabels()[1]->textColor(),
+                  (ui::Color{0, 0.47843137, 1, 1}));
       });
 }
 

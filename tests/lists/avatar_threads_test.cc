@@ -1,12 +1,11 @@
-// Avatars loaded on real background threads while the list keeps reusing its
-// cells for other contacts: every cell ends with the picture of the contact
-// it shows last, never one loaded for a contact it showed before. The test
-// command runs these under ThreadSanitizer too.
+// Avatars loaded on real threads while the list reuses its cells for other
+// contacts: every cell ends with the picture of the contact it shows last.
+// The test command runs these under ThreadSanitizer too.
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "lists/contacts_controller.h"
 #include "lists/recents_controller.h"
@@ -16,6 +15,7 @@
 namespace zv {
 namespace {
 
+using testing::controllerOn;
 using testing::FakePerson;
 
 // A Phone process whose background queue is real threads and whose main
@@ -44,30 +44,26 @@ class ThreadedPhone : public platform::SimProcess {
 
   // Runs what reached the main queue so far, on the calling thread.
   void drainMain() {
-    std::deque<std::function<void()>> due;
-    {
-      std::lock_guard lock(mutex_);
-      due.swap(main_);
-    }
     platform::Process::Scope scope(context());
-    for (auto& block : due) block();
+    for (auto& block : take(main_)) block();
   }
+  // Joins the background threads, also those they start meanwhile.
   void join() {
-    for (;;) {
-      std::vector<std::thread> running;
-      {
-        std::lock_guard lock(mutex_);
-        running.swap(threads_);
-      }
-      if (running.empty()) return;
+    for (auto running = take(threads_); !running.empty();
+         running = take(threads_))
       for (auto& t : running) t.join();
-    }
   }
 
  private:
+  // Empties `queue` under the lock; what it held.
+  template <typename T>
+  T take(T& queue) {
+    std::lock_guard lock(mutex_);
+    return std::exchange(queue, {});
+  }
   std::mutex mutex_;
   std::vector<std::thread> threads_;
-  std::deque<std::function<void()>> main_;
+  std::vector<std::function<void()>> main_;
 };
 
 ui::Pixel colourOf(int id) {
@@ -127,11 +123,7 @@ using Cell = std::shared_ptr<ui::UITableViewCell>;
 TEST_F(AvatarThreadsTest,
        RecentsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
   auto host = std::make_shared<testing::FakeRecentsHost>();
-  auto controller = [&] {
-    auto c = ZVRecentsController::sharedInstance();
-    c->setHost(host);
-    return c;
-  };
+  auto controller = [&] { return controllerOn<ZVRecentsController>(host); };
   runRounds(
       {}, [&] { return controller(), host->makeCell(); },
       [&](const Cell& cell, int person) {
@@ -144,11 +136,7 @@ TEST_F(AvatarThreadsTest,
 TEST_F(AvatarThreadsTest,
        ContactsAvatarsLoadedFromSeveralThreadsLandOnTheirCell) {
   auto host = std::make_shared<testing::FakeContactsHost>();
-  auto controller = [&] {
-    auto c = ZVContactsController::sharedInstance();
-    c->setHost(host);
-    return c;
-  };
+  auto controller = [&] { return controllerOn<ZVContactsController>(host); };
   runRounds(
       *platform::simulatedDevice("8.1", "4"),
       [&] { return controller(), host->makeListCell({.name = "name"}); },

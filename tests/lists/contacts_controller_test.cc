@@ -25,18 +25,15 @@ class ContactsTest
              const char* screen = "4") {
     ListControllerTest::begin(settings, version, screen);
   }
-  std::shared_ptr<ui::UITableViewCell> listCell(FakeListCell data,
-                                                double nameSize = 17) {
-    return run([&] { return host_->makeListCell(std::move(data), nameSize); });
-  }
-  // The list cell of `data` after `passes` avatar passes.
+  // A new list cell of `data` after `passes` avatar passes.
   std::shared_ptr<ui::UITableViewCell> decorated(FakeListCell data,
                                                  double nameSize = 17,
                                                  int passes = 1) {
-    auto cell = listCell(std::move(data), nameSize);
-    for (int i = 0; i < passes; ++i)
-      run([&] { controller_->avatarCell(cell); });
-    return cell;
+    return run([&] {
+      auto cell = host_->makeListCell(std::move(data), nameSize);
+      for (int i = 0; i < passes; ++i) controller_->avatarCell(cell);
+      return cell;
+    });
   }
 };
 
@@ -65,7 +62,7 @@ TEST_F(ContactsTest, CardLabelsGetTheAreaAfterTwoBlanksOnce) {
       // Constraint passes come several times per cell.
       for (int pass = 0; pass < 3; ++pass) controller_->areaCell(cell);
     });
-    EXPECT_EQ(host_->label(cell)->text(), c.expected);
+    EXPECT_EQ(host_->labelLabel(cell)->text(), c.expected);
   }
 }
 

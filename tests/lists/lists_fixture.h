@@ -1,9 +1,7 @@
-// Fake Recents and Contacts hosts for the list controllers' tests, and a
-// fixture that starts a controller on one: row cells are real table cells of
-// the UI model with the host's labels; a Recents row is its own call object,
-// and persons are plain objects whose answers the test sets. The device has
-// the China area database and the call-history databases of both
-// generations.
+// Fake Recents and Contacts hosts (real table cells with the host's labels;
+// a Recents row is its own call object) and a fixture that starts a list
+// controller on one, on a device with the China area database and the
+// call-history databases of both generations.
 #pragma once
 
 #include <map>
@@ -157,7 +155,6 @@ class FakeContactsHost : public ContactsHost {
                            fakeLabel(17, {}, std::move(value))};
     return cell;
   }
-  Label label(const Id& cell) { return phones_.at(cell.get()).first; }
   // A list cell with a name view (as before 8.0).
   std::shared_ptr<ui::UITableViewCell> makeListCell(FakeListCell data,
                                                     double nameSize = 17) {
@@ -200,25 +197,32 @@ class FakeContactsHost : public ContactsHost {
   std::map<const rt::Object*, FakeListCell> lists_;
 };
 
+// The shared controller of its class, on `host`.
+template <typename Controller, typename Host>
+std::shared_ptr<Controller> controllerOn(const std::shared_ptr<Host>& host) {
+  auto controller = Controller::sharedInstance();
+  controller->setHost(host);
+  return controller;
+}
+
 class ListsTest : public PhoneProcessTest {
  protected:
   ListsTest() {
-    platform_schema::createDatabase(
-        root_ + platform_schema::kCallHistoryStorePath,
-        platform_schema::Database::kCallHistoryStore);
-    platform_schema::createDatabase(root_ + platform_schema::kCallHistoryDbPath,
-                                    platform_schema::Database::kCallHistoryDb);
-    testing::execSql(root_ + platform_schema::kCallHistoryStorePath,
-                     platform_schema::callRecordTableSql("ZVZCALLRECORD"));
+    namespace ps = platform_schema;
+    ps::createDatabase(root_ + ps::kCallHistoryStorePath,
+                       ps::Database::kCallHistoryStore);
+    ps::createDatabase(root_ + ps::kCallHistoryDbPath,
+                       ps::Database::kCallHistoryDb);
+    testing::execSql(root_ + ps::kCallHistoryStorePath,
+                     ps::callRecordTableSql("ZVZCALLRECORD"));
     writeDeviceFile(ZVAddressBook::kNullAvatarPath,
                     ui::Image::filled(60, 60, 1, kPlaceholder).encodePng());
   }
   static constexpr ui::Pixel kPlaceholder{128, 128, 128, 255};
 };
 
-// The Phone process at `version` on a phone with a `screen`-inch screen, with
-// a list controller (ZVRecentsController, ZVContactsController) on a fake
-// host.
+// A list controller on a fake host in the Phone process at `version` on a
+// `screen`-inch phone.
 template <typename Controller, typename Host>
 class ListControllerTest : public ListsTest {
  protected:
@@ -227,10 +231,7 @@ class ListControllerTest : public ListsTest {
     auto facts = platform::simulatedDevice(version, screen);
     ASSERT_TRUE(facts) << "no phone has a " << screen << "-inch screen";
     proc_ = &launch(settings, *facts);
-    proc_->run([&] {
-      controller_ = Controller::sharedInstance();
-      controller_->setHost(host_);
-    });
+    controller_ = run([&] { return controllerOn<Controller>(host_); });
   }
   template <typename F>
   auto run(F&& f) {

@@ -22,29 +22,26 @@ namespace zv {
 namespace {
 
 namespace fs = std::filesystem;
-using platform_schema::Database;
+namespace ps = platform_schema;
 
 class CallHistoryTest : public testing::SimTest {
  protected:
   void SetUp() override {
-    for (auto [path, which] : {std::pair{platform_schema::kCallHistoryStorePath,
-                                         Database::kCallHistoryStore},
-                               std::pair{platform_schema::kCallHistoryDbPath,
-                                         Database::kCallHistoryDb}})
-      ASSERT_TRUE(platform_schema::createDatabase(root_ + path, which));
+    ASSERT_TRUE(
+        ps::createDatabase(root_ + kStore, ps::Database::kCallHistoryStore));
+    ASSERT_TRUE(ps::createDatabase(root_ + ps::kCallHistoryDbPath,
+                                   ps::Database::kCallHistoryDb));
   }
-
+  static constexpr const char* kStore = ps::kCallHistoryStorePath;
   void exec(const char* devicePath, const std::string& sql) {
     testing::execSql(root_ + devicePath, sql);
   }
-  std::vector<double> column(const char* devicePath, const std::string& sql) {
-    return testing::columnValues<double>(root_ + devicePath, sql);
+  std::vector<double> column(const std::string& sql) {
+    return testing::columnValues<double>(root_ + kStore, sql);
   }
-
   void addCall(int pk, double date, double duration) {
     testing::insertModernCall(root_, pk, date, "10086", duration);
   }
-
   platform::SimProcess& launch(const char* version = "8.1",
                                const char* bundle = "com.apple.springboard") {
     platform::DeviceFacts facts;
@@ -110,7 +107,7 @@ TEST_F(CallHistoryTest, ConnectedCallsAndMissingDatabasesRecordNothing) {
     fs::create_directories(root_ + ZVCallHistory::kRingDurationPath);
     addCall(3, 437875400, 0);
     ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
-    fs::remove(root_ + platform_schema::kCallHistoryStorePath);
+    fs::remove(root_ + ps::kCallHistoryStorePath);
     ZVCallHistory::sharedInstance()->saveLastRingDuration(8);
   });
   world_.advance(5);
@@ -176,24 +173,23 @@ TEST_F(CallHistoryTest, EntriesOlderThanTheOldestCallExpireOnLoad) {
 // and still the backup empties, so the next appearance of Recents does not
 // try, and reload, again. (Which calls come back is
 // TrimmedCallsComeBackAndDeletedOnesNever's, and through the controller
-// tests/lists/recents_sync_test.cc's.)
+// tests/lists/recents_controller_test.cc's.)
 TEST_F(CallHistoryTest, SyncEmptiesTheBackupAlsoOfRowsThatCannotGoBack) {
-  const char* store = platform_schema::kCallHistoryStorePath;
-  exec(store, platform_schema::callRecordTableSql("ZVZCALLRECORD"));
+  exec(kStore, ps::callRecordTableSql("ZVZCALLRECORD"));
   addCall(100, 5500, 10);
-  exec(store,
+  exec(kStore,
        "INSERT INTO ZVZCALLRECORD (Z_PK, ZDATE) VALUES (100, 1), (7, 2)");
   launch("8.1", "com.apple.mobilephone").run([] {
     EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(150), 2);
   });
-  EXPECT_EQ(column(store, "SELECT COUNT(*) FROM ZVZCALLRECORD")[0], 0);
-  EXPECT_EQ(column(store, "SELECT ZDATE FROM ZCALLRECORD ORDER BY ZDATE"),
+  EXPECT_EQ(column("SELECT COUNT(*) FROM ZVZCALLRECORD")[0], 0);
+  EXPECT_EQ(column("SELECT ZDATE FROM ZCALLRECORD ORDER BY ZDATE"),
             (std::vector<double>{5500}));
 }
 
 TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
-  exec(platform_schema::kCallHistoryDbPath,
-       platform_schema::callTableSql("deleted") +
+  exec(ps::kCallHistoryDbPath,
+       ps::callTableSql("deleted") +
            "; INSERT INTO deleted (ROWID, date) VALUES (1, 1416182400)");
   auto& phone = launch("7.1", "com.apple.mobilephone");
   std::vector<std::string> commands;
@@ -222,26 +218,23 @@ TEST_F(CallHistoryTest, LegacyBackupWorkGoesThroughTheTool) {
 // the command lines of LegacyBackupWorkGoesThroughTheTool.)
 TEST_F(CallHistoryTest, TrimmedCallsComeBackAndDeletedOnesNever) {
   installTool();
-  const char* store = platform_schema::kCallHistoryStorePath;
+  auto date = [](int i) { return 1416000000.0 + 1000 * i; };
   auto record = [&](int i) {
-    platform_schema::FinishedCall call;
-    call.address = "10086";
-    call.date = 1416000000.0 + 1000 * i;
-    ASSERT_TRUE(platform_schema::appendCallRecord(
-        root_ + store, Database::kCallHistoryStore, call));
+    ASSERT_TRUE(ps::appendCallRecord(root_ + kStore,
+                                     ps::Database::kCallHistoryStore,
+                                     {.address = "10086", .date = date(i)}));
   };
   auto dates = [&](const char* table) {
-    return column(store, std::string("SELECT ZDATE + 978307200 FROM ") + table +
-                             " ORDER BY ZDATE");
+    return column(std::string("SELECT ZDATE + 978307200 FROM ") + table +
+                  " ORDER BY ZDATE");
   };
-  auto date = [](int i) { return 1416000000.0 + 1000 * i; };
   for (int i = 1; i <= 103; ++i) record(i);
   EXPECT_EQ(dates("ZVZCALLRECORD"),
             (std::vector<double>{date(1), date(2), date(3)}));
   // The user deletes the last call of the list and one in the middle.
   for (int i : {4, 50})
-    exec(store, "DELETE FROM ZCALLRECORD WHERE ZDATE + 978307200 = " +
-                    std::to_string(date(i)));
+    exec(kStore, "DELETE FROM ZCALLRECORD WHERE ZDATE + 978307200 = " +
+                     std::to_string(date(i)));
   EXPECT_EQ(dates("ZVZCALLRECORD").size(), 3u);
   launch("8.1", "com.apple.mobilephone").run([] {
     EXPECT_EQ(ZVCallHistory::sharedInstance()->syncHistory(102), 3);
