@@ -99,11 +99,7 @@ TEST_F(SettingsTest, ValuesAreConvertedWhateverTheirStoredType) {
         EXPECT_FALSE(info.fromFile);
       }
     }
-  });
-}
-
-TEST_F(SettingsTest, ListingPutsSuperclassKeysFirst) {
-  phone_.run([] {
+    // Superclass keys come first.
     auto keys = ZVSettings::make<ZVSMSSettings>()->describe();
     ASSERT_EQ(keys.size(), 1u + 11u + 8u);
     EXPECT_EQ(keys[0].key, "Enable");

@@ -173,19 +173,6 @@ TEST_P(CallerInfoE2ETest, ContactLabelGetsTheAreaJoined) {
             std::optional<std::string>(joined));
 }
 
-// A label that already ends with the area: the incoming screen's joiner
-// (7.x) keeps it, the participants view's (8.x) shows the area alone.
-TEST_P(CallerInfoE2ETest, LabelEndingWithTheAreaIsKeptOnlyOnTheIncomingScreen) {
-  writeDevicePeople(root_, {liLei()});
-  const std::string label = std::string("Office ") + kArea;
-  execSql(devicePath(platform_schema::kAddressBookPath),
-          "UPDATE ABMultiValueLabel SET value = '" + label + "'");
-  startHosts({});
-  ring(kShenzhen);
-  const std::vector<std::string> kept{label}, area{kArea, "incoming call"};
-  EXPECT_EQ(screen().labelLines, sevenX() ? kept : area);
-}
-
 // Style 1 leaves the host's label alone and puts the area into the text
 // view, with the text view's own look and place.
 TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
@@ -222,15 +209,13 @@ TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
   li.nickname = "Lee", li.note = "VIP";
   li.birthday = -336787200;  // 1 May 1990
   writeDevicePeople(root_, {li});
-  startHosts({{"AreaOnlyStrangers", true},
-              {"AreaStyleIncomingCall", 1},
-              {"EnableInfo", true},
-              {"InfoIncomingCallOrganization", true},
-              {"InfoIncomingCallDepartment", true},
-              {"InfoIncomingCallJobTitle", true},
-              {"InfoIncomingCallNickname", true},
-              {"InfoIncomingCallBirthday", true},
-              {"InfoIncomingCallNote", true}});
+  Dict settings{{"AreaOnlyStrangers", true},
+                {"AreaStyleIncomingCall", 1},
+                {"EnableInfo", true}};
+  for (const char* line : {"Organization", "Department", "JobTitle", "Nickname",
+                           "Birthday", "Note"})
+    settings[std::string("InfoIncomingCall") + line] = true;
+  startHosts(settings);
   ring(kShenzhen);
   auto text = screen();
   EXPECT_EQ(text.infoLines,
