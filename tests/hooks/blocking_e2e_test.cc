@@ -44,13 +44,7 @@ class BlockingE2ETest : public World,
     advance(60);
     world_.clearEvents();
   }
-  hosts::CallScreenHost& host() {
-    return *process_->run([] {
-      return dynamic_cast<hosts::CallScreenHost*>(
-          ui::UIApplication::shared().get());
-    });
-  }
-  platform::SimTelephony& network() { return world_.telephony(); }
+  hosts::CallScreenHost& host() { return callScreens(*process_); }
 
   // A call comes in and the host reacts; the host's record of it.
   hosts::ScreenedCall ring(const std::string& number,
@@ -212,9 +206,9 @@ TEST_F(SpringBoardBlockingTest, CallBeforeTheScreenClassIsHookedIsNotBlocked) {
                        {{"EnableBlacklist", true}, {"BlacklistBlockMode", 2}},
                        "7.1", "4");
   advance(5);
-  world_.telephony().decline(world_.telephony().incoming(kBeijing));
+  network().decline(network().incoming(kBeijing));
   advance(10);
-  platform::CallId late = world_.telephony().incoming(kShenzhen);
+  platform::CallId late = network().incoming(kShenzhen);
   advance(200);
   sb.run([&] {
     auto calls = hosts::SpringBoardApplication::shared()->screenedCalls();
@@ -235,7 +229,7 @@ TEST_F(InCallServiceBlockingTest, OutgoingCallsPass) {
   writeDevicePlist(Policy::kBlacklistPath, {{"10011", true}});
   auto& ics = startHost(hosts::inCallServiceHost(),
                         {{"EnableBlacklist", true}, {"BlacklistBlockMode", 0}});
-  world_.telephony().dial("10011");
+  network().dial("10011");
   advance(0);
   ics.run([] {
     auto app = hosts::InCallServiceApplication::shared();

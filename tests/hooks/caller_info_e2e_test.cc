@@ -40,7 +40,6 @@ class CallerInfoE2ETest : public World,
     advance(60);
     world_.clearEvents();
   }
-  platform::SimTelephony& network() { return world_.telephony(); }
   platform::CallId ring(const std::string& number) {
     auto id = network().incoming(number);
     advance(0);
@@ -64,13 +63,9 @@ class CallerInfoE2ETest : public World,
     return key;
   }
   bool ringing(platform::CallId id) {
-    return screen_->run([id] {
-      auto* host = dynamic_cast<hosts::CallScreenHost*>(
-          ui::UIApplication::shared().get());
-      for (const auto& c : host->screenedCalls())
-        if (c.id == id) return c.ringtone;
-      return false;
-    });
+    for (const auto& c : callScreens(*screen_).screenedCalls())
+      if (c.id == id) return c.ringtone;
+    return false;
   }
 
   // Li Lei, whose number is kShenzhen.
@@ -232,12 +227,8 @@ TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
 // answer; on 8.x every one is.
 TEST_P(CallerInfoE2ETest, DeclineButtonOverTheLockScreen) {
   startHosts({{"IncomingCallDeclineButton", true}});
-  auto lock = [&] {
-    screen_->run([] {
-      dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
-          ->setLocked(true);
-    });
-  };
+  auto& host = callScreens(*screen_);
+  auto lock = [&] { screen_->run([&] { host.setLocked(true); }); };
   lock();
   ring(kShenzhen);
   EXPECT_TRUE(screen().declineButton);

@@ -86,13 +86,10 @@ class PhoneE2ETest : public testing::World {
     });
   }
   std::shared_ptr<ZVKeypadView> pager() { return controller_->keypadView(); }
-  // The current page's name and number lines as shown.
-  std::string shownName() {
-    auto& l = pager()->lcdViews()[1]->nameLabels();
-    return l[0]->text() + l[1]->text() + l[2]->text();
-  }
-  std::string shownNumber() {
-    auto& l = pager()->lcdViews()[1]->numberLabels();
+  // The current page's name (or number) lines as shown.
+  std::string shown(bool number = false) {
+    auto page = pager()->lcdViews()[1];
+    auto& l = number ? page->numberLabels() : page->nameLabels();
     return l[0]->text() + l[1]->text() + l[2]->text();
   }
   std::vector<std::string> dialled() {
@@ -115,7 +112,7 @@ TEST_F(PhoneE2ETest, OneDigitShowsTheTypedEntryAndDeletingShowsTheSwitch) {
   EXPECT_EQ(app_->dialer->displayNumber(), "");  // consumed by the search
   ASSERT_EQ(pager()->getCount(), 1u);
   EXPECT_EQ(pager()->getNumber(), "1");
-  EXPECT_EQ(shownNumber(), "1");
+  EXPECT_EQ(shown(true), "1");
   EXPECT_FALSE(controller_->onoffButton()->isVisible());
   press([](hosts::PhonePad& p) { p.pressDelete(); });
   EXPECT_EQ(controller_->inputNumber(), "");
@@ -134,7 +131,7 @@ TEST_F(PhoneE2ETest, InitialsFindTheContactFirstAndCallDialsIt) {
   type("57");  // J(ohn) S(mith)
   ASSERT_GE(pager()->getCount(), 1u);
   EXPECT_EQ(pager()->getNumber(), "13800138000");
-  EXPECT_NE(shownName().find("John"), std::string::npos) << shownName();
+  EXPECT_NE(shown().find("John"), std::string::npos) << shown();
   EXPECT_FALSE(pager()->lcdViews()[1]->nameLabels()[1]->text().empty())
       << "the matched characters are highlighted";
   press([](hosts::PhonePad& p) { p.pressCall(); });
@@ -177,8 +174,7 @@ TEST_F(PhoneE2ETest, ListOpensWithTwoResultsAndPutsTheTypedNumberFirst) {
   const size_t n = pager()->getCount();
   ASSERT_GE(n, 3u);
   EXPECT_TRUE(pager()->persons().back()->priority() & ZVPerson::kTypedNumber);
-  EXPECT_NE(shownName().find("(1/" + std::to_string(n) + ")"),
-            std::string::npos);
+  EXPECT_NE(shown().find("(1/" + std::to_string(n) + ")"), std::string::npos);
   run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::TouchEnded); });
   auto list = controller_->listView();
   ASSERT_FALSE(list->isHidden());
