@@ -1,8 +1,6 @@
 // Start-up dispatch: which hosts start which modules, and when nothing starts.
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "hooks/modules.h"
 #include "support/device_files.h"
 #include "support/sim_fixture.h"
@@ -28,37 +26,16 @@ class StartupTest : public testing::SimTest {
   }
 };
 
-// Each host's routines in order, from 7.0 on and with Enable on; a
-// settings file that does not parse counts as on.
 TEST_F(StartupTest, EachHostStartsItsModulesInOrder) {
-  const struct {
-    const char *bundle, *version;
-    std::optional<bool> enable;  // none: a file that does not parse
-    Modules started;
-  } cases[] = {
-      {"com.apple.mobilephone",
-       "8.1",
-       true,
-       {"zvkeypad_init", "zvincall_init", "zvrecents_init", "zvcontacts_init",
-        "zvphone_init"}},
-      {"com.apple.MobileAddressBook", "7.0.4", true, {"zvcontacts_init"}},
-      {"com.apple.MobileSMS", "8.1", true, {"zvsms_init", "zvcontacts_init"}},
-      {"com.apple.springboard",
-       "8.1",
-       std::nullopt,
-       {"zvincomingcall_init", "zvcontrolcenter_init"}},
-      {"com.apple.InCallService", "7.0", true, {"zvincallservice_init"}},
-      {"com.apple.mobilephone", "6.1.6", true, {}},
-      {"com.apple.mobilephone", "8.1", false, {}},
-  };
-  for (const auto& c : cases) {
-    if (c.enable)
-      writeEnable(*c.enable);
-    else
-      writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist",
-                      "\x01garbage");
-    EXPECT_EQ(start(c.bundle, c.version), c.started) << c.bundle << c.version;
-  }
+  EXPECT_EQ(start("com.apple.mobilephone"),
+            (Modules{"zvkeypad_init", "zvincall_init", "zvrecents_init",
+                     "zvcontacts_init", "zvphone_init"}));
+  EXPECT_EQ(start("com.apple.MobileAddressBook"), Modules{"zvcontacts_init"});
+  EXPECT_EQ(start("com.apple.MobileSMS"),
+            (Modules{"zvsms_init", "zvcontacts_init"}));
+  EXPECT_EQ(start("com.apple.springboard"),
+            (Modules{"zvincomingcall_init", "zvcontrolcenter_init"}));
+  EXPECT_EQ(start("com.apple.InCallService"), Modules{"zvincallservice_init"});
 }
 
 // The loading probe starts only where a test host asks for it.
@@ -80,6 +57,19 @@ TEST_F(StartupTest, UnknownHostIsLeftUntouchedWithoutReadingSettings) {
   EXPECT_TRUE(start("com.apple.mobilesafari").empty());
   EXPECT_TRUE(start("com.apple.MobilePhone").empty());  // case matters
   EXPECT_EQ(world_.observerCount("ZVSettingsChanged"), 0u);
+}
+
+TEST_F(StartupTest, EnableSwitchAndSystemVersionDecide) {
+  EXPECT_TRUE(start("com.apple.mobilephone", "6.1.6").empty());
+  EXPECT_EQ(start("com.apple.InCallService", "7.0").size(), 1u);
+  writeEnable(false);
+  EXPECT_TRUE(start("com.apple.mobilephone").empty());
+  writeEnable(true);
+  EXPECT_EQ(start("com.apple.MobileAddressBook", "7.0.4").size(), 1u);
+  // A settings file that does not parse counts as Enable on.
+  writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist",
+                  "\x01garbage");
+  EXPECT_EQ(start("com.apple.MobileAddressBook").size(), 1u);
 }
 
 // With every switch it asks off, a feature routine replaces no method of
