@@ -279,7 +279,6 @@ INSTANTIATE_TEST_SUITE_P(Seven, SevenXE2ETest, ::testing::Values("7.1"));
 // The delayed ring: 0 rings at once; 3 s rings after three seconds, and a
 // call hung up inside the delay never rings.
 TEST_P(SevenXE2ETest, DelayedRing) {
-  writeSettings({});
   startHosts({{"IncomingCallDelayRing", 0.0}});
   auto first = ring(kShenzhen);
   EXPECT_TRUE(ringing(first));

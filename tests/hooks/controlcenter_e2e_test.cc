@@ -56,9 +56,6 @@ class ControlCenterE2ETest : public testing::World,
     run([&] { cc().present(); });
     world_.advance(0);
   }
-  void close() {
-    run([&] { cc().dismiss(); });
-  }
   void tap(const std::string& name) {
     auto b = button(name);
     ASSERT_TRUE(b) << name;
@@ -177,8 +174,10 @@ TEST_P(ControlCenterE2ETest, CellularToggleFollowsThePlatformsCellularData) {
   EXPECT_EQ(details("cellularData"), (Effects{"off", "on"}));
   EXPECT_TRUE(effects().empty());
 
-  close();
-  run([] { platform::CTCellularDataPlanSetIsEnabled(false); });
+  run([&] {
+    cc().dismiss();
+    platform::CTCellularDataPlanSetIsEnabled(false);
+  });
   open();
   if (modular()) {
     // Every appearance after the first updates a tenth of a second later.

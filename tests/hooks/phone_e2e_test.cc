@@ -78,12 +78,15 @@ class PhoneE2ETest : public testing::World {
   void press(const std::function<void(hosts::PhonePad&)>& f) {
     run([&] { f(*app_->dialer->dialerView()->pad); });
   }
-  // Long-presses the pager and presses menu button `index`.
-  void menu(int index) {
+  // Long-presses the pager: its menu, if one is not up already.
+  std::shared_ptr<ui::UIActionSheet> longPress() {
     run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::LongPress); });
-    run([&] {
-      ui::UIActionSheet::presented()->dismissWithClickedButtonIndex(index);
-    });
+    return run([] { return ui::UIActionSheet::presented(); });
+  }
+  // Presses button `index` of the pager's menu.
+  void menu(int index) {
+    auto sheet = longPress();
+    run([&] { sheet->dismissWithClickedButtonIndex(index); });
   }
   std::shared_ptr<ZVKeypadView> pager() { return controller_->keypadView(); }
   // The current page's name (or number) lines as shown.
@@ -157,8 +160,7 @@ TEST_F(PhoneE2ETest, PrefixDiallingAndTheMenuForExcludedNumbers) {
             (std::vector<std::string>{"1795102087654321", "13801700000",
                                       "1795102087654321"}));
   type("65");
-  run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::LongPress); });
-  auto sheet = run([] { return ui::UIActionSheet::presented(); });
+  auto sheet = longPress();
   ASSERT_TRUE(sheet);
   EXPECT_EQ(sheet->tag(), ZVKeypadController::kMenuCopyPrefixMessage);
   EXPECT_EQ(sheet->buttons(),
@@ -201,22 +203,16 @@ TEST_F(PhoneE2ETest, ListOpensWithTwoResultsAndPutsTheTypedNumberFirst) {
 
 TEST_F(PhoneE2ETest, OneMenuAtATimeAndPasteNeedsDialableText) {
   start();
-  auto longPress = [&] {
-    run([&] { pager()->lcdViews()[1]->perform(ui::Gesture::LongPress); });
-  };
-  longPress();
-  auto sheet = run([] { return ui::UIActionSheet::presented(); });
+  auto sheet = longPress();
   ASSERT_TRUE(sheet);
   EXPECT_EQ(sheet->tag(), ZVKeypadController::kMenuPasteReload);
-  longPress();
-  EXPECT_EQ(run([] { return ui::UIActionSheet::presented(); }), sheet);
+  EXPECT_EQ(longPress(), sheet);
   run([] { ui::UIPasteboard::setString("call me!"); });
   run([&] { sheet->dismissWithClickedButtonIndex(0); });  // Paste
   EXPECT_EQ(controller_->inputNumber(), "");
   // Now a text with digits pastes them as typed keys.
-  longPress();
   run([] { ui::UIPasteboard::setString("tel 138-0013"); });
-  run([] { ui::UIActionSheet::presented()->dismissWithClickedButtonIndex(0); });
+  menu(0);
   EXPECT_EQ(controller_->inputNumber(), "1380013");
   EXPECT_EQ(pager()->getNumber(), "13800138000");
 }
