@@ -123,10 +123,13 @@ TEST_F(BlockingTest, MasterSwitchOffOrNoHostBlocksNothing) {
   EXPECT_FALSE(controller_->blockRingtone(nullptr));
   EXPECT_TRUE(takeActions().empty());
   EXPECT_FALSE(controller_->blacklist());
-  // Without a host nothing is (outgoing calls: the end-to-end suite).
+  // Nor is an outgoing call, even in block-all mode; nor anything without
+  // a host.
   start({{"BlacklistBlockMode", 2}});
   auto c = call("10086");
   host_->incoming = c;
+  rt::as<FakeCall>(c)->isOutgoing = true;
+  EXPECT_FALSE(controller_->blockInCall(nullptr));
   controller_->setHost(nullptr);
   EXPECT_FALSE(controller_->blockCall(c));
   EXPECT_FALSE(controller_->blockInCall(nullptr));

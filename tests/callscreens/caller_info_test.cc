@@ -59,8 +59,10 @@ TEST_F(CallerInfoTest, InCallJoinerFollowsTheCallStatus) {
   EXPECT_EQ(inCall({}, 1, "00:12"), "00:12");
   EXPECT_EQ(inCall({{"AreaNameInCall", true}}, 1, "00:12"),
             std::string("00:12  ") + kArea);
-  // A label the area begins with, or none, gives the area; held: unchanged.
+  // A label the area begins or ends with, or none, gives the area; held:
+  // unchanged.
   EXPECT_EQ(inCall({}, 4, "广东"), kArea);
+  EXPECT_EQ(inCall({}, 4, std::string("Office ") + kArea), kArea);
   EXPECT_EQ(inCall({}, 4, std::nullopt), kArea);
   EXPECT_EQ(inCall({{"AreaNameInCall", true}}, 2, "on hold"), "on hold");
 }

@@ -47,37 +47,35 @@ TEST_F(DeviceTest, VibrationIsPlayedEvenWhenEmpty) {
   EXPECT_EQ(v[1].detail, "4095 Intensity=1 VibePattern=on,500,off,200,on,500");
 }
 
+// An iPhone 6 Plus on 8.1.2 (its screen turned) and an iPhone 5 on 7.0:
+// 6 Plus, 6, 5, 5s, then the 6 Plus, 6, 5 and 4 screens.
 TEST_F(DeviceTest, ModelAndScreenTestsFollowTheDeviceFacts) {
-  platform::DeviceFacts plus;
-  plus.hardwareModel = "iPhone7,1";
-  plus.systemVersion = "8.1.2";
-  plus.screenPoints = {736, 414};
-  plus.screenPixels = {1242, 2208};
-  platform::DeviceFacts five;
-  five.hardwareModel = "iPhone5,2";
-  five.systemVersion = "7.0";
-  five.screenPoints = {320, 568};
-  five.screenPixels = {640, 1136};
-  auto& a = world_.launch("com.apple.springboard", plus);
-  auto& b = world_.launch("com.apple.mobilephone", five);
-  a.run([] {
-    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 8.1f);
-    EXPECT_TRUE(UIDevice::isPhone6p());
-    EXPECT_FALSE(UIDevice::isPhone6());
-    EXPECT_FALSE(UIDevice::isPhone5());
-    EXPECT_TRUE(UIDevice::isPhone6pscreen());
-    EXPECT_FALSE(UIDevice::isPhone6screen());
-    EXPECT_FALSE(UIDevice::isPhone5screen());
-  });
-  b.run([] {
-    EXPECT_FLOAT_EQ(UIDevice::OSVersion(), 7.0f);
-    EXPECT_TRUE(UIDevice::isPhone5());
-    EXPECT_FALSE(UIDevice::isPhone5s());
-    EXPECT_FALSE(UIDevice::isPhone6p());
-    EXPECT_TRUE(UIDevice::isPhone5screen());
-    EXPECT_FALSE(UIDevice::isPhone4screen());
-    EXPECT_FALSE(UIDevice::isPhone6pscreen());
-  });
+  auto facts = [](const char* version, const char* model, platform::Size points,
+                  platform::Size pixels) {
+    platform::DeviceFacts f;
+    f.systemVersion = version;
+    f.hardwareModel = model;
+    f.screenPoints = points;
+    f.screenPixels = pixels;
+    return f;
+  };
+  auto& plus =
+      world_.launch("com.apple.springboard",
+                    facts("8.1.2", "iPhone7,1", {736, 414}, {1242, 2208}));
+  auto& five =
+      world_.launch("com.apple.mobilephone",
+                    facts("7.0", "iPhone5,2", {320, 568}, {640, 1136}));
+  auto answers = [] {
+    std::string out;
+    for (bool b : {UIDevice::isPhone6p(), UIDevice::isPhone6(),
+                   UIDevice::isPhone5(), UIDevice::isPhone5s(),
+                   UIDevice::isPhone6pscreen(), UIDevice::isPhone6screen(),
+                   UIDevice::isPhone5screen(), UIDevice::isPhone4screen()})
+      out += b ? '1' : '0';
+    return out + " " + std::to_string(UIDevice::OSVersion());
+  };
+  EXPECT_EQ(plus.run(answers), "10001000 8.100000");
+  EXPECT_EQ(five.run(answers), "00100010 7.000000");
 }
 
 TEST_F(DeviceTest, AnswersAreKeptForTheLifeOfTheProcess) {

@@ -79,14 +79,12 @@ TEST_F(FormattedStringValueTest, GivesWhatThePlatformFormatterGives) {
     EXPECT_EQ(formattedStringValue("13912345678"), "");
     EXPECT_EQ(formattedStringValue("139"), "139");
   });
-}
-
-TEST_F(FormattedStringValueTest, FormatsThroughTheNumberClass) {
+  // The platform's own number class.
   platform::DeviceFacts facts;
   facts.locale = "zh_CN";
-  auto& phone = world_.launch("com.apple.mobilephone", facts);
-  platform::registerPhoneNumberClass(phone.context().runtime());
-  phone.run([] {
+  auto& china = world_.launch("com.apple.mobilephone", facts);
+  platform::registerPhoneNumberClass(china.context().runtime());
+  china.run([] {
     EXPECT_EQ(formattedStringValue("13912345678"), "139 1234 5678");
     EXPECT_EQ(formattedStringValue("+8613912345678"), "+86 139 1234 5678");
     // Short texts are never handed to the platform.

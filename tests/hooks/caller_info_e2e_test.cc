@@ -40,7 +40,6 @@ class CallerInfoE2ETest : public World,
     advance(60);
     world_.clearEvents();
   }
-  platform::SimTelephony& network() { return world_.telephony(); }
   platform::CallId ring(const std::string& number) {
     auto id = network().incoming(number);
     advance(0);
@@ -64,13 +63,9 @@ class CallerInfoE2ETest : public World,
     return key;
   }
   bool ringing(platform::CallId id) {
-    return screen_->run([id] {
-      auto* host = dynamic_cast<hosts::CallScreenHost*>(
-          ui::UIApplication::shared().get());
-      for (const auto& c : host->screenedCalls())
-        if (c.id == id) return c.ringtone;
-      return false;
-    });
+    for (const auto& c : callScreens(*screen_).screenedCalls())
+      if (c.id == id) return c.ringtone;
+    return false;
   }
 
   // Li Lei, whose number is kShenzhen.
@@ -173,19 +168,6 @@ TEST_P(CallerInfoE2ETest, ContactLabelGetsTheAreaJoined) {
             std::optional<std::string>(joined));
 }
 
-// A label that already ends with the area: the incoming screen's joiner
-// (7.x) keeps it, the participants view's (8.x) shows the area alone.
-TEST_P(CallerInfoE2ETest, LabelEndingWithTheAreaIsKeptOnlyOnTheIncomingScreen) {
-  writeDevicePeople(root_, {liLei()});
-  const std::string label = std::string("Office ") + kArea;
-  execSql(devicePath(platform_schema::kAddressBookPath),
-          "UPDATE ABMultiValueLabel SET value = '" + label + "'");
-  startHosts({});
-  ring(kShenzhen);
-  const std::vector<std::string> kept{label}, area{kArea, "incoming call"};
-  EXPECT_EQ(screen().labelLines, sevenX() ? kept : area);
-}
-
 // Style 1 leaves the host's label alone and puts the area into the text
 // view, with the text view's own look and place.
 TEST_P(CallerInfoE2ETest, StyleOneFillsTheTextViewInsteadOfTheLabel) {
@@ -222,15 +204,13 @@ TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
   li.nickname = "Lee", li.note = "VIP";
   li.birthday = -336787200;  // 1 May 1990
   writeDevicePeople(root_, {li});
-  startHosts({{"AreaOnlyStrangers", true},
-              {"AreaStyleIncomingCall", 1},
-              {"EnableInfo", true},
-              {"InfoIncomingCallOrganization", true},
-              {"InfoIncomingCallDepartment", true},
-              {"InfoIncomingCallJobTitle", true},
-              {"InfoIncomingCallNickname", true},
-              {"InfoIncomingCallBirthday", true},
-              {"InfoIncomingCallNote", true}});
+  Dict settings{{"AreaOnlyStrangers", true},
+                {"AreaStyleIncomingCall", 1},
+                {"EnableInfo", true}};
+  for (const char* line : {"Organization", "Department", "JobTitle", "Nickname",
+                           "Birthday", "Note"})
+    settings[std::string("InfoIncomingCall") + line] = true;
+  startHosts(settings);
   ring(kShenzhen);
   auto text = screen();
   EXPECT_EQ(text.infoLines,
@@ -247,12 +227,8 @@ TEST_P(CallerInfoE2ETest, ContactUnderOnlyStrangersShowsDetailsWithoutArea) {
 // answer; on 8.x every one is.
 TEST_P(CallerInfoE2ETest, DeclineButtonOverTheLockScreen) {
   startHosts({{"IncomingCallDeclineButton", true}});
-  auto lock = [&] {
-    screen_->run([] {
-      dynamic_cast<hosts::CallScreenHost*>(ui::UIApplication::shared().get())
-          ->setLocked(true);
-    });
-  };
+  auto& host = callScreens(*screen_);
+  auto lock = [&] { screen_->run([&] { host.setLocked(true); }); };
   lock();
   ring(kShenzhen);
   EXPECT_TRUE(screen().declineButton);
@@ -303,7 +279,6 @@ INSTANTIATE_TEST_SUITE_P(Seven, SevenXE2ETest, ::testing::Values("7.1"));
 // The delayed ring: 0 rings at once; 3 s rings after three seconds, and a
 // call hung up inside the delay never rings.
 TEST_P(SevenXE2ETest, DelayedRing) {
-  writeSettings({});
   startHosts({{"IncomingCallDelayRing", 0.0}});
   auto first = ring(kShenzhen);
   EXPECT_TRUE(ringing(first));

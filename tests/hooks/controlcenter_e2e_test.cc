@@ -56,9 +56,6 @@ class ControlCenterE2ETest : public testing::World,
     run([&] { cc().present(); });
     world_.advance(0);
   }
-  void close() {
-    run([&] { cc().dismiss(); });
-  }
   void tap(const std::string& name) {
     auto b = button(name);
     ASSERT_TRUE(b) << name;
@@ -169,22 +166,18 @@ TEST_P(ControlCenterE2ETest, CellularToggleFollowsThePlatformsCellularData) {
   if (modular()) {
     EXPECT_EQ(button("bluetooth")->title, "Cellular");
   }
-  EXPECT_TRUE(cellular());
-  EXPECT_TRUE(button("bluetooth")->selected);
+  EXPECT_TRUE(cellular() && button("bluetooth")->selected);
   tap("bluetooth");
-  EXPECT_FALSE(cellular());
-  EXPECT_FALSE(button("bluetooth")->selected);
+  EXPECT_FALSE(cellular() || button("bluetooth")->selected);
   tap("bluetooth");
-  EXPECT_TRUE(cellular());
-  EXPECT_TRUE(button("bluetooth")->selected);
-  auto switched = world_.events("cellularData");
-  ASSERT_EQ(switched.size(), 2u);
-  EXPECT_EQ(switched[0].detail, "off");
-  EXPECT_EQ(switched[1].detail, "on");
+  EXPECT_TRUE(cellular() && button("bluetooth")->selected);
+  EXPECT_EQ(details("cellularData"), (Effects{"off", "on"}));
   EXPECT_TRUE(effects().empty());
 
-  close();
-  run([] { platform::CTCellularDataPlanSetIsEnabled(false); });
+  run([&] {
+    cc().dismiss();
+    platform::CTCellularDataPlanSetIsEnabled(false);
+  });
   open();
   if (modular()) {
     // Every appearance after the first updates a tenth of a second later.
@@ -229,13 +222,11 @@ TEST_P(ControlCenterE2ETest, AFailingReplacementFallsBackToTheHost) {
   tap("clock");
   EXPECT_EQ(effects(), Effects{"launch:com.apple.mobiletimer"});
   EXPECT_FALSE(run([] { return zvenabled(); }));
-  auto logs = world_.events("log");
-  ASSERT_EQ(logs.size(), 1u);
-  EXPECT_EQ(logs[0].detail,
-            modular() ? "ZVException: SBCCShortcutButtonController "
-                        "buttonTapped: NSGenericException button is busy"
-                      : "ZVException: SBCCQuickLaunchSectionController "
-                        "buttonTapped: NSGenericException button is busy");
+  EXPECT_EQ(details("log"),
+            Effects{std::string("ZVException: ") +
+                    (modular() ? "SBCCShortcutButtonController"
+                               : "SBCCQuickLaunchSectionController") +
+                    " buttonTapped: NSGenericException button is busy"});
 }
 
 }  // namespace

@@ -14,23 +14,24 @@ namespace {
 TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
   start();
   run([&] {
-    ASSERT_EQ(app_->list->conversations.size(), 4u);
+    ASSERT_EQ(app_->list->conversations.size(), 6u);
     EXPECT_EQ(row(0)->fromLabel->text(), "Wei Zhang");
     EXPECT_EQ(areaLabel(0)->text(), area("13800138000"));
-    EXPECT_FALSE(areaLabel(3)->text().empty());
-    EXPECT_EQ(areaLabel(3)->text(), area("13701234567"));
+    EXPECT_FALSE(areaLabel(4)->text().empty());
+    EXPECT_EQ(areaLabel(4)->text(), area("13811112222"));
+    // 10086 waits unread: its name sits beside the picture and the dot.
     auto from = row(3)->fromLabel->frame();
     EXPECT_EQ(areaLabel(3)->frame().origin.x,
               from.origin.x + from.size.width + 6);
-    EXPECT_EQ(from.origin.x, 90);  // beside the picture and the unread dot
+    EXPECT_EQ(from.origin.x, 90);
     // The stranger has the placeholder, tagged -1.
-    EXPECT_EQ(row(3)->imageView()->tag(), -1);
-    EXPECT_EQ(row(3)->imageView()->cornerRadius(), 25);
+    EXPECT_EQ(row(4)->imageView()->tag(), -1);
+    EXPECT_EQ(row(4)->imageView()->cornerRadius(), 25);
   });
   // Wei's picture arrived from the background fetch.
   run([&] {
     auto image = row(0)->imageView();
-    EXPECT_EQ(image->tag(), avatarViewTag(1));
+    EXPECT_EQ(image->tag(), avatarViewTag(2));
     ASSERT_NE(image->image(), nullptr);
     EXPECT_NE(image->image(),
               ZVAddressBook::sharedInstance()->getNullAvatarWithsize({50, 50}));

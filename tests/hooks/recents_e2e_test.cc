@@ -43,10 +43,6 @@ class RecentsE2ETest : public testing::ListsWorld {
     for (auto& r : rows()) out.push_back(r->label->text());
     return out;
   }
-  void writeRing(const Dict& durations) {
-    writeDevicePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
-                     durations);
-  }
 
   platform::SimProcess* phone_ = nullptr;
 };
@@ -57,10 +53,11 @@ TEST_F(RecentsE2ETest, RowsShowAreaAndRingTimeOnceHoweverOftenTheyAreDrawn) {
   modernCall(3, 437000200.5, testing::kStranger);
   modernCall(4, 437000300.5, testing::kHanMeimei, 60);
   modernCall(5, 437000400.5, testing::kLiLei);  // missed, 12 s
-  writeRing({{"437000400.500000", 12},
-             {"437000000.500000", 2},
-             {"437000100.500000", 3},
-             {"437000200.500000", 4}});
+  writeDevicePlist("/var/mobile/Library/Preferences/zorvel.missed.plist",
+                   {{"437000400.500000", 12},
+                    {"437000000.500000", 2},
+                    {"437000100.500000", 3},
+                    {"437000200.500000", 4}});
   startPhone({{"CallHistoryRingDuration", true}});
   openRecents();
   const std::vector<std::string> expected{"mobile 北京市 (12sec)",

@@ -69,20 +69,6 @@ TEST_F(PhoneHostTest, NameLabelAddContactAndURLs) {
   ASSERT_EQ(world_.events("openURL").size(), 1u);
 }
 
-TEST_F(PhoneHostTest, TabsAndBackground) {
-  auto app = start();
-  proc_.run([&] {
-    auto current = rt::send<rt::Id>(app, "currentViewController");
-    EXPECT_EQ(rt::send<int>(current, "selectedIndex"),
-              PhoneApplication::kKeypad);
-    app->selectTab(PhoneApplication::kRecents);
-    EXPECT_EQ(rt::send<int>(current, "selectedIndex"),
-              PhoneApplication::kRecents);
-    app->enterBackground();
-    EXPECT_TRUE(app->inBackground);
-  });
-}
-
 TEST_F(PhoneHostTest, VariantsLackTheirCapabilities) {
   auto app = start({.settableDisplay = false,
                     .readableDisplay = true,

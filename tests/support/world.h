@@ -22,6 +22,7 @@
 #include <type_traits>
 
 #include "hooks/modules.h"
+#include "hosts/kit/call_screens.h"
 #include "hosts/kit/host_kit.h"
 #include "platform/db/call_records.h"
 #include "platform/db/platform_schema.h"
@@ -116,7 +117,16 @@ class World : public SimTest {
     }
   }
 
-  // --- Time and side effects ---------------------------------------------
+  // The call-screen host (springboard or in-call service) of `process`.
+  static hosts::CallScreenHost& callScreens(platform::SimProcess& process) {
+    return *process.run([] {
+      return dynamic_cast<hosts::CallScreenHost*>(
+          ui::UIApplication::shared().get());
+    });
+  }
+
+  // --- Time, calls and side effects ---------------------------------------
+  platform::SimTelephony& network() { return world_.telephony(); }
   void advance(double seconds) { world_.advance(seconds); }
   std::vector<platform::SimEvent> events(std::string_view kind) const {
     return world_.events(kind);
