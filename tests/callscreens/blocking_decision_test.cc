@@ -96,16 +96,19 @@ TEST_F(BlockingTest, RulesInOrderOfModesSwitchesListsAndAreas) {
     EXPECT_EQ(controller_->blockCall(c), r.verdict == 'B' || r.verdict == 'b')
         << what;
     const auto& cache = controller_->lastBlockedNumber();
-    if (r.verdict == 'B' || r.verdict == 'P')
-      EXPECT_EQ(cache,
-                (std::map<std::string, bool>{{*r.number, r.verdict == 'B'}}))
-          << what;
-    else
-      EXPECT_TRUE(cache.empty()) << what;
+    using Cache = std::map<std::string, bool>;
+    const Cache cached = r.verdict == 'B' || r.verdict == 'P'
+                             ? Cache{{*r.number, r.verdict == 'B'}}
+                             : Cache{};
+    EXPECT_EQ(cache, cached) << what;
     // Lists are read only by their modes, areas only for an area rule.
-    if (r.mode >= 2) EXPECT_FALSE(controller_->whitelist()) << what;
-    if (r.mode >= 2) EXPECT_FALSE(controller_->blacklist()) << what;
-    if (!*r.areas) EXPECT_FALSE(ZVAreaLoader::sharedInstance()->loaded());
+    if (r.mode >= 2) {
+      EXPECT_FALSE(controller_->whitelist()) << what;
+      EXPECT_FALSE(controller_->blacklist()) << what;
+    }
+    if (!*r.areas) {
+      EXPECT_FALSE(ZVAreaLoader::sharedInstance()->loaded());
+    }
   }
 }
 
