@@ -79,22 +79,16 @@ class CallerdTest : public testing::CallerdFixture {
   // actions, hints, timeout).
   std::vector<Note> notes() {
     std::vector<Note> out;
-    for (GVariant* args : modem_.methodCalls("/org/freedesktop/Notifications",
-                                             "Notify", testing::kNotes)) {
-      GVariant *summary, *body, *hints;
-      g_variant_get_child(args, 3, "v", &summary);
-      g_variant_get_child(args, 4, "v", &body);
-      g_variant_get_child(args, 6, "v", &hints);
-      Note n{g_variant_get_string(summary, nullptr),
-             g_variant_get_string(body, nullptr)};
+    for (const auto& a : modem_.methodCalls("/org/freedesktop/Notifications",
+                                            "Notify", testing::kNotes)) {
+      Note& n = out.emplace_back(g_variant_get_string(a[3].get(), nullptr),
+                                 g_variant_get_string(a[4].get(), nullptr));
       guchar urgency = 0;
-      if (g_variant_lookup(hints, "urgency", "y", &urgency))
-        n.urgency = urgency;
       gboolean resident = FALSE;
-      if (g_variant_lookup(hints, "resident", "b", &resident))
+      if (g_variant_lookup(a[6].get(), "urgency", "y", &urgency))
+        n.urgency = urgency;
+      if (g_variant_lookup(a[6].get(), "resident", "b", &resident))
         n.resident = resident;
-      for (GVariant* v : {summary, body, hints, args}) g_variant_unref(v);
-      out.push_back(n);
     }
     return out;
   }
