@@ -92,7 +92,12 @@ class DeviceImageTest : public ::testing::Test {
 };
 
 DeviceImageOptions options(int contacts, int calls, uint64_t seed) {
-  return {contacts, calls, seed, kTable};
+  DeviceImageOptions o;
+  o.contacts = contacts;
+  o.calls = calls;
+  o.seed = seed;
+  o.tableFile = kTable;
+  return o;
 }
 
 // What the search engine and the call screens meet in a real phone's

@@ -3,12 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <fstream>
 #include <regex>
 
 #include "cli_runner.h"
-#include "support/sim_fixture.h"
 
 namespace zv::testing {
 namespace {

@@ -5,12 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <filesystem>
-#include <nlohmann/json.hpp>
 
 #include "cli_runner.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

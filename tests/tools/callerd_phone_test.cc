@@ -7,9 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <map>
-#include <thread>
 
 #include "callerd_fixture.h"
 

@@ -4,7 +4,6 @@
 // bus (a running callerd applies them) and bad input must change nothing.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -13,7 +12,6 @@
 #include "platform/db/sqlite_db.h"
 #include "platform/linux/notify_bus.h"
 #include "platform/plist.h"
-#include "support/device_files.h"
 #include "support/private_bus.h"
 
 namespace zv {

@@ -3,14 +3,9 @@
 // one-line errors that change nothing. zvtool has no other suite.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "cli_runner.h"
 #include "platform/db/platform_schema.h"
 #include "support/device_db.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

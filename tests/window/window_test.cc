@@ -6,13 +6,10 @@
 // Voice.CreateCall and Call.Start.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <regex>
 
-#include "support/device_files.h"
 #include "support/mock_modem.h"
 #include "support/private_bus.h"
-#include "support/sim_fixture.h"
 #include "tools/cli_runner.h"
 
 namespace zv {
