@@ -1,9 +1,6 @@
-// zorvel callerd with a Linux phone's own services on a private session
-// bus: a real Evolution Data Server (started by D-Bus activation, its
-// HOME and XDG folders in the test's temporary folder) holding the user's
-// contacts, python3-dbusmock standing for ModemManager, the notification
-// daemon and feedbackd. Contacts added to the server while callerd runs
-// count for the next call.
+// zorvel callerd with a Linux phone's own services: a real Evolution Data
+// Server (started by D-Bus activation in a private HOME) holding the user's
+// contacts, and feedbackd mocked. Contacts added while it runs count.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

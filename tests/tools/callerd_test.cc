@@ -1,9 +1,6 @@
-// zorvel callerd against real D-Bus: a private dbus-daemon, ModemManager's
-// modem, voice and call objects mocked with python3-dbusmock's generic
-// object API under their real interface names, and its notification-daemon
-// template standing for the desktop. callerd runs as a real process; the
-// test plays the network (calls come, ring, end) and reads what callerd
-// asked of ModemManager and of the desktop.
+// zorvel callerd as a real process on a private D-Bus (callerd_fixture.h):
+// the test plays the network (calls come, ring, end) and reads what
+// callerd asked of ModemManager and of the desktop.
 #include <gtest/gtest.h>
 
 #include <algorithm>

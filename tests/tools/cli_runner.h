@@ -185,12 +185,9 @@ class ZorvelCliTest : public ::testing::Test {
   }
   // Each script is a usage error: exit 2, nothing run or printed, one line.
   void expectUsageErrors(std::initializer_list<const char*> scripts) {
-    for (const char* args : scripts) {
-      auto r = run(args);
-      EXPECT_EQ(r.status, 2) << args;
-      EXPECT_EQ(r.out, "") << args;
-      EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-    }
+    std::vector<FailingRun> rows;
+    for (const char* args : scripts) rows.push_back({args, 2, ""});
+    expectFailures([&](auto& args) { return run(args); }, rows);
   }
 
   TempRoot root_;

@@ -1,9 +1,6 @@
-// zorvel window on a real X server (Xvfb) and a private D-Bus with a mocked
-// ModemManager (python3-dbusmock): keys typed with xdotool reach the
-// keypad, the window shows what `zorvel phone --png` draws for the same
-// keys (status bar masked: its clock is the real one), a tel: argument
-// opens with the number typed, and Return dials the prefixed number through
-// Voice.CreateCall and Call.Start.
+// zorvel window on Xvfb and a private D-Bus with a mocked ModemManager:
+// typed keys show what `zorvel phone --png` draws (status bar masked: its
+// clock is the real one), and Return dials the prefixed number.
 #include <gtest/gtest.h>
 
 #include <regex>
