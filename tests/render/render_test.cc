@@ -1,10 +1,5 @@
 // The renderer checked by what its pictures hold (their pixel size on
-// every screen is tests/tools/pictures_cli_test.cc's): a hidden view leaves
-// nothing, a round view shows its picture inside the circle and the screen
-// in its corners, a Chinese name set in the Latin font is drawn (by the
-// fallback face) at the width the UI model measures (the model measures
-// with the drawn faces' advances), a label keeps to its number of lines,
-// an alert covers the screen.
+// every screen is tests/tools/pictures_cli_test.cc's).
 #include <gtest/gtest.h>
 
 #include "platform/render/renderer.h"

@@ -9,6 +9,7 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -56,31 +57,33 @@ class MockModemManager {
             const char* service = kMM) {
     if (GVariant* r = mockCall(path, method, args, service)) g_variant_unref(r);
   }
-  // The argument lists (`av`, to unref) of the calls of `method` the mock
-  // object at `path` got, in order.
-  std::vector<GVariant*> methodCalls(const std::string& path,
-                                     const char* method,
-                                     const char* service = kMM) {
-    std::vector<GVariant*> out;
+  // The calls of `method` the mock object at `path` got, in order, each
+  // its arguments unboxed.
+  using Args = std::vector<std::shared_ptr<GVariant>>;
+  std::vector<Args> methodCalls(const std::string& path, const char* method,
+                                const char* service = kMM) {
+    std::vector<Args> out;
     GVariant* r =
         mockCall(path, "GetMethodCalls", g_variant_new("(s)", method), service);
     if (!r) return out;
-    GVariant* calls = g_variant_get_child_value(r, 0);
-    for (gsize i = 0; i < g_variant_n_children(calls); ++i) {
-      guint64 when = 0;
-      GVariant* args = nullptr;
-      g_variant_get_child(calls, i, "(t@av)", &when, &args);
-      out.push_back(args);
+    GVariantIter* calls;
+    GVariantIter* args;
+    g_variant_get(r, "(a(tav))", &calls);
+    while (g_variant_iter_next(calls, "(tav)", nullptr, &args)) {
+      Args& call = out.emplace_back();
+      while (GVariant* arg = g_variant_iter_next_value(args)) {
+        call.emplace_back(g_variant_get_variant(arg), g_variant_unref);
+        g_variant_unref(arg);
+      }
+      g_variant_iter_free(args);
     }
-    g_variant_unref(calls);
+    g_variant_iter_free(calls);
     g_variant_unref(r);
     return out;
   }
   size_t calledTimes(const std::string& path, const char* method,
                      const char* service = kMM) {
-    auto calls = methodCalls(path, method, service);
-    for (GVariant* args : calls) g_variant_unref(args);
-    return calls.size();
+    return methodCalls(path, method, service).size();
   }
   // The Hangup requests one call got.
   size_t hangups(const std::string& call) {

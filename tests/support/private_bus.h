@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <thread>
@@ -37,31 +38,26 @@ class PrivateBus {
  public:
   // Starts dbus-daemon; check ok() (ASSERT) before use.
   PrivateBus() {
-    int out[2];
-    if (pipe(out) != 0) return;
-    pid_t pid = fork();
-    if (pid == 0) {
-      prctl(PR_SET_PDEATHSIG, SIGTERM);  // a test that dies takes it along
-      dup2(out[1], STDOUT_FILENO);
-      // Its complaint that an unprivileged user cannot raise the fd limit
-      // is no news to a test.
-      if (FILE* quiet = fopen("/dev/null", "w"))
-        dup2(fileno(quiet), STDERR_FILENO);
-      close(out[0]);
-      close(out[1]);
-      execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork",
-             "--print-address=1", nullptr);
-      _exit(127);
-    }
-    close(out[1]);
-    children_.push_back(pid);
-    FILE* in = fdopen(out[0], "r");
-    char line[1024] = {0};
-    if (in && fgets(line, sizeof line, in)) {
-      address_ = line;
-      while (!address_.empty() && address_.back() == '\n') address_.pop_back();
-    }
-    if (in) fclose(in);
+    static int count = 0;
+    const std::string out = "/tmp/zvbus." + std::to_string(getpid()) + "." +
+                            std::to_string(count++);
+    // Beside its address it may complain that an unprivileged user cannot
+    // raise the fd limit: the address is the line naming its socket.
+    spawn(
+        {"/usr/bin/dbus-daemon", "--session", "--nofork", "--print-address=1"},
+        out);
+    waitUntil(
+        [&] {
+          FILE* in = fopen(out.c_str(), "r");
+          char line[1024];
+          while (in && address_.empty() && fgets(line, sizeof line, in))
+            if (strncmp(line, "unix:", 5) == 0 && strchr(line, '\n'))
+              address_.assign(line, strcspn(line, "\n"));
+          if (in) fclose(in);
+          return !address_.empty();
+        },
+        10);
+    std::remove(out.c_str());
     if (address_.empty()) return;
     GError* error = nullptr;
     connection_ = g_dbus_connection_new_for_address_sync(

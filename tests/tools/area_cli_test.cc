@@ -3,12 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <fstream>
 #include <regex>
 
 #include "cli_runner.h"
-#include "support/sim_fixture.h"
 
 namespace zv::testing {
 namespace {
@@ -161,28 +158,26 @@ TEST(ZorvelCliTest, ConventionsOfTheCommandLine) {
   EXPECT_EQ(r.out, "zorvel 1.0.0 alpha7\n");
   const std::string sample = "--root '" + kSample + "' ";
   // Each usage error is one line naming what is wrong.
-  for (auto [args, named] :
-       std::initializer_list<std::pair<std::string, std::string>>{
-           {"", "command"},
-           {"nosuch", "nosuch"},
-           {"area --bogus", "--bogus"},
-           {"phone " + sample + "--bogus", "--bogus"},
-           {"phone " + sample, "action"},
-           {"areadb build", "SOURCE"},
-           {"search", "KEY"},
-           {"phone " + sample + "--screen 9 call", "9"},
-           {"phone " + sample + "jump", "jump"},
-           {"phone " + sample + "wait:x", "wait:x"},
-           {"contacts " + sample + "--text-size 4 back", "text-size"},
-           {"contacts " + sample + "--host messages", "messages"},
-           {"contacts " + sample + "jump:3", "jump:3"},
-           {"device create /nonexistent/d --seed -1", "seed"}}) {
-    r = runZorvel(args);
-    EXPECT_EQ(r.status, 2) << args;
-    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-    EXPECT_EQ(r.err.rfind("zorvel: ", 0), 0u) << args;
-    EXPECT_NE(r.err.find(named), std::string::npos) << args << ": " << r.err;
-  }
+  expectFailures(
+      [](const std::string& args) {
+        auto r = runZorvel(args);
+        EXPECT_EQ(r.err.rfind("zorvel: ", 0), 0u) << args;
+        return r;
+      },
+      {{"", 2, "command"},
+       {"nosuch", 2, "nosuch"},
+       {"area --bogus", 2, "--bogus"},
+       {"phone " + sample + "--bogus", 2, "--bogus"},
+       {"phone " + sample, 2, "action"},
+       {"areadb build", 2, "SOURCE"},
+       {"search", 2, "KEY"},
+       {"phone " + sample + "--screen 9 call", 2, "9"},
+       {"phone " + sample + "jump", 2, "jump"},
+       {"phone " + sample + "wait:x", 2, "wait:x"},
+       {"contacts " + sample + "--text-size 4 back", 2, "text-size"},
+       {"contacts " + sample + "--host messages", 2, "messages"},
+       {"contacts " + sample + "jump:3", 2, "jump:3"},
+       {"device create /nonexistent/d --seed -1", 2, "seed"}});
   // The man page and the completion come from the same definitions.
   r = runZorvel("--docs man");
   EXPECT_EQ(r.status, 0) << r.err;
@@ -204,19 +199,14 @@ TEST_F(AreaCliTest, AFolderThatIsNotADeviceIsRefusedUntouched) {
   fs::create_directories(notes);
   std::ofstream(notes + "/todo.txt") << "milk\n";
   const auto before = fileSnapshot(root_);
-  for (auto [args, said] :
-       std::initializer_list<std::pair<std::string, std::string>>{
-           {"phone --root '" + notes + "' type:93 call", "not a device root"},
-           {"call --root '" + notes + "' incoming:10086", "not a device root"},
-           {"area --root '" + notes + "/todo.txt' 138", "is not a folder"},
-           {"settings --root '" + notes + "/absent'", "device root not found"},
-           {"device create '" + notes + "' --force", "not a device root"},
-           {"init --root '" + notes + "'", "is not empty and not a device"}}) {
-    auto r = runZorvel(args);
-    EXPECT_EQ(r.status, 1) << args;
-    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(said), std::string::npos) << args << ": " << r.err;
-  }
+  expectFailures(
+      [](const std::string& args) { return runZorvel(args); },
+      {{"phone --root '" + notes + "' type:93 call", 1, "not a device root"},
+       {"call --root '" + notes + "' incoming:10086", 1, "not a device root"},
+       {"area --root '" + notes + "/todo.txt' 138", 1, "is not a folder"},
+       {"settings --root '" + notes + "/absent'", 1, "device root not found"},
+       {"device create '" + notes + "' --force", 1, "not a device root"},
+       {"init --root '" + notes + "'", 1, "is not empty and not a device"}});
   EXPECT_EQ(fileSnapshot(root_), before);
   EXPECT_FALSE(fs::exists(notes + "/var"));
   EXPECT_FALSE(fs::exists(notes + "/Library"));

@@ -32,6 +32,9 @@ struct CliResult {
   }
 };
 
+// `s` in single quotes, for a shell command line.
+inline std::string shellQuoted(const std::string& s) { return "'" + s + "'"; }
+
 inline const std::string& zorvelBinary() {
   static const std::string path = ZV_BINARY_DIR "/zorvel";
   return path;
@@ -60,6 +63,25 @@ inline CliResult runShell(const std::string& command,
   }
   fs::remove(base + ".in");
   return r;
+}
+
+// A command line that must fail: its exit status and a text its one line
+// of standard error holds.
+struct FailingRun {
+  std::string args;
+  int status;
+  std::string says;
+};
+// Runs each row with `run(args)`: each prints nothing on standard output.
+template <class Run>
+void expectFailures(Run&& run, const std::vector<FailingRun>& rows) {
+  for (const auto& [args, status, says] : rows) {
+    const CliResult r = run(args);
+    EXPECT_EQ(r.status, status) << args << ": " << r.err;
+    EXPECT_EQ(r.out, "") << args;
+    EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(says), std::string::npos) << args << ": " << r.err;
+  }
 }
 
 // The lines of a program's output, each parsed as one JSON object.
@@ -163,12 +185,9 @@ class ZorvelCliTest : public ::testing::Test {
   }
   // Each script is a usage error: exit 2, nothing run or printed, one line.
   void expectUsageErrors(std::initializer_list<const char*> scripts) {
-    for (const char* args : scripts) {
-      auto r = run(args);
-      EXPECT_EQ(r.status, 2) << args;
-      EXPECT_EQ(r.out, "") << args;
-      EXPECT_EQ(r.errLines(), 1u) << args << ": " << r.err;
-    }
+    std::vector<FailingRun> rows;
+    for (const char* args : scripts) rows.push_back({args, 2, ""});
+    expectFailures([&](auto& args) { return run(args); }, rows);
   }
 
   TempRoot root_;

@@ -4,12 +4,8 @@
 // is the hooks suite's; here is what the program prints of it.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "cli_runner.h"
 #include "devicegen/device_image.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

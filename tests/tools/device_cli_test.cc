@@ -3,14 +3,9 @@
 // leaves nothing of the old contacts to be found.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
-
 #include "cli_runner.h"
 #include "platform/db/platform_schema.h"
 #include "support/device_db.h"
-#include "support/sim_fixture.h"
 
 namespace zv::testing {
 namespace {

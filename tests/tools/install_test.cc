@@ -2,11 +2,7 @@
 // and the data, and its zorvel runs from there and makes a working device.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "cli_runner.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
 
 namespace zv::testing {
 namespace {

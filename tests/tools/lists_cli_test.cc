@@ -3,12 +3,9 @@
 // deleting a row from the device's call history, and one-line usage errors.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "cli_runner.h"
 #include "platform/db/platform_schema.h"
 #include "support/device_db.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

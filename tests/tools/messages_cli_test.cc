@@ -5,8 +5,6 @@
 
 #include "cli_runner.h"
 #include "devicegen/device_image.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

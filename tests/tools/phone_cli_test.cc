@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "cli_runner.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

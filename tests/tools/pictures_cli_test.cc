@@ -4,22 +4,16 @@
 // in headless Chromium, shows every picture and caption.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
 #include <regex>
-#include <sstream>
 
 #include "platform/ui/image.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
 #include "tools/cli_runner.h"
 
 namespace zv {
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
+using testing::shellQuoted;
 
 std::string unescape(std::string s) {
   for (auto [entity, c] : {std::pair{"&quot;", "\""},
@@ -30,56 +24,49 @@ std::string unescape(std::string s) {
   return s;
 }
 
-std::string quoted(const std::string& s) { return "'" + s + "'"; }
-
 class PicturesCliTest : public testing::SampleDeviceTest {
  protected:
   testing::TempRoot pictures_;
 };
 
 TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
+  // Each row: the command, its actions, the pictures' size, their names.
   struct Case {
-    std::string command, actions;
-    std::pair<int, int> pixels;
-    std::vector<std::string> names;
-  };
-  const std::vector<Case> cases = {
-      {"phone --screen 5.5",
-       "type:2 list",
-       {1242, 2208},
-       {"001-type_2.png", "002-list.png"}},
-      {"call --screen 4",
-       "incoming:13912345678",
-       {640, 1136},
-       {"001-incoming_13912345678.png"}},
-      {"contacts --screen 3.5", "open:1", {640, 960}, {"001-open_1.png"}},
-      {"messages --screen 4.7",
-       "list open:1",
-       {750, 1334},
-       {"001-list.png", "002-open_1.png"}},
-      {"controlcenter --screen 4.7", "open", {750, 1334}, {"001-open.png"}},
+    std::string command, actions, pixels, names;
+  } const cases[] = {
+      {"phone --screen 5.5", "type:2 list", "1242x2208",
+       "001-type_2.png 002-list.png"},
+      {"call --screen 4", "incoming:13912345678", "640x1136",
+       "001-incoming_13912345678.png"},
+      {"contacts --screen 3.5", "open:1", "640x960", "001-open_1.png"},
+      {"messages --screen 4.7", "list open:1", "750x1334",
+       "001-list.png 002-open_1.png"},
+      {"controlcenter --screen 4.7", "open", "750x1334", "001-open.png"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.command);
     const std::string dir = pictures_.path() + "/" + c.command.substr(0, 4);
-    auto r = run(c.command + " --json --png " + quoted(dir) + " " + c.actions);
+    auto r =
+        run(c.command + " --json --png " + shellQuoted(dir) + " " + c.actions);
     ASSERT_EQ(r.status, 0) << r.err;
-    std::vector<std::string> named;
+    std::string names, last;
     for (const auto& s : testing::jsonLines(r.out)) {
       ASSERT_TRUE(s.contains("picture")) << s.dump();
-      named.push_back(fs::path(s["picture"].get<std::string>()).filename());
-      EXPECT_EQ(fs::path(s["picture"].get<std::string>()).parent_path(), dir);
+      const fs::path path = s["picture"].get<std::string>();
+      EXPECT_EQ(path.parent_path(), dir);
+      auto image = ui::Image::fromFile(path, 1);
+      ASSERT_TRUE(image) << path;
+      EXPECT_EQ(std::to_string(image->pixelWidth()) + "x" +
+                    std::to_string(image->pixelHeight()),
+                c.pixels)
+          << path;
+      last = path.filename();
+      names += (names.empty() ? "" : " ") + last;
     }
-    EXPECT_EQ(named, c.names);
-    for (const auto& name : c.names) {
-      auto image = ui::Image::fromFile(dir + "/" + name, 1);
-      ASSERT_TRUE(image) << name;
-      EXPECT_EQ(image->pixelWidth(), c.pixels.first) << name;
-      EXPECT_EQ(image->pixelHeight(), c.pixels.second) << name;
-    }
+    EXPECT_EQ(names, c.names);
     // In text the picture is a line of its own; without --png there is none.
-    auto text = run(c.command + " --png " + quoted(dir) + " " + c.actions);
-    EXPECT_NE(text.out.find("  picture: " + dir + "/" + c.names.back()),
+    auto text = run(c.command + " --png " + shellQuoted(dir) + " " + c.actions);
+    EXPECT_NE(text.out.find("  picture: " + dir + "/" + last),
               std::string::npos);
     EXPECT_EQ(run(c.command + " " + c.actions).out.find("picture"),
               std::string::npos);
@@ -87,7 +74,7 @@ TEST_F(PicturesCliTest, EverySessionDrawsOnePictureForEachAction) {
 }
 
 TEST_F(PicturesCliTest, ProgramLoadsNoDrawingLibraryUntilAskedForPictures) {
-  auto r = testing::runShell("ldd " + quoted(testing::zorvelBinary()));
+  auto r = testing::runShell("ldd " + shellQuoted(testing::zorvelBinary()));
   ASSERT_EQ(r.status, 0) << r.err;
   ASSERT_NE(r.out.find("libzvplatform.so"), std::string::npos) << r.out;
   for (const char* library :
@@ -100,26 +87,21 @@ TEST_F(PicturesCliTest, UnwritableDirectoryIsOneUsageErrorBeforeAnyAction) {
   // it.
   const std::string blocker = pictures_.path() + "/file";
   std::ofstream(blocker) << "x";
-  for (auto [command, action] : {std::pair{"phone", "type:2"},
-                                 {"call", "incoming:10010"},
-                                 {"contacts", "open:1"},
-                                 {"messages", "list"},
-                                 {"controlcenter", "open"}}) {
-    SCOPED_TRACE(command);
-    auto r = run(std::string(command) + " --png " +
-                 quoted(blocker + "/pictures") + " " + action);
-    EXPECT_EQ(r.status, 2);
-    EXPECT_EQ(r.out, "");
-    EXPECT_EQ(r.errLines(), 1u) << r.err;
-    EXPECT_EQ(r.err.rfind("zorvel: --png: ", 0), 0u) << r.err;
-  }
+  const std::string png = " --png " + shellQuoted(blocker + "/pictures") + " ";
+  const std::string said = "zorvel: --png: ";
+  testing::expectFailures([&](auto& args) { return run(args); },
+                          {{"phone" + png + "type:2", 2, said},
+                           {"call" + png + "incoming:10010", 2, said},
+                           {"contacts" + png + "open:1", 2, said},
+                           {"messages" + png + "list", 2, said},
+                           {"controlcenter" + png + "open", 2, said}});
 }
 
 TEST_F(PicturesCliTest, TourPageShowsEveryPictureAndCaptionInChromium) {
   ASSERT_TRUE(fs::exists("/usr/bin/chromium"))
       << "headless Chromium is installed by scripts/setup";
   const std::string dir = pictures_.path() + "/tour";
-  auto r = run("tour " + quoted(dir));
+  auto r = run("tour " + shellQuoted(dir));
   ASSERT_EQ(r.status, 0) << r.err;
   std::vector<std::string> captions;
   const std::string html = testing::readFile(dir + "/index.html");
@@ -149,7 +131,7 @@ document.getElementById('tour').addEventListener('load', () => {
       "/usr/bin/chromium --headless --no-sandbox --disable-gpu "
       "--allow-file-access-from-files --virtual-time-budget=10000 "
       "--dump-dom " +
-      quoted("file://" + dir + "/probe.html"));
+      shellQuoted("file://" + dir + "/probe.html"));
   ASSERT_EQ(dom.status, 0) << dom.err;
   const auto start = dom.out.find("<pre id=\"result\">");
   ASSERT_NE(start, std::string::npos) << dom.out;

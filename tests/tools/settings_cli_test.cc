@@ -1,12 +1,8 @@
 // `zorvel settings` run as a program on a temporary device root.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "cli_runner.h"
 #include "platform/plist.h"
-#include "support/device_files.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {

@@ -3,14 +3,9 @@
 // one-line errors that change nothing. zvtool has no other suite.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "cli_runner.h"
 #include "platform/db/platform_schema.h"
 #include "support/device_db.h"
-#include "support/sim_fixture.h"
 
 namespace zv {
 namespace {
@@ -25,6 +20,9 @@ class ZvtoolTest : public ::testing::Test {
  protected:
   CliResult zvtool(const std::string& arguments) {
     return testing::runZvtool(arguments, root_);
+  }
+  void expectFailures(const std::vector<testing::FailingRun>& rows) {
+    testing::expectFailures([&](auto& args) { return zvtool(args); }, rows);
   }
 
   void createLegacy() { create(kLegacyPath, Database::kCallHistoryDb); }
@@ -74,25 +72,22 @@ class ZvtoolTest : public ::testing::Test {
 };
 
 TEST_F(ZvtoolTest, BadArgumentsOrNoDatabaseAreOneLine) {
-  for (const char* arguments : {"-c", "-s 3", "-d 1000", "--install"}) {
-    CliResult run = zvtool(arguments);
-    EXPECT_EQ(run.status, 1) << arguments;
-    EXPECT_EQ(run.err.find("zvtool: no call history database"), 0u) << run.err;
-    EXPECT_EQ(run.errLines(), 1u);
-  }
+  const std::string none = "zvtool: no call history database";
+  expectFailures({{"-c", 1, none},
+                  {"-s 3", 1, none},
+                  {"-d 1000", 1, none},
+                  {"--install", 1, none}});
   // Nothing was created on the way.
   EXPECT_FALSE(fs::exists(root_ + kLegacyPath));
   CliResult noRoot = testing::runZvtool("-c", "");
   EXPECT_EQ(noRoot.status, 1);
   EXPECT_EQ(noRoot.err, "zvtool: ZORVEL_ROOT is not set\n");
   createLegacy();
-  for (const char* arguments : {"", "-s", "-s abc", "-s -1", "-d", "-d soon",
-                                "-x", "-c -s 3", "-c extra"}) {
-    CliResult run = zvtool(arguments);
-    EXPECT_EQ(run.status, 2) << arguments;
-    EXPECT_EQ(run.err.rfind("zvtool: ", 0), 0u) << arguments;
-    EXPECT_EQ(run.errLines(), 1u) << arguments << ": " << run.err;
-  }
+  std::vector<testing::FailingRun> usage;
+  for (const char* args : {"", "-s", "-s abc", "-s -1", "-d", "-d soon", "-x",
+                           "-c -s 3", "-c extra"})
+    usage.push_back({args, 2, "zvtool: "});
+  expectFailures(usage);
   CliResult version = zvtool("--version");
   EXPECT_EQ(version.status, 0);
   EXPECT_EQ(version.out, "zvtool 1.0.0 alpha7\n");
@@ -181,12 +176,10 @@ TEST_F(ZvtoolTest, DeleteAndClearTouchOnlyTheBackup) {
 TEST_F(ZvtoolTest, AFailedRestoreChangesNoCallAndEmptiesTheBackup) {
   createLegacy();
   // No backup table yet: every command fails with one line, changes nothing.
-  for (const char* arguments : {"-s 5", "-d 1000", "-c"}) {
-    CliResult run = zvtool(arguments);
-    EXPECT_EQ(run.status, 1) << arguments;
-    EXPECT_EQ(run.err, "zvtool: no backup table in " + root_ + kLegacyPath +
-                           ": run zvtool --install\n");
-  }
+  const std::string noTable = "zvtool: no backup table in " + root_ +
+                              kLegacyPath + ": run zvtool --install\n";
+  expectFailures(
+      {{"-s 5", 1, noTable}, {"-d 1000", 1, noTable}, {"-c", 1, noTable}});
 
   ASSERT_EQ(zvtool("--install").status, 0);
   callsThenPlatformTrims(4, 2500);  // 1000 and 2000 backed up

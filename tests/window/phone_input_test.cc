@@ -124,10 +124,11 @@ TEST_F(PhoneInputTest, TouchesPressTheKeysAndButtonsTheWindowShows) {
   })));
   ASSERT_EQ(app_->dialled.size(), 1u);
   // The tab bar: Recents, then back to the keypad.
-  tapAt(tabCentre(hosts::PhoneApplication::kRecents));
-  EXPECT_EQ(app_->tabBar->selectedIndex(), hosts::PhoneApplication::kRecents);
-  tapAt(tabCentre(hosts::PhoneApplication::kKeypad));
-  EXPECT_EQ(app_->tabBar->selectedIndex(), hosts::PhoneApplication::kKeypad);
+  for (int tab :
+       {hosts::PhoneApplication::kRecents, hosts::PhoneApplication::kKeypad}) {
+    tapAt(tabCentre(tab));
+    EXPECT_EQ(app_->tabBar->selectedIndex(), tab);
+  }
 }
 
 TEST_F(PhoneInputTest, PagerSwipesListsAndOpensItsMenuByTouch) {
