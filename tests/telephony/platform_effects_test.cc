@@ -25,15 +25,10 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandleOrAllOfThem) {
   });
   EXPECT_EQ(network().call(blocked)->status, platform::kCallEnded);
   EXPECT_EQ(network().call(other)->status, platform::kCallDialling);
-  auto hangups = world_.events("disconnect");
-  ASSERT_EQ(hangups.size(), 1u);
-  EXPECT_EQ(hangups[0].process, "com.apple.springboard");
-  EXPECT_EQ(hangups[0].detail, "13800138000");
-  EXPECT_DOUBLE_EQ(hangups[0].time, 3);
+  EXPECT_EQ(effects("disconnect"),
+            Lines{"3 com.apple.springboard 13800138000"});
   // The hung-up call is a missed call in the history.
-  auto history = dbRows();
-  ASSERT_EQ(history.size(), 1u);
-  EXPECT_EQ(history[0].read, 0);
+  EXPECT_EQ(dbRows().at(0).read, 0);
 
   // A stale handle of an ended call: recorded, nothing more happens.
   springboard.run([&] {
@@ -52,9 +47,7 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandleOrAllOfThem) {
   incall.run([] { platform::CTCallListDisconnectAll(); });
   EXPECT_TRUE(network().calls().empty());
   EXPECT_EQ(dbRows().size(), 5u);
-  auto all = world_.events("disconnectAll");
-  ASSERT_EQ(all.size(), 1u);
-  EXPECT_EQ(all[0].process, "com.apple.InCallService");
+  EXPECT_EQ(effects("disconnectAll"), Lines{"3 com.apple.InCallService "});
 }
 
 // Cellular data is the device's: switched in one process, seen in another.
@@ -84,8 +77,7 @@ TEST_F(TelephonyTest, SystemSoundsAreMadeFromFilesThatExist) {
     EXPECT_EQ(*first, 4096u) << "not 0 nor the vibration's 4095";
     p.disposeSystemSound(*first);
   });
-  ASSERT_EQ(world_.events("soundDispose").size(), 1u);
-  EXPECT_EQ(world_.events("soundDispose")[0].detail, "4096");
+  EXPECT_EQ(effects("soundDispose"), Lines{"0 com.apple.springboard 4096"});
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -31,6 +31,13 @@ struct HistoryRow {
   int read = 0;
   int64_t recordId = -1;  // call_history.db only
   int kind = 0;           // ZCALLTYPE or flags
+  bool operator==(const HistoryRow&) const = default;
+  friend void PrintTo(const HistoryRow& r, std::ostream* os) {
+    *os << "{" << r.address << " " << std::fixed << r.date << " " << r.duration
+        << " out=" << r.outgoing << " answered=" << r.answered
+        << " read=" << r.read << " record=" << r.recordId << " kind=" << r.kind
+        << "}";
+  }
 };
 
 class TelephonyTest : public SimTest {
@@ -47,29 +54,24 @@ class TelephonyTest : public SimTest {
   // An address book with the given (record id, number, label) phones.
   struct Phone {
     int record;
-    std::string number;
-    std::string label;
+    std::string number, label;
   };
   void writeAddressBook(const std::vector<Phone>& phones) {
     const std::string file = root_ + ps::kAddressBookPath;
     ASSERT_TRUE(ps::createDatabase(file, ps::Database::kAddressBook));
     std::string sql;
-    int uid = 0;
     for (const Phone& p : phones) {
-      const std::string labelId =
-          p.label.empty()
-              ? "NULL"
-              : "(SELECT ROWID FROM ABMultiValueLabel WHERE value = '" +
-                    p.label + "')";
-      if (!p.label.empty())
-        sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" +
-               p.label + "');";
-      sql += "INSERT OR IGNORE INTO ABPerson (ROWID, First) VALUES (" +
-             std::to_string(p.record) +
-             ", 'P');INSERT INTO ABMultiValue (UID, record_id, property, "
-             "identifier, label, value) VALUES (" +
-             std::to_string(++uid) + ", " + std::to_string(p.record) +
-             ", 3, 0, " + labelId + ", '" + p.number + "');";
+      const std::string r = std::to_string(p.record), l = "'" + p.label + "'";
+      sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) SELECT " + l +
+             " WHERE " + l +
+             " != ''; INSERT OR IGNORE INTO ABPerson (ROWID, "
+             "First) VALUES (" +
+             r +
+             ", 'P'); INSERT INTO ABMultiValue "
+             "(record_id, property, identifier, label, value) VALUES (" +
+             r +
+             ", 3, 0, (SELECT ROWID FROM ABMultiValueLabel WHERE value = " + l +
+             "), '" + p.number + "');";
     }
     execSql(file, sql);
   }
@@ -107,7 +109,20 @@ class TelephonyTest : public SimTest {
     return rows;
   }
 
+  // The world's record of one kind of side effect: "time process detail".
+  std::vector<std::string> effects(std::string_view kind) {
+    std::vector<std::string> out;
+    for (const auto& e : world_.events(kind)) {
+      std::ostringstream line;
+      line << e.time << " " << e.process << " " << e.detail;
+      out.push_back(line.str());
+    }
+    return out;
+  }
+
   platform::SimTelephony& network() { return world_.telephony(); }
 };
+
+using Lines = std::vector<std::string>;
 
 }  // namespace zv::testing
