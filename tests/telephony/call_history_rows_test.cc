@@ -21,7 +21,7 @@ class CallHistoryRowsTest : public TelephonyTest,
                             public ::testing::WithParamInterface<const char*> {
  protected:
   bool modern() const { return std::string(GetParam()) >= "8"; }
-  std::vector<HistoryRow> rows() { return modern() ? storeRows() : dbRows(); }
+  std::vector<HistoryRow> rows() { return historyRows(modern()); }
   // A row as this generation writes it: whole seconds and flags on 7.x, the
   // answered column and the call type on 8.x.
   HistoryRow row(std::string address, double date, double duration,

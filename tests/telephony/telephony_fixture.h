@@ -76,38 +76,26 @@ class TelephonyTest : public SimTest {
     execSql(file, sql);
   }
 
-  // Every row of the 8.x store, oldest primary key first.
-  std::vector<HistoryRow> storeRows() {
+  // Every row of the 8.x store or of the 7.x database, oldest first.
+  std::vector<HistoryRow> historyRows(bool store) {
+    sql::Database db(
+        root_ + (store ? ps::kCallHistoryStorePath : ps::kCallHistoryDbPath));
+    sql::Statement s(
+        db, store ? "SELECT ZADDRESS, ZDATE + " +
+                        std::to_string(ps::kReferenceDateOffset) +
+                        ", ZDURATION, ZORIGINATED, ZANSWERED, ZREAD, -1, "
+                        "ZCALLTYPE FROM ZCALLRECORD ORDER BY Z_PK"
+                  : "SELECT address, date, duration, flags & 1, 0, read, id, "
+                    "flags FROM call ORDER BY ROWID");
     std::vector<HistoryRow> rows;
-    sql::Database db(root_ + ps::kCallHistoryStorePath);
-    sql::Statement s(db,
-                     "SELECT ZADDRESS, ZDATE, ZDURATION, ZORIGINATED, "
-                     "ZANSWERED, ZREAD, ZCALLTYPE FROM ZCALLRECORD ORDER BY "
-                     "Z_PK");
-    while (s.step()) {
-      rows.push_back(HistoryRow{
-          s.text(0).value_or("<null>"), s.real(1) + ps::kReferenceDateOffset,
-          s.real(2), s.int64(3) != 0, s.int64(4) != 0,
-          static_cast<int>(s.int64(5)), -1, static_cast<int>(s.int64(6))});
-    }
+    while (s.step())
+      rows.push_back({s.text(0).value_or("<null>"), s.real(1), s.real(2),
+                      s.int64(3) != 0, s.int64(4) != 0, int(s.int64(5)),
+                      s.int64(6), int(s.int64(7))});
     return rows;
   }
-
-  // Every row of the 7.x database, oldest first.
-  std::vector<HistoryRow> dbRows() {
-    std::vector<HistoryRow> rows;
-    sql::Database db(root_ + ps::kCallHistoryDbPath);
-    sql::Statement s(db,
-                     "SELECT address, date, duration, flags, read, id FROM "
-                     "call ORDER BY ROWID");
-    while (s.step()) {
-      const int flags = static_cast<int>(s.int64(3));
-      rows.push_back(HistoryRow{
-          s.text(0).value_or("<null>"), s.real(1), s.real(2), (flags & 1) != 0,
-          false, static_cast<int>(s.int64(4)), s.int64(5), flags});
-    }
-    return rows;
-  }
+  std::vector<HistoryRow> storeRows() { return historyRows(true); }
+  std::vector<HistoryRow> dbRows() { return historyRows(false); }
 
   // The world's record of one kind of side effect: "time process detail".
   std::vector<std::string> effects(std::string_view kind) {
