@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/runtime/object.h"
@@ -7,6 +8,7 @@ namespace zv {
 namespace {
 
 using rt::Id;
+using ::testing::ThrowsMessage;
 
 class RuntimeTest : public testing::SimTest {
  protected:
@@ -47,21 +49,14 @@ TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassChain) {
 
 TEST_F(RuntimeTest, UnknownSelectorsAndWrongSignaturesRaise) {
   Id d = rt::create(derived_);
-  try {
-    rt::send<void>(d, "missing");
-    FAIL() << "no exception";
-  } catch (const rt::Exception& e) {
-    EXPECT_EQ(e.name(), "NSInvalidArgumentException");
-    EXPECT_EQ(e.reason(),
-              "-[Derived missing]: unrecognized selector sent to instance");
-  }
-  try {
-    rt::send<void>(rt::classObject(base_), "missing");
-    FAIL() << "no exception";
-  } catch (const rt::Exception& e) {
-    EXPECT_EQ(e.reason(),
-              "+[Base missing]: unrecognized selector sent to class");
-  }
+  EXPECT_THAT([&] { rt::send<void>(d, "missing"); },
+              ThrowsMessage<rt::Exception>(
+                  "NSInvalidArgumentException: -[Derived missing]: "
+                  "unrecognized selector sent to instance"));
+  EXPECT_THAT([&] { rt::send<void>(rt::classObject(base_), "missing"); },
+              ThrowsMessage<rt::Exception>(
+                  "NSInvalidArgumentException: +[Base missing]: "
+                  "unrecognized selector sent to class"));
   EXPECT_THROW(rt::send<std::string>(d, "describe:", std::string("x")),
                rt::Exception);
   EXPECT_THROW((rt::hookMessage<void(int)>(base_, "describe:", {})),
