@@ -7,16 +7,16 @@
 namespace zv::testing {
 namespace {
 
-template <typename Sig>
-void expectOneDefined(const rt::Message<Sig>& message) {
-  SCOPED_TRACE(std::string(message.cls) + " " + std::string(message.sel));
-  rt::Class* cls = message.target();
-  ASSERT_NE(cls, nullptr);
-  EXPECT_NE(rt::lookup<Sig>(cls, message.sel), nullptr);
-}
-template <typename... Messages>
-void expectDefined(const Messages&... messages) {
-  (expectOneDefined(messages), ...);
+template <typename... Sigs>
+void expectDefined(const rt::Message<Sigs>&... messages) {
+  (
+      [&] {
+        SCOPED_TRACE(std::string(messages.cls) + " " +
+                     std::string(messages.sel));
+        ASSERT_NE(messages.target(), nullptr);
+        EXPECT_NE(rt::lookup<Sigs>(messages.target(), messages.sel), nullptr);
+      }(),
+      ...);
 }
 
 TEST_F(TelephonyTest, TheHostHeaderMatchesThePlatformsClasses) {
