@@ -115,9 +115,8 @@ TEST(ImageTest, ScaleToSizeCropsTheCentreOfWideAndTallImages) {
   Image square = bands(8, 8, 2, kRed, kGreen, kBlue, false);
   ImagePtr d = square.scaleToSize({16, 4}, 1);
   ASSERT_NE(d, nullptr);
-  EXPECT_EQ(d->pixel(0, 0), kRed);
-  EXPECT_EQ(d->pixel(15, 3), kBlue);
-  EXPECT_EQ(d->pixel(8, 2), kGreen);
+  EXPECT_EQ((std::vector{d->pixel(0, 0), d->pixel(8, 2), d->pixel(15, 3)}),
+            (std::vector{kRed, kGreen, kBlue}));
 }
 
 TEST(ImageTest, ResamplingAveragesPremultipliedAndInterpolatesWhenGrowing) {
@@ -135,16 +134,14 @@ TEST(ImageTest, ResamplingAveragesPremultipliedAndInterpolatesWhenGrowing) {
   ASSERT_NE(edge, nullptr);
   EXPECT_EQ(edge->pixel(0, 0), (Pixel{255, 0, 0, 128}));
 
-  // Growing rises steadily from one end's value to the other's.
+  // Growing rises steadily from one end's value to the other's (linearly
+  // between the source pixels' centres).
   std::vector<uint8_t> two = {0, 0, 0, 255, 200, 200, 200, 255};
   ImagePtr wide = Image(2, 1, 1, two).drawnInRect({8, 1}, 1, {{0, 0}, {8, 1}});
   ASSERT_NE(wide, nullptr);
-  for (int x = 1; x < 8; ++x)
-    EXPECT_GE(wide->pixel(x, 0).r, wide->pixel(x - 1, 0).r) << "at " << x;
-  EXPECT_EQ(wide->pixel(0, 0).r, 0);
-  EXPECT_EQ(wide->pixel(7, 0).r, 200);
-  EXPECT_GT(wide->pixel(4, 0).r, 0);
-  EXPECT_LT(wide->pixel(3, 0).r, 200);
+  std::vector<int> reds;
+  for (int x = 0; x < 8; ++x) reds.push_back(wide->pixel(x, 0).r);
+  EXPECT_EQ(reds, (std::vector<int>{0, 0, 25, 75, 125, 175, 200, 200}));
 }
 
 TEST(ImageTest, DegenerateTargets) {

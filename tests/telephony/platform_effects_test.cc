@@ -67,15 +67,16 @@ TEST_F(TelephonyTest, SystemSoundsAreMadeFromFilesThatExist) {
   writeDeviceFile("/Library/Zorvel/block.caf", "caff");
   springboard.run([] {
     auto& p = platform::current();
-    EXPECT_EQ(p.createSystemSound("/Library/Zorvel/missing.caf"), std::nullopt);
-    EXPECT_EQ(p.createSystemSound("/Library/Zorvel"), std::nullopt)
-        << "a folder is no sound";
-    auto first = p.createSystemSound("/Library/Zorvel/block.caf");
-    auto second = p.createSystemSound("/Library/Zorvel/block.caf");
-    ASSERT_TRUE(first && second);
-    EXPECT_NE(*first, *second);
-    EXPECT_EQ(*first, 4096u) << "not 0 nor the vibration's 4095";
-    p.disposeSystemSound(*first);
+    // A missing file and a folder are no sound; ids are distinct, not 0
+    // nor the vibration's 4095.
+    std::vector<std::optional<uint32_t>> ids;
+    for (const char* path :
+         {"/Library/Zorvel/missing.caf", "/Library/Zorvel",
+          "/Library/Zorvel/block.caf", "/Library/Zorvel/block.caf"})
+      ids.push_back(p.createSystemSound(path));
+    EXPECT_EQ(ids, (std::vector<std::optional<uint32_t>>{
+                       std::nullopt, std::nullopt, 4096, 4097}));
+    p.disposeSystemSound(4096);
   });
   EXPECT_EQ(effects("soundDispose"), Lines{"0 com.apple.springboard 4096"});
 }
