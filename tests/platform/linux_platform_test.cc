@@ -1,5 +1,6 @@
-// The real platform: its GLib main loop and notifications between real
-// processes. Each test uses its own LinuxPlatform on a fresh device root.
+// The real platform: its GLib main loop, notifications between real
+// processes, and the watch on Evolution Data Server when the server cannot
+// be reached. Each test uses its own LinuxPlatform on a fresh device root.
 #include "platform/linux/linux_platform.h"
 
 #include <gtest/gtest.h>
@@ -8,10 +9,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <mutex>
 #include <thread>
 
+#include "platform/linux/eds_address_book.h"
 #include "support/sim_fixture.h"
 
 namespace zv::platform {
@@ -178,6 +184,39 @@ TEST_F(LinuxPlatformTest, AddressBookChangesOnDiskRaiseTheChangeSignal) {
   append(db + "-wal", "frame");
   linux_.runFor(1.0);
   EXPECT_EQ(signals, 2);
+}
+
+// Each snapshot says why the server cannot be reached, and the watch keeps
+// asking, less and less often, so a server that comes later is found
+// without a change signal.
+TEST(EdsWatch, KeepsAskingWhileTheServerCannotBeReached) {
+  using Clock = std::chrono::steady_clock;
+  // A bus that is not there fails at once (no autolaunch, no waiting).
+  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/zv-no-bus", 1);
+  std::mutex mutex;
+  std::condition_variable grew;
+  std::vector<Clock::time_point> seen;
+  std::string firstProblem;
+  {
+    EdsWatch watch(
+        10,
+        [&](const EdsSnapshot& snap) {
+          std::lock_guard lock(mutex);
+          if (seen.empty()) firstProblem = snap.problem;
+          seen.push_back(Clock::now());
+          EXPECT_FALSE(snap.reachable);
+          grew.notify_all();
+        },
+        0.05);
+    std::unique_lock lock(mutex);  // released before the watch ends
+    grew.wait_for(lock, std::chrono::seconds(10),
+                  [&] { return seen.size() >= 4; });
+  }
+  ASSERT_GE(seen.size(), 4u);
+  EXPECT_NE(firstProblem.find("not reachable"), std::string::npos)
+      << firstProblem;
+  // The waits double: 0.05, 0.1, then 0.2 s (timers never fire early).
+  EXPECT_GE(seen[3] - seen[2], std::chrono::milliseconds(195));
 }
 
 }  // namespace
