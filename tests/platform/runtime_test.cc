@@ -37,7 +37,7 @@ TEST_F(RuntimeTest, ClassesByName) {
   other.run([] { EXPECT_EQ(rt::getClass("Base"), nullptr); });
 }
 
-TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassChain) {
+TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassAndMetaclassChains) {
   Id d = rt::create(derived_);
   EXPECT_TRUE(rt::respondsTo(d, "describe:"));
   EXPECT_FALSE(rt::respondsTo(d, "describe"));
@@ -45,6 +45,13 @@ TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassChain) {
   EXPECT_EQ(rt::send<std::string>(d, "describe:", 3), "Derived#3");
   // A message to nil does nothing.
   EXPECT_EQ(rt::send<std::string>(Id(), "describe:", 3), "");
+  // Class methods live on the metaclass.
+  rt::addMethod<int()>(base_->metaClass(), "count",
+                       [](const Id&) { return 7; });
+  EXPECT_EQ(rt::send<int>(rt::classObject(derived_), "count"), 7);
+  EXPECT_EQ(rt::classObject(base_), rt::classObject(base_));
+  EXPECT_FALSE(rt::respondsTo(rt::create(base_), "count"));
+  EXPECT_EQ(rt::classObject(nullptr), nullptr);
 }
 
 TEST_F(RuntimeTest, UnknownSelectorsAndWrongSignaturesRaise) {
@@ -88,15 +95,6 @@ TEST_F(RuntimeTest, HookKeepsTheOriginalCallableAlsoWhenInherited) {
   auto none = rt::hookMessage<void()>(base_, "fresh", [](const Id&) {});
   EXPECT_FALSE(none);
   EXPECT_TRUE(rt::respondsTo(rt::create(leaf), "fresh"));
-}
-
-TEST_F(RuntimeTest, ClassMethodsLiveOnTheMetaclass) {
-  rt::addMethod<int()>(base_->metaClass(), "count",
-                       [](const Id&) { return 7; });
-  EXPECT_EQ(rt::send<int>(rt::classObject(derived_), "count"), 7);
-  EXPECT_EQ(rt::classObject(base_), rt::classObject(base_));
-  EXPECT_FALSE(rt::respondsTo(rt::create(base_), "count"));
-  EXPECT_EQ(rt::classObject(nullptr), nullptr);
 }
 
 TEST_F(RuntimeTest, InstanceVariablesByNameAndType) {
