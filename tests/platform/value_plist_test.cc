@@ -113,16 +113,14 @@ TEST(Plist, MalformedMissingOrWrongListsGiveNothing) {
   ASSERT_TRUE(plist::writeFile(array, Value(Array{Value(1)})));
   EXPECT_FALSE(plist::readDictionary(array));
   EXPECT_TRUE(plist::readFile(array));
-  // A text or key with a NUL byte cannot be written whole: no write at all,
-  // the file before stays.
-  EXPECT_FALSE(
-      plist::writeFile(array, Value(Array{Value(std::string("a\0b", 3))})));
-  EXPECT_FALSE(plist::writeFile(
-      array,
-      Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}})));
-  // Nor can an object read as no value (a binary list's UID): written, it
-  // would turn into an empty dictionary.
-  EXPECT_FALSE(plist::writeFile(array, Value(Array{Value(1), Value()})));
+  // A text or key with a NUL byte cannot be written whole, nor an object
+  // read as no value (a binary list's UID: written, it would turn into an
+  // empty dictionary): no write at all, the file before stays.
+  for (const Value& unwritable :
+       {Value(Array{Value(std::string("a\0b", 3))}),
+        Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}}),
+        Value(Array{Value(1), Value()})})
+    EXPECT_FALSE(plist::writeFile(array, unwritable));
   EXPECT_EQ(plist::readFile(array), Value(Array{Value(1)}));
   // A folder in the way makes the write fail cleanly.
   std::filesystem::create_directories(temp.path() + "/dir.plist");
