@@ -5,26 +5,23 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <vector>
 
 namespace zv {
 namespace {
 
 TEST(Utf8Test, DecodesEachLengthAndCountsUtf16Units) {
   const std::string text = "a\xc3\xa9\xe5\xbc\xa0\xf0\x9f\x98\x80";  // aé张😀
-  const struct {
-    size_t at;
-    char32_t codePoint;
-    size_t bytes, units;
-  } chars[] = {{0, U'a', 1, 1},
-               {1, U'\u00e9', 2, 1},
-               {3, U'\u5f20', 3, 1},
-               {6, U'\U0001F600', 4, 2}};
-  for (const auto& expected : chars) {
-    const Utf8Char c = utf8CharAt(text, expected.at);
-    EXPECT_EQ(c.codePoint, expected.codePoint) << expected.at;
-    EXPECT_EQ(c.bytes, expected.bytes) << expected.at;
-    EXPECT_EQ(c.units(), expected.units) << expected.at;
+  std::vector<std::tuple<size_t, char32_t, size_t, size_t>> chars;
+  for (size_t at : {0, 1, 3, 6}) {
+    const Utf8Char c = utf8CharAt(text, at);
+    chars.emplace_back(at, c.codePoint, c.bytes, c.units());
   }
+  EXPECT_EQ(chars, (decltype(chars){{0, U'a', 1, 1},
+                                    {1, U'\u00e9', 2, 1},
+                                    {3, U'\u5f20', 3, 1},
+                                    {6, U'\U0001F600', 4, 2}}));
   EXPECT_TRUE(isValidUtf8(text));
   EXPECT_EQ(characterCount(text), 4u);
   EXPECT_EQ(utf16Length(text), 5u);
