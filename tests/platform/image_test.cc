@@ -51,7 +51,7 @@ std::string shape(const ImagePtr& image) {
          std::to_string(int(image->scale()));
 }
 
-TEST(ImageTest, DecodesJpegAndOnlyAsMuchAsItsHeaderAllows) {
+TEST(ImageTest, DecodesJpegAsFarAsItsHeaderAllowsAndRejectsWhatIsNotAPicture) {
   Image source = Image::filled(16, 8, 1, Pixel{200, 40, 40, 255});
   const std::string jpeg = encodeJpeg(source.rgba().data(), 16, 8, 95);
   ASSERT_FALSE(jpeg.empty());
@@ -82,9 +82,8 @@ TEST(ImageTest, DecodesJpegAndOnlyAsMuchAsItsHeaderAllows) {
   forged[table + 5 + 14] = '\xFF';
   forged[table + 5 + 15] = '\xFF';
   EXPECT_EQ(Image::decode(forged, 1), nullptr);
-}
-
-TEST(ImageTest, RejectsWhatIsNotAPicture) {
+  // Nor are other bytes, a cut PNG, no scale, a missing file or too few
+  // pixels for the size.
   std::string png = Image::filled(4, 4, 1, kRed).encodePng();
   EXPECT_EQ(Image::decode("", 2), nullptr);
   EXPECT_EQ(Image::decode("GIF89a not really", 2), nullptr);

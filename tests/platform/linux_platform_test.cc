@@ -51,7 +51,7 @@ TEST_F(LinuxPlatformTest, DelayedCallsAndCancelling) {
   linux_.cancelPrevious(nullptr, "nothing");
 }
 
-TEST_F(LinuxPlatformTest, MainQueueWorkRunsLaterOnTheLoopThread) {
+TEST_F(LinuxPlatformTest, MainQueueWorkAndProcessNotificationsStayInTheLoop) {
   // Work for the main queue is queued, not run by the caller; background
   // work runs on another thread and hands back to the loop's.
   const auto mainThread = std::this_thread::get_id();
@@ -68,9 +68,7 @@ TEST_F(LinuxPlatformTest, MainQueueWorkRunsLaterOnTheLoopThread) {
   });
   linux_.run();
   EXPECT_EQ(trace, "main elsewhere back");
-}
-
-TEST_F(LinuxPlatformTest, ProcessNotificationsStayInTheLoop) {
+  // Process notifications stay in the loop.
   int seen = 0;
   auto token = linux_.observe(
       "local", [&] { ++seen; }, Scope::Process);

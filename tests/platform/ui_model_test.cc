@@ -229,7 +229,7 @@ TEST_F(UIModelTest, TableShowsVisibleRowsAndReusesCells) {
   EXPECT_EQ(selected, std::vector<size_t>{9});
 }
 
-TEST_F(UIModelTest, ActionSheetIsPresentedUntilAButtonIsPressed) {
+TEST_F(UIModelTest, SheetsAndAlertsHearOnePress) {
   auto view = make<UIView>();
   auto sheet = make<UIActionSheet>();
   sheet->addButtonWithTitle("Copy");
@@ -244,10 +244,7 @@ TEST_F(UIModelTest, ActionSheetIsPresentedUntilAButtonIsPressed) {
   sheet->dismissWithClickedButtonIndex(1);
   EXPECT_EQ(heard, "1 gone");
   EXPECT_EQ(UIActionSheet::presented(), nullptr);
-}
-
-// The alert goes through the platform; its delegate hears one press.
-TEST_F(UIModelTest, AlertGoesThroughThePlatformAndCallsItsDelegateOnce) {
+  // The alert goes through the platform; its delegate hears one press.
   std::vector<int> pressed;
   auto alert = make<UIAlertView>();
   alert->title = "T";

@@ -13,7 +13,7 @@
 namespace zv {
 namespace {
 
-TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
+TEST(ValueConversions, StringsNumbersAndMissingValuesReadLikeThePlatforms) {
   for (const char* yes : {"1", "YES", "true", "  +0007"})
     EXPECT_TRUE(Value(yes).boolValue()) << yes;
   for (const char* no : {"NO", "0", ""})
@@ -31,9 +31,6 @@ TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
                                               {"-99999999999", INT32_MIN},
                                               {"x", 0}};
   for (const auto& [text, n] : ints) EXPECT_EQ(Value(text).intValue(), n);
-}
-
-TEST(ValueConversions, NumbersAndMissingValues) {
   EXPECT_EQ(Value(2.7).intValue(), 2);
   EXPECT_EQ(Value(-2.7).intValue(), -2);
   EXPECT_TRUE(Value(0.1).boolValue());
