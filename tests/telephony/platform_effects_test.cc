@@ -50,20 +50,16 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandleOrAllOfThem) {
   EXPECT_EQ(effects("disconnectAll"), Lines{"3 com.apple.InCallService "});
 }
 
-// Cellular data is the device's: switched in one process, seen in another.
-// (Each switch recorded: the Control Centre's end-to-end tests.)
-TEST_F(TelephonyTest, CellularDataIsTheDevices) {
+// The vibration's id and the created sounds' ids are the platform's (the
+// sound's path is checked where the blocking reminder makes it); cellular
+// data is the device's: switched in one process, seen in another (each
+// switch recorded: the Control Centre's end-to-end tests).
+TEST_F(TelephonyTest, SystemSoundsFromFilesThatExistAndTheDevicesCellularData) {
   auto& springboard = launch("com.apple.springboard");
   auto& settings = launch("com.apple.Preferences");
   springboard.run([] { platform::CTCellularDataPlanSetIsEnabled(false); });
   EXPECT_FALSE(
       settings.run([] { return platform::CTCellularDataPlanGetIsEnabled(); }));
-}
-
-// The vibration's id and the created sounds' ids are the platform's; the
-// sound's path is checked where the blocking reminder makes it.
-TEST_F(TelephonyTest, SystemSoundsAreMadeFromFilesThatExist) {
-  auto& springboard = launch("com.apple.springboard");
   writeDeviceFile("/Library/Zorvel/block.caf", "caff");
   springboard.run([] {
     auto& p = platform::current();
