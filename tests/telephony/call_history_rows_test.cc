@@ -57,21 +57,17 @@ TEST_P(CallHistoryRowsTest, UnansweredCallLeavesOneRowBeforeItsEndIsHeard) {
         ZVCallHistory::sharedInstance()->saveLastRingDuration(12);
     });
   });
-  auto incomingStatus = [&] {
-    return incall.run([] {
-      rt::Id c =
-          rt::send(platform::callCenter(), sdk::TUCallCenter::incomingCall);
-      return c ? rt::send(c, sdk::TUCall::status) : -1;
-    });
+  auto ringing = [&] {
+    return incall.run([] { return describe(incoming()); });
   };
   const CallId id = network().incoming("13800138000");
   world_.advance(12);
-  EXPECT_EQ(incomingStatus(), platform::kCallRinging);
+  EXPECT_EQ(ringing(), "4 13800138000 -1 nil");
   EXPECT_TRUE(rows().empty()) << "a row before the call ended";
   network().remoteHangup(id);
   world_.advance(0);
   EXPECT_EQ(heard, (std::vector<int>{4, 5, 6}));
-  EXPECT_EQ(incomingStatus(), -1);
+  EXPECT_EQ(ringing(), "none");
   // A missed call is unread; only the generation's own database is written.
   EXPECT_EQ(rows(), std::vector{row("13800138000", start, 0, false, false, 0)});
   EXPECT_FALSE(std::filesystem::exists(

@@ -14,32 +14,6 @@ namespace {
 
 using platform::CallId;
 
-rt::Id center() {
-  return rt::send(rt::classObject(rt::getClass(sdk::TUCallCenter::kName)),
-                  sdk::TUCallCenter::sharedInstance);
-}
-rt::Id incoming() {
-  return rt::send(center(), sdk::TUCallCenter::incomingCall);
-}
-rt::Id incomingVideo() {
-  return rt::send(center(), sdk::TUCallCenter::incomingVideoCall);
-}
-// A call as a hook reads it: "status destination abUID label", then
-// "blocked", "outgoing" and "no handle" where they hold.
-std::string describe(const rt::Id& call) {
-  if (!call) return "none";
-  auto text = [](const std::optional<std::string>& s) {
-    return s.value_or("nil");
-  };
-  return std::to_string(rt::send(call, sdk::TUCall::status)) + " " +
-         text(rt::send(call, sdk::TUCall::destinationID)) + " " +
-         std::to_string(rt::send(call, sdk::TUCall::abUID)) + " " +
-         text(rt::send(call, sdk::TUCall::localizedLabel)) +
-         (rt::send(call, sdk::TUCall::isBlocked) ? " blocked" : "") +
-         (rt::send(call, sdk::TUCall::isOutgoing) ? " outgoing" : "") +
-         (rt::send(call, sdk::TUCall::call) ? "" : " no handle");
-}
-
 TEST_F(TelephonyTest, CallPropertiesComeFromTheNetworkAndTheAddressBook) {
   writeAddressBook({{3, "+86 138 0013 8000", "_$!<Mobile>!$_"},
                     {5, "010-8888 6666", "Beijing office"},

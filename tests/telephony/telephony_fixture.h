@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "hostsdk/telephony.h"
 #include "platform/db/call_records.h"
 #include "platform/db/platform_schema.h"
 #include "platform/db/sqlite_db.h"
@@ -112,5 +113,32 @@ class TelephonyTest : public SimTest {
 };
 
 using Lines = std::vector<std::string>;
+
+// The calling process's call centre and its incoming voice and video calls.
+inline rt::Id center() {
+  return rt::send(rt::classObject(rt::getClass(sdk::TUCallCenter::kName)),
+                  sdk::TUCallCenter::sharedInstance);
+}
+inline rt::Id incoming() {
+  return rt::send(center(), sdk::TUCallCenter::incomingCall);
+}
+inline rt::Id incomingVideo() {
+  return rt::send(center(), sdk::TUCallCenter::incomingVideoCall);
+}
+// A call as a hook reads it: "status destination abUID label", then
+// "blocked", "outgoing" and "no handle" where they hold.
+inline std::string describe(const rt::Id& call) {
+  if (!call) return "none";
+  auto text = [](const std::optional<std::string>& s) {
+    return s.value_or("nil");
+  };
+  return std::to_string(rt::send(call, sdk::TUCall::status)) + " " +
+         text(rt::send(call, sdk::TUCall::destinationID)) + " " +
+         std::to_string(rt::send(call, sdk::TUCall::abUID)) + " " +
+         text(rt::send(call, sdk::TUCall::localizedLabel)) +
+         (rt::send(call, sdk::TUCall::isBlocked) ? " blocked" : "") +
+         (rt::send(call, sdk::TUCall::isOutgoing) ? " outgoing" : "") +
+         (rt::send(call, sdk::TUCall::call) ? "" : " no handle");
+}
 
 }  // namespace zv::testing
