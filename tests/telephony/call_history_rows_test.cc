@@ -5,8 +5,6 @@
 
 #include <cmath>
 
-#include "hostsdk/telephony.h"
-#include "platform/platform.h"
 #include "search/call_history.h"
 #include "telephony_fixture.h"
 

@@ -5,7 +5,6 @@
 
 #include <map>
 
-#include "hostsdk/telephony.h"
 #include "platform/db/contact_lookup.h"
 #include "telephony_fixture.h"
 

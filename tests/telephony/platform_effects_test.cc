@@ -1,7 +1,6 @@
 // What the platform does when asked, and how the simulated platform records
 // it: hanging calls up, cellular data, system sounds from files. (Bulletins
 // and the carrier name are seen through the hooks in tests/hooks.)
-#include "hostsdk/telephony.h"
 #include "platform/platform.h"
 #include "platform/telephony/core_telephony.h"
 #include "telephony_fixture.h"

@@ -1,7 +1,6 @@
 // Every message of the typed host header is one the platform defines, with
 // the header's signature: a host or hook that sends it never meets an
 // unknown selector or a signature mismatch.
-#include "hostsdk/telephony.h"
 #include "telephony_fixture.h"
 
 namespace zv::testing {

@@ -1,5 +1,6 @@
-// A simulated world with an address book, a springboard and an in-call
-// service process, and readers of the device's call-history databases.
+// A simulated world with an address book and telephony processes, readers
+// of the device's call-history databases and of the world's record, and a
+// process's calls as text.
 #pragma once
 
 #include <gtest/gtest.h>
