@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/runtime/object.h"
@@ -7,6 +8,7 @@ namespace zv {
 namespace {
 
 using rt::Id;
+using ::testing::ThrowsMessage;
 
 class RuntimeTest : public testing::SimTest {
  protected:
@@ -35,7 +37,7 @@ TEST_F(RuntimeTest, ClassesByName) {
   other.run([] { EXPECT_EQ(rt::getClass("Base"), nullptr); });
 }
 
-TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassChain) {
+TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassAndMetaclassChains) {
   Id d = rt::create(derived_);
   EXPECT_TRUE(rt::respondsTo(d, "describe:"));
   EXPECT_FALSE(rt::respondsTo(d, "describe"));
@@ -43,25 +45,25 @@ TEST_F(RuntimeTest, SendsAndRespondsThroughTheSuperclassChain) {
   EXPECT_EQ(rt::send<std::string>(d, "describe:", 3), "Derived#3");
   // A message to nil does nothing.
   EXPECT_EQ(rt::send<std::string>(Id(), "describe:", 3), "");
+  // Class methods live on the metaclass.
+  rt::addMethod<int()>(base_->metaClass(), "count",
+                       [](const Id&) { return 7; });
+  EXPECT_EQ(rt::send<int>(rt::classObject(derived_), "count"), 7);
+  EXPECT_EQ(rt::classObject(base_), rt::classObject(base_));
+  EXPECT_FALSE(rt::respondsTo(rt::create(base_), "count"));
+  EXPECT_EQ(rt::classObject(nullptr), nullptr);
 }
 
 TEST_F(RuntimeTest, UnknownSelectorsAndWrongSignaturesRaise) {
   Id d = rt::create(derived_);
-  try {
-    rt::send<void>(d, "missing");
-    FAIL() << "no exception";
-  } catch (const rt::Exception& e) {
-    EXPECT_EQ(e.name(), "NSInvalidArgumentException");
-    EXPECT_EQ(e.reason(),
-              "-[Derived missing]: unrecognized selector sent to instance");
-  }
-  try {
-    rt::send<void>(rt::classObject(base_), "missing");
-    FAIL() << "no exception";
-  } catch (const rt::Exception& e) {
-    EXPECT_EQ(e.reason(),
-              "+[Base missing]: unrecognized selector sent to class");
-  }
+  EXPECT_THAT([&] { rt::send<void>(d, "missing"); },
+              ThrowsMessage<rt::Exception>(
+                  "NSInvalidArgumentException: -[Derived missing]: "
+                  "unrecognized selector sent to instance"));
+  EXPECT_THAT([&] { rt::send<void>(rt::classObject(base_), "missing"); },
+              ThrowsMessage<rt::Exception>(
+                  "NSInvalidArgumentException: +[Base missing]: "
+                  "unrecognized selector sent to class"));
   EXPECT_THROW(rt::send<std::string>(d, "describe:", std::string("x")),
                rt::Exception);
   EXPECT_THROW((rt::hookMessage<void(int)>(base_, "describe:", {})),
@@ -93,15 +95,6 @@ TEST_F(RuntimeTest, HookKeepsTheOriginalCallableAlsoWhenInherited) {
   auto none = rt::hookMessage<void()>(base_, "fresh", [](const Id&) {});
   EXPECT_FALSE(none);
   EXPECT_TRUE(rt::respondsTo(rt::create(leaf), "fresh"));
-}
-
-TEST_F(RuntimeTest, ClassMethodsLiveOnTheMetaclass) {
-  rt::addMethod<int()>(base_->metaClass(), "count",
-                       [](const Id&) { return 7; });
-  EXPECT_EQ(rt::send<int>(rt::classObject(derived_), "count"), 7);
-  EXPECT_EQ(rt::classObject(base_), rt::classObject(base_));
-  EXPECT_FALSE(rt::respondsTo(rt::create(base_), "count"));
-  EXPECT_EQ(rt::classObject(nullptr), nullptr);
 }
 
 TEST_F(RuntimeTest, InstanceVariablesByNameAndType) {

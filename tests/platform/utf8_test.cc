@@ -5,30 +5,33 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <vector>
 
 namespace zv {
 namespace {
 
-TEST(Utf8Test, DecodesEachLengthAndCountsUtf16Units) {
+TEST(Utf8Test, DecodesEachLengthCountsUtf16UnitsAndMapsTheirPositions) {
   const std::string text = "a\xc3\xa9\xe5\xbc\xa0\xf0\x9f\x98\x80";  // aé张😀
-  const struct {
-    size_t at;
-    char32_t codePoint;
-    size_t bytes, units;
-  } chars[] = {{0, U'a', 1, 1},
-               {1, U'\u00e9', 2, 1},
-               {3, U'\u5f20', 3, 1},
-               {6, U'\U0001F600', 4, 2}};
-  for (const auto& expected : chars) {
-    const Utf8Char c = utf8CharAt(text, expected.at);
-    EXPECT_EQ(c.codePoint, expected.codePoint) << expected.at;
-    EXPECT_EQ(c.bytes, expected.bytes) << expected.at;
-    EXPECT_EQ(c.units(), expected.units) << expected.at;
+  std::vector<std::tuple<size_t, char32_t, size_t, size_t>> chars;
+  for (size_t at : {0, 1, 3, 6}) {
+    const Utf8Char c = utf8CharAt(text, at);
+    chars.emplace_back(at, c.codePoint, c.bytes, c.units());
   }
+  EXPECT_EQ(chars, (decltype(chars){{0, U'a', 1, 1},
+                                    {1, U'\u00e9', 2, 1},
+                                    {3, U'\u5f20', 3, 1},
+                                    {6, U'\U0001F600', 4, 2}}));
   EXPECT_TRUE(isValidUtf8(text));
   EXPECT_EQ(characterCount(text), 4u);
   EXPECT_EQ(utf16Length(text), 5u);
   EXPECT_EQ(toUtf16(text), u"a\u00e9\u5f20\U0001F600");
+  // UTF-16 positions map to byte offsets; past the end and inside a
+  // surrogate pair there is none.
+  std::vector<size_t> offsets;
+  for (size_t i = 0; i < 7; ++i) offsets.push_back(utf8OffsetOfUtf16(text, i));
+  const size_t none = std::string::npos;
+  EXPECT_EQ(offsets, (std::vector<size_t>{0, 1, 3, 6, none, 10, none}));
 }
 
 TEST(Utf8Test, EveryMalformedByteIsOneReplacementCharacter) {
@@ -41,21 +44,11 @@ TEST(Utf8Test, EveryMalformedByteIsOneReplacementCharacter) {
     EXPECT_EQ(toUtf16(bad), std::u16string(bad.size(), u'\uFFFD'));
   }
   // A cut-off character does not swallow the good one after it.
-  const std::string cut =
-      "\xe5\xbc"
-      "a";
+  const std::string cut = std::string("\xe5\xbc") + "a";
   EXPECT_EQ(characterCount(cut), 3u);
   EXPECT_EQ(utf8CharAt(cut, 2).codePoint, U'a');
   EXPECT_TRUE(isValidUtf8(""));
   EXPECT_EQ(utf16Length(""), 0u);
-}
-
-TEST(Utf8Test, Utf16PositionsMapToByteOffsets) {
-  const std::string text = "\xe5\xbc\xa0\xf0\x9f\x98\x80z";  // 张😀z
-  // Past the end and inside a surrogate pair there is no byte offset.
-  const size_t offsets[] = {0, 3, std::string::npos, 7, 8, std::string::npos};
-  for (size_t i = 0; i < std::size(offsets); ++i)
-    EXPECT_EQ(utf8OffsetOfUtf16(text, i), offsets[i]) << i;
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 namespace zv {
 namespace {
 
-TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
+TEST(ValueConversions, StringsNumbersAndMissingValuesReadLikeThePlatforms) {
   for (const char* yes : {"1", "YES", "true", "  +0007"})
     EXPECT_TRUE(Value(yes).boolValue()) << yes;
   for (const char* no : {"NO", "0", ""})
@@ -31,9 +31,6 @@ TEST(ValueConversions, StringsReadLikeThePlatformsNumbers) {
                                               {"-99999999999", INT32_MIN},
                                               {"x", 0}};
   for (const auto& [text, n] : ints) EXPECT_EQ(Value(text).intValue(), n);
-}
-
-TEST(ValueConversions, NumbersAndMissingValues) {
   EXPECT_EQ(Value(2.7).intValue(), 2);
   EXPECT_EQ(Value(-2.7).intValue(), -2);
   EXPECT_TRUE(Value(0.1).boolValue());
@@ -91,17 +88,13 @@ TEST(Plist, WritesAtomicallyIntoNewFolders) {
   const std::string path = temp.path() + "/a/b/list.plist";
   ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(1)}})));
   ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(2)}})));
-  auto d = plist::readDictionary(path);
-  ASSERT_TRUE(d);
-  EXPECT_EQ(Value(*d)["k"].intValue(), 2);
+  EXPECT_EQ(plist::readDictionary(path), (Dict{{"k", Value(2)}}));
   // No temporary file is left next to it, and others may read it.
-  size_t files = 0;
+  std::vector<std::string> files;
   for (const auto& e :
-       std::filesystem::directory_iterator(temp.path() + "/a/b")) {
-    ++files;
-    EXPECT_EQ(e.path().filename(), "list.plist");
-  }
-  EXPECT_EQ(files, 1u);
+       std::filesystem::directory_iterator(temp.path() + "/a/b"))
+    files.push_back(e.path().filename());
+  EXPECT_EQ(files, std::vector<std::string>{"list.plist"});
   auto perms = std::filesystem::status(path).permissions();
   EXPECT_NE(perms & std::filesystem::perms::others_read,
             std::filesystem::perms::none);
@@ -117,16 +110,14 @@ TEST(Plist, MalformedMissingOrWrongListsGiveNothing) {
   ASSERT_TRUE(plist::writeFile(array, Value(Array{Value(1)})));
   EXPECT_FALSE(plist::readDictionary(array));
   EXPECT_TRUE(plist::readFile(array));
-  // A text or key with a NUL byte cannot be written whole: no write at all,
-  // the file before stays.
-  EXPECT_FALSE(
-      plist::writeFile(array, Value(Array{Value(std::string("a\0b", 3))})));
-  EXPECT_FALSE(plist::writeFile(
-      array,
-      Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}})));
-  // Nor can an object read as no value (a binary list's UID): written, it
-  // would turn into an empty dictionary.
-  EXPECT_FALSE(plist::writeFile(array, Value(Array{Value(1), Value()})));
+  // A text or key with a NUL byte cannot be written whole, nor an object
+  // read as no value (a binary list's UID: written, it would turn into an
+  // empty dictionary): no write at all, the file before stays.
+  for (const Value& unwritable :
+       {Value(Array{Value(std::string("a\0b", 3))}),
+        Value(Dict{{"k", Value(Dict{{std::string("a\0", 2), Value(1)}})}}),
+        Value(Array{Value(1), Value()})})
+    EXPECT_FALSE(plist::writeFile(array, unwritable));
   EXPECT_EQ(plist::readFile(array), Value(Array{Value(1)}));
   // A folder in the way makes the write fail cleanly.
   std::filesystem::create_directories(temp.path() + "/dir.plist");
@@ -144,11 +135,11 @@ TEST(Plist, StringsHoldingANulByteAreReadWhole) {
   // when asked for it as a C string, which ended the process.
   auto value = plist::parse(settingsCorpus("string_with_nul"));
   ASSERT_TRUE(value.has_value());
-  bool sawNul = false;
-  for (const auto& [key, v] : *value->dict())
-    if (v.isString() && v.string()->find('\0') != std::string::npos)
-      sawNul = true;
-  EXPECT_TRUE(sawNul);
+  EXPECT_TRUE(std::any_of(
+      value->dict()->begin(), value->dict()->end(), [](const auto& kv) {
+        return kv.second.isString() &&
+               kv.second.string()->find('\0') != std::string::npos;
+      }));
 }
 
 TEST(Plist, KeysHoldingANulAreReadWholeBesideTheOthers) {
@@ -157,10 +148,7 @@ TEST(Plist, KeysHoldingANulAreReadWholeBesideTheOthers) {
   const std::string bytes = settingsCorpus("key_with_nul");
   ASSERT_GT(bytes.size(), 40u);
   const std::string utf16("\x66\0E\0n\0a\0b\0\0\0e", 13);
-  const std::string ascii(
-      "\x56"
-      "Enab\0e",
-      7);
+  const std::string ascii = "\x56" + std::string("Enab\0e", 6);
   const size_t at = bytes.find(utf16);
   ASSERT_NE(at, std::string::npos);
   std::string shorter = bytes;
@@ -172,14 +160,11 @@ TEST(Plist, KeysHoldingANulAreReadWholeBesideTheOthers) {
   EXPECT_TRUE((*whole)["Enable"].boolValue());
   // In UTF-16 and in ASCII, the key keeps its NUL and every other key is
   // there as without it.
-  for (const std::string& list : {bytes, shorter}) {
-    auto value = plist::parse(list);
-    ASSERT_TRUE(value);
-    Dict expected = *whole->dict();
-    expected[std::string("Enab\0e", 6)] = expected["Enable"];
-    expected.erase("Enable");
-    EXPECT_EQ(*value->dict(), expected);
-  }
+  Dict expected = *whole->dict();
+  expected[std::string("Enab\0e", 6)] = expected["Enable"];
+  expected.erase("Enable");
+  for (const std::string& list : {bytes, shorter})
+    EXPECT_EQ(plist::parse(list), Value(expected));
 }
 
 }  // namespace

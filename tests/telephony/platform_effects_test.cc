@@ -1,7 +1,6 @@
 // What the platform does when asked, and how the simulated platform records
 // it: hanging calls up, cellular data, system sounds from files. (Bulletins
 // and the carrier name are seen through the hooks in tests/hooks.)
-#include "hostsdk/telephony.h"
 #include "platform/platform.h"
 #include "platform/telephony/core_telephony.h"
 #include "telephony_fixture.h"
@@ -25,15 +24,10 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandleOrAllOfThem) {
   });
   EXPECT_EQ(network().call(blocked)->status, platform::kCallEnded);
   EXPECT_EQ(network().call(other)->status, platform::kCallDialling);
-  auto hangups = world_.events("disconnect");
-  ASSERT_EQ(hangups.size(), 1u);
-  EXPECT_EQ(hangups[0].process, "com.apple.springboard");
-  EXPECT_EQ(hangups[0].detail, "13800138000");
-  EXPECT_DOUBLE_EQ(hangups[0].time, 3);
+  EXPECT_EQ(effects("disconnect"),
+            Lines{"3 com.apple.springboard 13800138000"});
   // The hung-up call is a missed call in the history.
-  auto history = dbRows();
-  ASSERT_EQ(history.size(), 1u);
-  EXPECT_EQ(history[0].read, 0);
+  EXPECT_EQ(dbRows().at(0).read, 0);
 
   // A stale handle of an ended call: recorded, nothing more happens.
   springboard.run([&] {
@@ -52,40 +46,34 @@ TEST_F(TelephonyTest, DisconnectHangsUpOneCallByItsHandleOrAllOfThem) {
   incall.run([] { platform::CTCallListDisconnectAll(); });
   EXPECT_TRUE(network().calls().empty());
   EXPECT_EQ(dbRows().size(), 5u);
-  auto all = world_.events("disconnectAll");
-  ASSERT_EQ(all.size(), 1u);
-  EXPECT_EQ(all[0].process, "com.apple.InCallService");
+  EXPECT_EQ(effects("disconnectAll"), Lines{"3 com.apple.InCallService "});
 }
 
-// Cellular data is the device's: switched in one process, seen in another.
-// (Each switch recorded: the Control Centre's end-to-end tests.)
-TEST_F(TelephonyTest, CellularDataIsTheDevices) {
+// The vibration's id and the created sounds' ids are the platform's (the
+// sound's path is checked where the blocking reminder makes it); cellular
+// data is the device's: switched in one process, seen in another (each
+// switch recorded: the Control Centre's end-to-end tests).
+TEST_F(TelephonyTest, SystemSoundsFromFilesThatExistAndTheDevicesCellularData) {
   auto& springboard = launch("com.apple.springboard");
   auto& settings = launch("com.apple.Preferences");
   springboard.run([] { platform::CTCellularDataPlanSetIsEnabled(false); });
   EXPECT_FALSE(
       settings.run([] { return platform::CTCellularDataPlanGetIsEnabled(); }));
-}
-
-// The vibration's id and the created sounds' ids are the platform's; the
-// sound's path is checked where the blocking reminder makes it.
-TEST_F(TelephonyTest, SystemSoundsAreMadeFromFilesThatExist) {
-  auto& springboard = launch("com.apple.springboard");
   writeDeviceFile("/Library/Zorvel/block.caf", "caff");
   springboard.run([] {
     auto& p = platform::current();
-    EXPECT_EQ(p.createSystemSound("/Library/Zorvel/missing.caf"), std::nullopt);
-    EXPECT_EQ(p.createSystemSound("/Library/Zorvel"), std::nullopt)
-        << "a folder is no sound";
-    auto first = p.createSystemSound("/Library/Zorvel/block.caf");
-    auto second = p.createSystemSound("/Library/Zorvel/block.caf");
-    ASSERT_TRUE(first && second);
-    EXPECT_NE(*first, *second);
-    EXPECT_EQ(*first, 4096u) << "not 0 nor the vibration's 4095";
-    p.disposeSystemSound(*first);
+    // A missing file and a folder are no sound; ids are distinct, not 0
+    // nor the vibration's 4095.
+    std::vector<std::optional<uint32_t>> ids;
+    for (const char* path :
+         {"/Library/Zorvel/missing.caf", "/Library/Zorvel",
+          "/Library/Zorvel/block.caf", "/Library/Zorvel/block.caf"})
+      ids.push_back(p.createSystemSound(path));
+    EXPECT_EQ(ids, (std::vector<std::optional<uint32_t>>{
+                       std::nullopt, std::nullopt, 4096, 4097}));
+    p.disposeSystemSound(4096);
   });
-  ASSERT_EQ(world_.events("soundDispose").size(), 1u);
-  EXPECT_EQ(world_.events("soundDispose")[0].detail, "4096");
+  EXPECT_EQ(effects("soundDispose"), Lines{"0 com.apple.springboard 4096"});
 }
 
 }  // namespace
