@@ -73,19 +73,19 @@ TEST_F(MessagesE2ETest, ChosenNumbersReplaceTheComposersRecipients) {
       composer->toField->add("10086");
       composer->toField->add("13800138000");
       ASSERT_TRUE(composer->navigationItem()->leftBarButtonItem->press());
-      auto g = groupScreen();
+      auto g = top<ZVSMSGroupViewController>();
       ASSERT_NE(g, nullptr);
       EXPECT_EQ(g->title, "Group");
       g->tableView()->reloadData();
       ASSERT_TRUE(g->tapRow({0, 1}));  // Family
-      auto list = checklist();
+      auto list = top<ZVSMSSelectContactsViewController>();
       ASSERT_NE(list, nullptr);
       ASSERT_EQ(list->list().size(), 2u);
       list->tapRow({0, 1});
       list->navigationItem()->rightBarButtonItem->press();
       EXPECT_EQ(composerAddresses(), (std::vector<std::string>{"13912345678"}));
       EXPECT_EQ(composer->toField->recipients[0]->compositeName, "Anna Smith");
-      EXPECT_EQ(groupScreen(), nullptr);  // dismissed
+      EXPECT_EQ(app_->topController(), composer);  // dismissed
     });
   }
 }
