@@ -10,7 +10,7 @@
 namespace zv::testing {
 namespace {
 
-TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
+TEST_F(MessagesE2ETest, ListAndConversationShowAreasAndPictures) {
   start();
   run([&] {
     ASSERT_EQ(app_->list->conversations.size(), 6u);
@@ -26,12 +26,7 @@ TEST_F(MessagesE2ETest, ListShowsAreasBesideSendersAndRoundPictures) {
     EXPECT_TRUE(image &&
                 image != ZVAddressBook::sharedInstance()->getNullAvatarWithsize(
                              {50, 50}));
-  });
-}
-
-TEST_F(MessagesE2ETest, ConversationShowsPicturesBesideMessages) {
-  start();
-  run([&] {
+    // A conversation shows pictures beside the messages.
     auto t = app_->openConversation(0);
     ASSERT_NE(t, nullptr);
     auto& cells = t->collection->cells;
