@@ -77,12 +77,6 @@ class MessagesE2ETest : public World {
   std::shared_ptr<T> top() {
     return std::dynamic_pointer_cast<T>(app_->topController());
   }
-  std::vector<std::string> composerAddresses() {
-    std::vector<std::string> out;
-    for (const auto& r : app_->composer()->toField->recipients)
-      out.push_back(r->address);
-    return out;
-  }
 
   Dict settings_;
   platform::SimProcess* proc_ = nullptr;
