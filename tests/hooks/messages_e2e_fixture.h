@@ -72,25 +72,10 @@ class MessagesE2ETest : public World {
           .value_or("");
     });
   }
-  // The group screen presented over the composer, if any.
-  std::shared_ptr<ZVSMSGroupViewController> groupScreen() {
-    auto composer = app_->composer();
-    if (!composer || !composer->navigationController()) return nullptr;
-    auto nav = std::dynamic_pointer_cast<ui::UINavigationController>(
-        composer->navigationController()->presentedViewController());
-    if (!nav) return nullptr;
-    return std::dynamic_pointer_cast<ZVSMSGroupViewController>(
-        nav->viewControllers().front());
-  }
-  std::shared_ptr<ZVSMSSelectContactsViewController> checklist() {
-    return std::dynamic_pointer_cast<ZVSMSSelectContactsViewController>(
-        app_->topController());
-  }
-  std::vector<std::string> composerAddresses() {
-    std::vector<std::string> out;
-    for (const auto& r : app_->composer()->toField->recipients)
-      out.push_back(r->address);
-    return out;
+  // The screen on top (the group screen, its checklist), if of type T.
+  template <typename T>
+  std::shared_ptr<T> top() {
+    return std::dynamic_pointer_cast<T>(app_->topController());
   }
 
   Dict settings_;

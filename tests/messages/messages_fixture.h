@@ -1,6 +1,6 @@
 // A Messages process on a device with the China area database, a fake
-// Messages host behind ZVSMSHost, and helpers that write the address book
-// (people, numbers, groups, pictures) and the check-mark images.
+// Messages host behind ZVSMSHost, and a helper that writes the check-mark
+// images.
 #pragma once
 
 #include <map>
@@ -182,47 +182,6 @@ class MessagesTest : public PhoneProcessTest {
         rt::registerClass("CKTranscriptController", "UIViewController"));
   }
 
-  // The address book: people (first, last, numbers with label keys) and
-  // groups (name, member ids).
-  struct Person {
-    std::string first, last;
-    std::vector<std::pair<std::string, std::string>> numbers;
-  };
-  void writeAddressBook(
-      const std::vector<Person>& people,
-      const std::vector<std::pair<std::string, std::vector<int>>>& groups) {
-    const std::string file = root_ + platform_schema::kAddressBookPath;
-    ASSERT_TRUE(platform_schema::createDatabase(
-        file, platform_schema::Database::kAddressBook));
-    std::string sql;
-    int uid = 1;
-    for (size_t i = 0; i < people.size(); ++i) {
-      const auto& p = people[i];
-      sql += "INSERT INTO ABPerson (ROWID,First,Last) VALUES (" +
-             std::to_string(i + 1) + ",'" + p.first + "','" + p.last + "');";
-      for (const auto& [number, label] : p.numbers) {
-        sql += "INSERT OR IGNORE INTO ABMultiValueLabel (value) VALUES ('" +
-               label + "');";
-        sql += "INSERT INTO ABMultiValue "
-               "(UID,record_id,property,identifier,label,value) "
-               "VALUES (" +
-               std::to_string(uid) + "," + std::to_string(i + 1) + ",3," +
-               std::to_string(uid) +
-               ",(SELECT ROWID FROM ABMultiValueLabel WHERE value='" + label +
-               "'),'" + number + "');";
-        ++uid;
-      }
-    }
-    for (size_t g = 0; g < groups.size(); ++g) {
-      sql += "INSERT INTO ABGroup (ROWID,Name) VALUES (" +
-             std::to_string(g + 1) + ",'" + groups[g].first + "');";
-      for (int member : groups[g].second)
-        sql += "INSERT INTO ABGroupMembers (group_id,member_type,member_id) "
-               "VALUES (" +
-               std::to_string(g + 1) + ",0," + std::to_string(member) + ");";
-    }
-    execSql(file, "BEGIN;" + sql + "COMMIT;");
-  }
   void writeCheckImages() {
     writeDeviceFile("/Library/Zorvel/checked.png",
                     ui::Image::filled(44, 44, 2, {0, 0, 255, 255}).encodePng());
