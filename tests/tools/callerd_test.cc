@@ -76,8 +76,9 @@ class CallerdTest : public testing::CallerdFixture {
     std::vector<Note> out;
     for (const auto& a : modem_.methodCalls("/org/freedesktop/Notifications",
                                             "Notify", testing::kNotes)) {
-      Note& n = out.emplace_back(g_variant_get_string(a[3].get(), nullptr),
-                                 g_variant_get_string(a[4].get(), nullptr));
+      Note& n =
+          out.emplace_back(Note{g_variant_get_string(a[3].get(), nullptr),
+                                g_variant_get_string(a[4].get(), nullptr)});
       guchar urgency = 0;
       gboolean resident = FALSE;
       if (g_variant_lookup(a[6].get(), "urgency", "y", &urgency))
