@@ -28,9 +28,12 @@ std::string binaryPlist(const Dict& dict) {
 }
 
 // A later change of the file is seen neither through a cached verdict nor
-// through the kept list until the lists are dropped.
-TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
+// through the kept list until "ZVBlacklistChanged", posted by another
+// process, drops both.
+TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilAnotherProcessDropsThem) {
   start({{"BlacklistBlockMode", 0}});
+  controller_ = C::sharedInstance();
+  controller_->setHost(host_);
   // Binary list files are read as well as XML ones.
   writeDeviceFile(Policy::kBlacklistPath,
                   binaryPlist({{"10010", true}, {"10011", true}}));
@@ -42,11 +45,17 @@ TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
   writeList(Policy::kBlacklistPath, {"10086"});
   EXPECT_TRUE(blocks("10010"));
   EXPECT_FALSE(blocks("10086"));
-  controller_->unloadBlacklist();
+  world_.launch("com.apple.Preferences").run([] {
+    platform::current().post(C::kChangedNotification);
+  });
+  world_.advance(0);
   EXPECT_TRUE(controller_->lastBlockedNumber().empty());
   EXPECT_FALSE(controller_->blacklist());
   EXPECT_FALSE(blocks("10010"));
   EXPECT_TRUE(blocks("10086"));
+  // One subscription per process, however often the controller is asked.
+  C::sharedInstance();
+  EXPECT_EQ(world_.observerCount(C::kChangedNotification), 1u);
 }
 
 struct DamagedList {
@@ -110,27 +119,6 @@ TEST_F(BlockingTest, ADirectoryInPlaceOfTheListIsAnEmptyList) {
   std::filesystem::create_directories(root_ + Policy::kBlacklistPath);
   EXPECT_FALSE(blocks("10010"));
   EXPECT_TRUE(std::filesystem::is_directory(root_ + Policy::kBlacklistPath));
-}
-
-TEST_F(BlockingTest, ChangedNotificationFromAnotherProcessDropsListsAndCache) {
-  start({{"BlacklistBlockMode", 0}});
-  controller_ = C::sharedInstance();
-  controller_->setHost(host_);
-  writeList(Policy::kBlacklistPath, {"10010"});
-  EXPECT_TRUE(blocks("10010"));
-  EXPECT_FALSE(blocks("10086"));
-  writeList(Policy::kBlacklistPath, {"10086"});
-
-  auto& pane = world_.launch("com.apple.Preferences");
-  pane.run([] { platform::current().post(C::kChangedNotification); });
-  world_.advance(0);
-  EXPECT_FALSE(controller_->blacklist());
-  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
-  EXPECT_FALSE(blocks("10010"));
-  EXPECT_TRUE(blocks("10086"));
-  // One subscription per process, however often the controller is asked.
-  C::sharedInstance();
-  EXPECT_EQ(world_.observerCount(C::kChangedNotification), 1u);
 }
 
 TEST_F(BlockingTest, ChangedNotificationWithoutAControllerDoesNothing) {
