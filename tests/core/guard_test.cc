@@ -133,6 +133,7 @@ TEST_F(GuardTest, AfterRewritesTheResultUnlessTheWorkFails) {
                               title += "  Beijing";
                             }));
     EXPECT_EQ(rt::send(object_, CallScreen::title), "Call 10010  Beijing");
+    EXPECT_EQ(rt::trySend(rt::Id(), CallScreen::title), "");  // nil answers ""
     // A failing rewrite leaves the host's own result, and switches off.
     EXPECT_EQ(rt::send(object_, CallScreen::title), "Call 10010");
     EXPECT_FALSE(zvenabled());
