@@ -102,9 +102,8 @@ TEST_F(InCallE2ETest, StatusLineShowsTheAreaWhileDiallingAndInTheCall) {
   phone_->run([&] {
     auto c = platform::Process::current().slot<ZVInCallController>();
     ASSERT_TRUE(c);
-    EXPECT_EQ(c->curNumber(), kStranger);
-    EXPECT_EQ(c->curCallStatus(), 4);
-    EXPECT_EQ(c->curArea(), "");
+    EXPECT_EQ(std::tuple(c->curNumber(), c->curCallStatus(), c->curArea()),
+              std::tuple(kStranger, 4, ""));
   });
   network().answer(id);
   advance(0);
