@@ -88,12 +88,12 @@ TEST_F(BlockingTest, ADamagedListIsAnEmptyListThatIsNeverWritten) {
     EXPECT_FALSE(controller_->isInWhitelist("10010"));
     EXPECT_FALSE(controller_->whitelist());
     EXPECT_TRUE(controller_->lastBlockedNumber().empty());
-    EXPECT_EQ(readDeviceFile(Policy::kBlacklistPath), bytes);
+    EXPECT_EQ(readFile(root_ + Policy::kBlacklistPath), bytes);
     writeList(Policy::kBlacklistPath, {"10010"});
     EXPECT_TRUE(blocks("10010"));
     start({{"BlacklistBlockMode", 1}});
     EXPECT_TRUE(blocks("10010"));
-    EXPECT_EQ(readDeviceFile(Policy::kWhitelistPath), bytes);
+    EXPECT_EQ(readFile(root_ + Policy::kWhitelistPath), bytes);
   }
 }
 
