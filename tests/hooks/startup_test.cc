@@ -83,10 +83,7 @@ TEST_F(StartupTest, FeatureRoutinesWithTheirSwitchesOffInstallNothing) {
       {"com.apple.mobilephone",
        zvrecents_init,
        {"PHRecentsViewController", "PHRecentsCell"},
-       {{"EnableArea", false},
-        {"EnableAvatar", false},
-        {"CallHistoryRingDuration", false},
-        {"CallHistoryLimit", 100}},
+       noArea,  // ring durations off and the limit at 100 by default
        {{"CallHistoryLimit", 101}}},
       {"com.apple.MobileAddressBook",
        zvcontacts_init,
