@@ -31,8 +31,7 @@ struct Rule {
 
 TEST_F(BlockingTest, RulesInOrderOfModesSwitchesListsAndAreas) {
   const std::vector<std::string> white{"13912345678", "10086"};
-  const std::vector<std::string> patterns{"10010", "95###",    "*5678",
-                                          "400*",  "0755*123", "*"};
+  const std::vector<std::string> patterns{"10010", "95###", "*"};
   const Rule rules[] = {
       // Block all: contacts and whitelisted numbers alike, without looking
       // anything up. (Hidden callers here, the area rule's words and
@@ -57,16 +56,11 @@ TEST_F(BlockingTest, RulesInOrderOfModesSwitchesListsAndAreas) {
       // not remembered, so a new list counts at once).
       {1, "南京 1", "", {}, "13800000000", -1, false, 'b'},
       {1, "", "", {}, "13912345678", kContact, false, 'b'},
-      // Blacklist patterns: "#" matches a digit and a prefix, "*" any run;
-      // "*" alone matches nothing.
+      // Blacklist patterns (how each kind matches is the matcher's own
+      // table, tests/core/number_utils_test.cc); "*" alone matches nothing.
       {0, "", "", patterns, "10010", -1, false, 'B'},
-      {0, "", "", patterns, "95588", -1, false, 'B'},
       {0, "", "", patterns, "95588 1234", -1, false, 'B'},
-      {0, "", "", patterns, "+86 139-1234-5678", -1, false, 'B'},
-      {0, "", "", patterns, "4008 123 456", -1, false, 'B'},
-      {0, "", "", patterns, "0755 8888 8123", -1, false, 'B'},
       {0, "", "", patterns, "13900000000", -1, false, 'p'},
-      {0, "", "", patterns, "9558", -1, false, 'p'},
       // The area rule in blacklist mode too.
       {0, "深圳 1860", "", {"10010"}, "075512345678", -1, false, 'B'},
       {0, "深圳 1860", "", {"10010"}, "13912345678", -1, false, 'p'},
@@ -119,8 +113,6 @@ TEST_F(BlockingTest, MasterSwitchOffOrNoHostBlocksNothing) {
          {"BlacklistBlockArea", "南京"}});
   writeList(Policy::kBlacklistPath, {"13912345678"});
   EXPECT_FALSE(blocks("13912345678"));
-  EXPECT_FALSE(controller_->blockInCall(nullptr));
-  EXPECT_FALSE(controller_->blockRingtone(nullptr));
   host_->incoming = call("13912345678");
   EXPECT_FALSE(controller_->blockInCall(nullptr));
   EXPECT_FALSE(controller_->blockRingtone(nullptr));
@@ -174,27 +166,14 @@ TEST_F(BlockingTest, WhitelistModeLetsAWhitelistedNumberThroughAndCachesIt) {
                                  {"BlacklistBlockArea", "南京"}});
   platform::current().post("ZVSettingsChanged");
   world_.advance(3.5);
+  // The area rule's verdict is stored over the whitelist's: the number
+  // stays blocked from the cache until the lists reload.
   EXPECT_TRUE(blocks("139123418888"));
+  EXPECT_EQ(controller_->lastBlockedNumber().at("139123418888"), true);
   EXPECT_FALSE(blocks("13912348888"));
   platform::current().post(ZVIncomingCallController::kChangedNotification);
   world_.advance(0);
   EXPECT_TRUE(blocks("13912348888"));
-}
-
-// Where the prose promises that a whitelisted number from a blocked area is
-// let through on its second call, the decision's own steps store the area
-// rule's verdict over the whitelist's: the number stays blocked from the
-// cache until the lists reload.
-TEST_F(BlockingTest, WhitelistedNumberInABlockedAreaIsBlockedAndStaysBlocked) {
-  start({{"BlacklistBlockMode", 1}, {"BlacklistBlockArea", "南京"}});
-  writeList(Policy::kWhitelistPath, {"13912345678"});
-  EXPECT_TRUE(blocks("13912345678"));
-  EXPECT_EQ(controller_->lastBlockedNumber().at("13912345678"), true);
-  std::filesystem::remove(root_ + Policy::kWhitelistPath);
-  writeList(Policy::kWhitelistPath, {"13912345678"});
-  EXPECT_TRUE(blocks("13912345678"));
-  EXPECT_EQ(takeActions(),
-            (Actions{"disconnect 13912345678", "disconnect 13912345678"}));
 }
 
 TEST_F(BlockingTest, InCallDecisionFindsTheScreensCallOrTheIncomingOne) {

@@ -130,9 +130,6 @@ class BlockingTest : public SimTest {
     for (auto& n : numbers) dict[n] = Value(true);
     writePlist(devicePath, dict);
   }
-  std::string readDeviceFile(const std::string& devicePath) {
-    return readFile(root_ + devicePath);
-  }
 
   // Starts the process with EnableBlacklist on plus `settings`, makes its
   // controller with the fake host, and stays in its context.

@@ -28,9 +28,12 @@ std::string binaryPlist(const Dict& dict) {
 }
 
 // A later change of the file is seen neither through a cached verdict nor
-// through the kept list until the lists are dropped.
-TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
+// through the kept list until "ZVBlacklistChanged", posted by another
+// process, drops both.
+TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilAnotherProcessDropsThem) {
   start({{"BlacklistBlockMode", 0}});
+  controller_ = C::sharedInstance();
+  controller_->setHost(host_);
   // Binary list files are read as well as XML ones.
   writeDeviceFile(Policy::kBlacklistPath,
                   binaryPlist({{"10010", true}, {"10011", true}}));
@@ -42,95 +45,63 @@ TEST_F(BlockingTest, ListsAndVerdictsAreKeptUntilTheListsAreDropped) {
   writeList(Policy::kBlacklistPath, {"10086"});
   EXPECT_TRUE(blocks("10010"));
   EXPECT_FALSE(blocks("10086"));
-  controller_->unloadBlacklist();
+  world_.launch("com.apple.Preferences").run([] {
+    platform::current().post(C::kChangedNotification);
+  });
+  world_.advance(0);
   EXPECT_TRUE(controller_->lastBlockedNumber().empty());
   EXPECT_FALSE(controller_->blacklist());
   EXPECT_FALSE(blocks("10010"));
   EXPECT_TRUE(blocks("10086"));
+  // One subscription per process, however often the controller is asked.
+  C::sharedInstance();
+  EXPECT_EQ(world_.observerCount(C::kChangedNotification), 1u);
 }
-
-struct DamagedList {
-  const char* name;
-  std::string bytes;
-};
-
-class DamagedListTest : public BlockingTest,
-                        public ::testing::WithParamInterface<DamagedList> {};
 
 // A damaged file is an empty list: blacklist mode blocks nothing, whitelist
 // mode blocks everything; nothing crashes, the file keeps its bytes, and
 // the read is tried again on the next call, so a repaired file counts at
-// once.
-TEST_P(DamagedListTest, IsAnEmptyListThatIsNeverWritten) {
-  start({{"BlacklistBlockMode", 0}});
-  const std::string& bytes = GetParam().bytes;
-  writeDeviceFile(Policy::kBlacklistPath, bytes);
-  writeDeviceFile(Policy::kWhitelistPath, bytes);
-  EXPECT_FALSE(blocks("10010"));
-  EXPECT_FALSE(controller_->blacklist());
-  EXPECT_FALSE(controller_->isInWhitelist("10010"));
-  EXPECT_FALSE(controller_->whitelist());
-  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
-  EXPECT_EQ(readDeviceFile(Policy::kBlacklistPath), bytes);
-  EXPECT_EQ(readDeviceFile(Policy::kWhitelistPath), bytes);
-
-  writeList(Policy::kBlacklistPath, {"10010"});
-  EXPECT_TRUE(blocks("10010"));
-
-  start({{"BlacklistBlockMode", 1}});
-  EXPECT_TRUE(blocks("10010"));
-  EXPECT_EQ(readDeviceFile(Policy::kWhitelistPath), bytes);
-}
-
-// One file of each way a list fails to read; the parser's own faults are
-// the plist tests' and the block_lists fuzz target's (its corpus replays in
-// tests/hooks/fuzz_corpus_test.cc).
-std::vector<DamagedList> damagedLists() {
+// once. One file of each way a list fails to read; the parser's own faults
+// are the plist tests' and the block_lists fuzz target's (its corpus replays
+// in tests/hooks/fuzz_corpus_test.cc).
+TEST_F(BlockingTest, ADamagedListIsAnEmptyListThatIsNeverWritten) {
   std::string xml = plist::toXml(Value(Dict{{"10010", true}, {"10011", 1}}));
   std::string bin = binaryPlist({{"10010", true}, {"10011", true}});
   // The trailer's offset-table position points past the end of the file.
   std::string badOffsets = bin;
   for (size_t i = badOffsets.size() - 8; i < badOffsets.size(); ++i)
     badOffsets[i] = '\xff';
-  return {
-      {"Empty", ""},
-      {"TruncatedXml", xml.substr(0, xml.size() / 2)},
-      {"TruncatedBinary", bin.substr(0, bin.size() - 10)},
-      {"BinaryBadOffsets", badOffsets},
-      {"ArrayNotDictionary", plist::toXml(Value(Array{Value("10010")}))},
+  const std::pair<const char*, std::string> files[] = {
+      {"empty", ""},
+      {"truncated XML", xml.substr(0, xml.size() / 2)},
+      {"truncated binary", bin.substr(0, bin.size() - 10)},
+      {"binary, bad offsets", badOffsets},
+      {"an array", plist::toXml(Value(Array{Value("10010")}))},
   };
+  for (const auto& [name, bytes] : files) {
+    SCOPED_TRACE(name);
+    start({{"BlacklistBlockMode", 0}});
+    writeDeviceFile(Policy::kBlacklistPath, bytes);
+    writeDeviceFile(Policy::kWhitelistPath, bytes);
+    EXPECT_FALSE(blocks("10010"));
+    EXPECT_FALSE(controller_->blacklist());
+    EXPECT_FALSE(controller_->isInWhitelist("10010"));
+    EXPECT_FALSE(controller_->whitelist());
+    EXPECT_TRUE(controller_->lastBlockedNumber().empty());
+    EXPECT_EQ(readFile(root_ + Policy::kBlacklistPath), bytes);
+    writeList(Policy::kBlacklistPath, {"10010"});
+    EXPECT_TRUE(blocks("10010"));
+    start({{"BlacklistBlockMode", 1}});
+    EXPECT_TRUE(blocks("10010"));
+    EXPECT_EQ(readFile(root_ + Policy::kWhitelistPath), bytes);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Files, DamagedListTest,
-                         ::testing::ValuesIn(damagedLists()),
-                         [](const auto& info) { return info.param.name; });
 
 TEST_F(BlockingTest, ADirectoryInPlaceOfTheListIsAnEmptyList) {
   start({{"BlacklistBlockMode", 0}});
   std::filesystem::create_directories(root_ + Policy::kBlacklistPath);
   EXPECT_FALSE(blocks("10010"));
   EXPECT_TRUE(std::filesystem::is_directory(root_ + Policy::kBlacklistPath));
-}
-
-TEST_F(BlockingTest, ChangedNotificationFromAnotherProcessDropsListsAndCache) {
-  start({{"BlacklistBlockMode", 0}});
-  controller_ = C::sharedInstance();
-  controller_->setHost(host_);
-  writeList(Policy::kBlacklistPath, {"10010"});
-  EXPECT_TRUE(blocks("10010"));
-  EXPECT_FALSE(blocks("10086"));
-  writeList(Policy::kBlacklistPath, {"10086"});
-
-  auto& pane = world_.launch("com.apple.Preferences");
-  pane.run([] { platform::current().post(C::kChangedNotification); });
-  world_.advance(0);
-  EXPECT_FALSE(controller_->blacklist());
-  EXPECT_TRUE(controller_->lastBlockedNumber().empty());
-  EXPECT_FALSE(blocks("10010"));
-  EXPECT_TRUE(blocks("10086"));
-  // One subscription per process, however often the controller is asked.
-  C::sharedInstance();
-  EXPECT_EQ(world_.observerCount(C::kChangedNotification), 1u);
 }
 
 TEST_F(BlockingTest, ChangedNotificationWithoutAControllerDoesNothing) {

@@ -26,13 +26,13 @@ struct FakeCall {
   bool outgoing = true;
 };
 
-class FakeInCallHost : public InCallHost {
- public:
+// A call is a view whose facts `calls` holds; the LCD is the controller's
+// only when `hasLcd`.
+struct FakeInCallHost : InCallHost {
   rt::Id controller = ui::make<ui::UIView>();
   std::shared_ptr<ui::UIView> lcd = ui::make<ui::UIView>();
-  bool hasLcd = true;
+  bool hasLcd = true, center = true;
   std::string lcdLabel = "calling…";
-  bool center = true;
   std::vector<std::string> labelsSet;  // setLabel calls, as asked
   // The rewrite the hooks put in front of setLabel:animate:.
   std::function<std::string(const std::string&)> rewrite;
@@ -119,10 +119,10 @@ TEST_F(InCallControllerTest, RemembersDiallingAndActiveCallsAndClearsTheRest) {
       c.areaInCall(h.controller, call);
       h.of(call).status = status;
       c.areaInCall(h.controller, call);
-      EXPECT_EQ(c.curNumber(), "") << status;
-      EXPECT_EQ(c.curArea(), "") << status;
-      EXPECT_EQ(c.curCallStatus(), 0) << status;
-      EXPECT_EQ(c.curRecordID(), -1) << status;
+      EXPECT_EQ(std::tuple(c.curNumber(), c.curArea(), c.curCallStatus(),
+                           c.curRecordID()),
+                std::tuple("", "", 0, -1))
+          << status;
     }
     h.of(call).status = 1;
     c.areaInCall(h.controller, call);
@@ -157,15 +157,14 @@ TEST_F(InCallControllerTest, OwnLabelByStyleAndScreen) {
     EXPECT_EQ(h.lcdLabel, "calling…");
     auto* own = h.ownLabel();
     ASSERT_NE(own, nullptr);
-    EXPECT_EQ(own->text(), c.curArea());
-    EXPECT_EQ(own->frame(), (ui::Rect{{5, 92}, {310, 20}}));
-    EXPECT_EQ(own->textAlignment(), ui::TextAlignment::Center);
-    EXPECT_EQ(own->lineBreakMode(), ui::LineBreakMode::TruncateMiddle);
-    EXPECT_EQ(own->font().size, 17);
-    EXPECT_EQ(own->textColor(), (ui::Color{0.85, 0.85, 0.85, 1}));
-    EXPECT_FALSE(own->userInteractionEnabled());
     ASSERT_TRUE(own->layerShadow());
-    EXPECT_EQ(own->layerShadow()->opacity, 0.2);
+    EXPECT_EQ(
+        std::tuple(own->text(), own->frame(), own->textAlignment(),
+                   own->lineBreakMode(), own->font().size, own->textColor(),
+                   own->userInteractionEnabled(), own->layerShadow()->opacity),
+        std::tuple(c.curArea(), ui::Rect{{5, 92}, {310, 20}},
+                   ui::TextAlignment::Center, ui::LineBreakMode::TruncateMiddle,
+                   17.0, ui::Color{0.85, 0.85, 0.85, 1}, false, 0.2));
     // Made once, moved left when the host does not centre its text.
     h.center = false;
     EXPECT_EQ(c.areaInCall(rt::Id(h.lcd), "calling…"), "calling…");
@@ -237,27 +236,18 @@ TEST_F(InCallControllerTest, VibratesOnceWhenAnOutgoingCallConnects) {
          {"ConnectedVibrateTotalDuration", 1.2345},
          {"ConnectedVibrateOnDuration", 0.3},
          {"ConnectedVibrateOffDuration", 0.1}};
+  // Once per connection: held and resumed re-arms it, a second active
+  // change does not; an incoming call never vibrates.
   with(s, "4", [&](auto& c, auto& h) {
     auto out = h.call({3, kBeijing, -1, true});
-    c.connectedVibrate(out);
-    EXPECT_FALSE(c.vibrateLatch());
-    h.of(out).status = 1;
-    c.connectedVibrate(out);
-    c.connectedVibrate(out);  // a second active change: still one
-    EXPECT_TRUE(c.vibrateLatch());
-    // Held and resumed: re-armed by the non-active status.
-    h.of(out).status = 2;
-    c.connectedVibrate(out);
-    EXPECT_FALSE(c.vibrateLatch());
-    h.of(out).status = 1;
-    c.connectedVibrate(out);
-    EXPECT_TRUE(c.vibrateLatch());
-    // An incoming call never vibrates.
-    h.of(out).status = 6;
-    c.connectedVibrate(out);
-    auto in = h.call({1, kShanghai, -1, false});
-    c.connectedVibrate(in);
-    EXPECT_FALSE(c.vibrateLatch());
+    std::string latch;
+    for (int status : {3, 1, 1, 2, 1, 6}) {
+      h.of(out).status = status;
+      c.connectedVibrate(out);
+      latch += c.vibrateLatch() ? 'L' : '.';
+    }
+    c.connectedVibrate(h.call({1, kShanghai, -1, false}));
+    EXPECT_EQ(latch + (c.vibrateLatch() ? 'L' : '.'), ".LL.L..");
   });
   world_.advance(0.05);
   EXPECT_TRUE(world_.events("vibrate").empty());

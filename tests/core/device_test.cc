@@ -35,16 +35,13 @@ TEST(VibrationPattern, PulsesWithinTheTotal) {
 
 class DeviceTest : public testing::SimTest {};
 
+// (A pattern's device text is the call screens' end-to-end tests'.)
 TEST_F(DeviceTest, VibrationIsPlayedEvenWhenEmpty) {
-  auto& sb = world_.launch("com.apple.springboard");
-  sb.run([] {
+  world_.launch("com.apple.springboard").run([] {
     UIDevice::vibrateWithIntensity(0.5f, 0, 500, 0);
-    UIDevice::vibrateWithIntensity(1, 1200, 500, 200);
   });
-  auto v = world_.events("vibrate");
-  ASSERT_EQ(v.size(), 2u);
-  EXPECT_EQ(v[0].detail, "4095 Intensity=0.5 VibePattern=");
-  EXPECT_EQ(v[1].detail, "4095 Intensity=1 VibePattern=on,500,off,200,on,500");
+  EXPECT_EQ(world_.events("vibrate").at(0).detail,
+            "4095 Intensity=0.5 VibePattern=");
 }
 
 // An iPhone 6 Plus on 8.1.2 (its screen turned) and an iPhone 5 on 7.0:

@@ -102,9 +102,8 @@ TEST_F(InCallE2ETest, StatusLineShowsTheAreaWhileDiallingAndInTheCall) {
   phone_->run([&] {
     auto c = platform::Process::current().slot<ZVInCallController>();
     ASSERT_TRUE(c);
-    EXPECT_EQ(c->curNumber(), kStranger);
-    EXPECT_EQ(c->curCallStatus(), 4);
-    EXPECT_EQ(c->curArea(), "");
+    EXPECT_EQ(std::tuple(c->curNumber(), c->curCallStatus(), c->curArea()),
+              std::tuple(kStranger, 4, ""));
   });
   network().answer(id);
   advance(0);
@@ -133,11 +132,6 @@ TEST_F(InCallE2ETest, VibratesOnceWhenAnOutgoingCallConnects) {
   advance(5);
   network().connect(id);
   advance(10);
-  network().end(id);
-  auto in = network().incoming(kContact);
-  advance(1);
-  network().answer(in);  // an incoming call: no vibration
-  advance(5);
   auto v = details("vibrate");
   ASSERT_EQ(v.size(), 1u);
   EXPECT_NE(v[0].find("VibePattern=on,250"), std::string::npos) << v[0];
@@ -146,10 +140,6 @@ TEST_F(InCallE2ETest, VibratesOnceWhenAnOutgoingCallConnects) {
 TEST_F(InCallE2ETest, NothingIsInstalledOnEightOne) {
   auto& phone = startPhone(
       {{"AreaNameInCall", true}, {"EnableConnectedVibrate", true}}, "4", "8.1");
-  const auto& started =
-      phone.run([] { return platform::Process::current().startedModules; });
-  EXPECT_NE(std::find(started.begin(), started.end(), "zvincall_init"),
-            started.end());
   // The screen does not come up by itself on 8.1; put one up by hand to
   // see that the calls pass through untouched.
   phone.run([] {
@@ -157,10 +147,8 @@ TEST_F(InCallE2ETest, NothingIsInstalledOnEightOne) {
   });
   auto id = network().dial(kStranger);
   advance(0);
-  EXPECT_EQ(screen().label, "calling…");
   network().connect(id);
   advance(1);
-  EXPECT_EQ(screen().label, "00:01");
   // On these systems a status change comes as a notification carrying the
   // call; even so delivered, nothing of the module answers.
   phone.run([&] {

@@ -50,21 +50,19 @@ TEST_F(StartupTest, TheLoadingProbeStartsOnlyWhereAskedFor) {
   EXPECT_EQ(probe.context().startedModules, Modules{"zvloaderprobe_init"});
 }
 
-TEST_F(StartupTest, UnknownHostIsLeftUntouchedWithoutReadingSettings) {
-  // A settings file that would switch everything off must not matter, and
+TEST_F(StartupTest, EnableSwitchSystemVersionAndUnknownHosts) {
+  // An unknown host: a settings file that would switch everything off must
+  // not matter, and
   // the settings machinery must not even subscribe to its notification.
   writeEnable(false);
   EXPECT_TRUE(start("com.apple.mobilesafari").empty());
   EXPECT_TRUE(start("com.apple.MobilePhone").empty());  // case matters
   EXPECT_EQ(world_.observerCount("ZVSettingsChanged"), 0u);
-}
-
-TEST_F(StartupTest, EnableSwitchAndSystemVersionDecide) {
-  EXPECT_TRUE(start("com.apple.mobilephone", "6.1.6").empty());
-  EXPECT_EQ(start("com.apple.InCallService", "7.0").size(), 1u);
-  writeEnable(false);
+  // A known host: the switch and the system version decide.
   EXPECT_TRUE(start("com.apple.mobilephone").empty());
   writeEnable(true);
+  EXPECT_TRUE(start("com.apple.mobilephone", "6.1.6").empty());
+  EXPECT_EQ(start("com.apple.InCallService", "7.0").size(), 1u);
   EXPECT_EQ(start("com.apple.MobileAddressBook", "7.0.4").size(), 1u);
   // A settings file that does not parse counts as Enable on.
   writeDeviceFile("/var/mobile/Library/Preferences/zorvel.plist",
@@ -85,10 +83,7 @@ TEST_F(StartupTest, FeatureRoutinesWithTheirSwitchesOffInstallNothing) {
       {"com.apple.mobilephone",
        zvrecents_init,
        {"PHRecentsViewController", "PHRecentsCell"},
-       {{"EnableArea", false},
-        {"EnableAvatar", false},
-        {"CallHistoryRingDuration", false},
-        {"CallHistoryLimit", 100}},
+       noArea,  // ring durations off and the limit at 100 by default
        {{"CallHistoryLimit", 101}}},
       {"com.apple.MobileAddressBook",
        zvcontacts_init,
