@@ -11,6 +11,7 @@
 
 #include "platform/db/platform_schema.h"
 #include "search/searcher_cache.h"
+#include "support/call_rows.h"
 #include "support/device_db.h"
 #include "support/device_files.h"
 #include "support/phone_process.h"
@@ -64,19 +65,14 @@ class SearchTest : public PhoneProcessTest {
 
   // Recent calls, newest last in `numbers` (dates increase).
   void writeCalls(const std::vector<std::string>& numbers, bool store = true) {
-    std::string sql = "BEGIN;";
-    int date = 1000;
-    for (const auto& n : numbers) {
-      sql += store ? "INSERT INTO ZCALLRECORD(ZADDRESS,ZDATE) VALUES("
-                   : "INSERT INTO call(address,date) VALUES(";
-      sql += quote(n.c_str()) + "," + std::to_string(date++) + ");";
-    }
-    sql += "COMMIT;";
-    execSql(store ? platform_schema::kCallHistoryStorePath
-                  : platform_schema::kCallHistoryDbPath,
-            store ? platform_schema::Database::kCallHistoryStore
-                  : platform_schema::Database::kCallHistoryDb,
-            sql);
+    namespace ps = platform_schema;
+    ASSERT_TRUE(ps::createDatabase(
+        root_ + (store ? ps::kCallHistoryStorePath : ps::kCallHistoryDbPath),
+        store ? ps::Database::kCallHistoryStore
+              : ps::Database::kCallHistoryDb));
+    for (int i = 0; i < int(numbers.size()); ++i)
+      store ? insertModernCall(root_, i + 1, 1000 + i, numbers[i])
+            : insertLegacyCall(root_, i + 1, 1000 + i, numbers[i]);
   }
 
   void writeSettings(const Dict& settings) {
