@@ -170,12 +170,20 @@ TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
   EXPECT_EQ(readCache(), lines);
 }
 
-TEST_F(SearcherLoadTest, NameOrderAndCompanySettings) {
-  writeSettings({{"DialerNameOrder", 2}, {"DialerCompany", true}});
+TEST_F(SearcherLoadTest, NameOrderCompanyAndPropertyListTableSettings) {
+  writeSettings({{"DialerNameOrder", 2},
+                 {"DialerCompany", true},
+                 {"DialerT9Database", "Mine.plist"}});
+  writePlist("/Library/Zorvel/T9/Mine.plist", {{"6464", "明"}});
   writeContacts({{1, "John", "Smith", "Acme", {"1"}},
-                 {2, nullptr, nullptr, "Solo Ltd", {"2"}}});
-  withSearcher([&](auto s) {
-    EXPECT_EQ(forms(s->persons()), (Names{"Solo Ltd", "Smith John Acme"}));
+                 {2, nullptr, nullptr, "Solo Ltd", {"2"}},
+                 {3, "明", "x", nullptr, {"3"}},
+                 {4, "张", nullptr, nullptr, {"4"}}});
+  withSearcher([&](auto s) {  // 明 has a reading (its whole one, last), 张 none
+    EXPECT_EQ(forms(s->persons()),
+              (Names{"张", "x明", "Solo Ltd", "Smith John Acme"}));
+    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin)[0], "*");
+    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin)[1], "96464");
   });
 }
 
@@ -270,17 +278,6 @@ TEST_F(SearcherLoadTest, TableChangeForcesReencoding) {
     s->loadData();
     EXPECT_EQ(s->persons()[0]->getNameJianPin(), "94264");
     EXPECT_TRUE(s->priorityDict().has_value());
-  });
-}
-
-TEST_F(SearcherLoadTest, PropertyListTableAndMissingTable) {
-  writeSettings({{"DialerT9Database", "Mine.plist"}});
-  writePlist("/Library/Zorvel/T9/Mine.plist", {{"6464", "明"}});
-  writeContacts(
-      {{1, "明", "x", nullptr, {"1"}}, {2, "张", nullptr, nullptr, {"2"}}});
-  withSearcher([](auto s) {  // 明 has a reading, 张 none
-    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin),
-              (Names{"*", "69"}));
   });
 }
 
