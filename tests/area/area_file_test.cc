@@ -77,8 +77,8 @@ class AreaFileTest : public ::testing::Test {
   const std::string path_ = root_.path() + "/db";
 };
 
-TEST_F(AreaFileTest, StripsInternationalPartAndTrunk) {
-  write(compileText(kSmallSource));
+TEST_F(AreaFileTest, StripsInternationalPartAndTrunkAndBoundsLengths) {
+  write(compileText(std::string(kSmallSource) + "1008\tTelecom\t\n"));
   for (unsigned limit : {10240u, 0u}) {  // cached and read from the file
     AreaHandle a(path_, limit);
     ASSERT_NE(a.h, nullptr);
@@ -100,6 +100,16 @@ TEST_F(AreaFileTest, StripsInternationalPartAndTrunk) {
     EXPECT_EQ(a.get("861391234", 3), "<null>");
     EXPECT_EQ(a.get("", 3), "<null>");
     EXPECT_EQ(a.get("1", 3), "<null>");  // below the minimum digits
+    // Length-bound records: without flag 4 the record is empty and the
+    // shorter prefix answers, as it does for a longer number.
+    EXPECT_EQ(a.get("10086", 7), "Hotline");
+    EXPECT_EQ(a.get("10086", 3), "Telecom");
+    EXPECT_EQ(a.get("100861", 7), "Telecom");
+    // Three digits are looked up as four, with the three-digit prefix's key.
+    EXPECT_EQ(a.get("110", 5), "Police");
+    EXPECT_EQ(a.get("110", 1), "<null>");
+    EXPECT_EQ(a.get("1101", 5), "Police");  // also counts as four digits
+    EXPECT_EQ(a.get("11012", 5), "<null>");
   }
   EXPECT_EQ(zvarea_get(nullptr, "13912345678", 3), nullptr);
 }
@@ -120,20 +130,6 @@ TEST_F(AreaFileTest, FileShrunkInPlaceAnswersNothingUntilWholeAgain) {
   }
 }
 
-TEST_F(AreaFileTest, LengthBoundRecordsNeedFlagAndExactLength) {
-  write(compileText(std::string(kSmallSource) + "1008\tTelecom\t\n"));
-  AreaHandle a(path_);
-  EXPECT_EQ(a.get("10086", 7), "Hotline");
-  // Without flag 4 the record is empty and the shorter prefix answers.
-  EXPECT_EQ(a.get("10086", 3), "Telecom");
-  EXPECT_EQ(a.get("100861", 7), "Telecom");
-  // Three digits are looked up as four, with the three-digit prefix's key.
-  EXPECT_EQ(a.get("110", 5), "Police");
-  EXPECT_EQ(a.get("110", 1), "<null>");
-  EXPECT_EQ(a.get("1101", 5), "Police");  // also counts as four digits
-  EXPECT_EQ(a.get("11012", 5), "<null>");
-}
-
 TEST_F(AreaFileTest, ThreeDigitNumberUsesThreeDigitKey) {
   write(compileText(
       "@country\t99\n@min\t3\n@max\t12\n555\tThree\t\n5556\tFour\t\n"));
@@ -142,11 +138,8 @@ TEST_F(AreaFileTest, ThreeDigitNumberUsesThreeDigitKey) {
   EXPECT_EQ(a.get("5556", 1), "Four");
   EXPECT_EQ(a.get("5557", 1), "Three");
   EXPECT_EQ(a.get("55", 1), "<null>");
-}
-
-// Lookups show a wrong key at once; what they cannot show is a key cut
-// short by a character that is not a digit.
-TEST_F(AreaFileTest, ANonDigitEndsTheFirstKeyButNotTheSubKey) {
+  // Lookups show a wrong key at once; what they cannot show is a key cut
+  // short by a character that is not a digit.
   EXPECT_EQ(zvarea_atoi("12", 4), 112u);
   EXPECT_EQ(zvarea_atoi("1#345", 5), 11u | (15u << 16));
 }

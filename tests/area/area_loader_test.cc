@@ -64,7 +64,7 @@ TEST_F(AreaLoaderTest, OverridesAnswerBeforeTheDatabase) {
   EXPECT_EQ(area("075512345678", true, false), "Shenzhen");
 }
 
-TEST_F(AreaLoaderTest, CacheSurvivesAreaChanged) {
+TEST_F(AreaLoaderTest, CacheSurvivesAreaChangedAndOverridesOutliveTheDatabase) {
   EXPECT_EQ(area("13912345678", true, false), "Nanjing");
   installDatabase("@country\t86\n@trunk\t0\n@min\t2\n1391234\tSuzhou\t\n");
   proc_.run([] { platform::current().post("ZVAreaChanged"); });
@@ -76,12 +76,12 @@ TEST_F(AreaLoaderTest, CacheSurvivesAreaChanged) {
   // Other flags go to the reopened database.
   EXPECT_EQ(area("13912345678", true, true), "Suzhou");
   EXPECT_EQ(area("13912345678", true, false), "Suzhou");
-}
-
-TEST_F(AreaLoaderTest, MissingDatabaseLeavesOverridesOnly) {
+  // With the database gone, only the overrides answer.
   std::filesystem::remove(root_ + "/Library/Zorvel/Area/China");
   writePlist(ZVAreaLoader::kCustomAreaPath, {{"139", Value("Short")}});
-  EXPECT_EQ(area("13912345678", true, true), "Short");
+  proc_.run([] { platform::current().post("ZVAreaChanged"); });
+  world_.advance(0);
+  EXPECT_EQ(area("13900000000", true, true), "Short");
   EXPECT_EQ(area("075512345678", true, true), "<nil>");
 }
 

@@ -93,7 +93,7 @@ TEST(ImageTest, DecodesJpegAsFarAsItsHeaderAllowsAndRejectsWhatIsNotAPicture) {
   EXPECT_THROW(Image(2, 2, 1, std::vector<uint8_t>(15)), std::invalid_argument);
 }
 
-TEST(ImageTest, ScaleToSizeCropsTheCentreOfWideAndTallImages) {
+TEST(ImageTest, ScaleToSizeCropsTheCentreAndRefusesDegenerateTargets) {
   // The outer quarters fall outside a square target and must not bleed in.
   Image wide = bands(80, 40, 20, kRed, kGreen, kBlue, false);
   ImagePtr a = wide.scaleToSize({10, 10}, 2);
@@ -116,6 +116,25 @@ TEST(ImageTest, ScaleToSizeCropsTheCentreOfWideAndTallImages) {
   ASSERT_NE(d, nullptr);
   EXPECT_EQ((std::vector{d->pixel(0, 0), d->pixel(8, 2), d->pixel(15, 3)}),
             (std::vector{kRed, kGreen, kBlue}));
+
+  // Degenerate targets.
+  Image image = Image::filled(4, 4, 2, kRed);
+  for (platform::Size bad : {platform::Size{0, 10}, {10, -1}, {1e6, 10}})
+    EXPECT_EQ(image.scaleToSize(bad, 2), nullptr);
+  EXPECT_EQ(image.scaleToSize({10, 10}, 0), nullptr);
+
+  // The empty image draws nothing: a transparent picture of the size asked.
+  ImagePtr blank = Image().scaleToSize({20, 10}, 2);
+  EXPECT_EQ(shape(blank), "40x20@2");
+  EXPECT_TRUE(allPixels(blank, Pixel{}));
+  EXPECT_EQ(Image().encodePng(), "");
+
+  // Drawing outside the context leaves it transparent, however far off
+  // the rectangle lies (far off, the source index once overflowed an int
+  // and the loop ran for minutes).
+  for (Rect far : {Rect{{10, 10}, {4, 4}}, Rect{{-1e12, 0}, {4, 4}},
+                   Rect{{0, 1e12}, {4, 4}}})
+    EXPECT_TRUE(allPixels(image.drawnInRect({4, 4}, 1, far), Pixel{}));
 }
 
 TEST(ImageTest, ResamplingAveragesPremultipliedAndInterpolatesWhenGrowing) {
@@ -141,26 +160,6 @@ TEST(ImageTest, ResamplingAveragesPremultipliedAndInterpolatesWhenGrowing) {
   std::vector<int> reds;
   for (int x = 0; x < 8; ++x) reds.push_back(wide->pixel(x, 0).r);
   EXPECT_EQ(reds, (std::vector<int>{0, 0, 25, 75, 125, 175, 200, 200}));
-}
-
-TEST(ImageTest, DegenerateTargets) {
-  Image image = Image::filled(4, 4, 2, kRed);
-  for (platform::Size bad : {platform::Size{0, 10}, {10, -1}, {1e6, 10}})
-    EXPECT_EQ(image.scaleToSize(bad, 2), nullptr);
-  EXPECT_EQ(image.scaleToSize({10, 10}, 0), nullptr);
-
-  // The empty image draws nothing: a transparent picture of the size asked.
-  ImagePtr blank = Image().scaleToSize({20, 10}, 2);
-  EXPECT_EQ(shape(blank), "40x20@2");
-  EXPECT_TRUE(allPixels(blank, Pixel{}));
-  EXPECT_EQ(Image().encodePng(), "");
-
-  // Drawing outside the context leaves it transparent, however far off
-  // the rectangle lies (far off, the source index once overflowed an int
-  // and the loop ran for minutes).
-  for (Rect far : {Rect{{10, 10}, {4, 4}}, Rect{{-1e12, 0}, {4, 4}},
-                   Rect{{0, 1e12}, {4, 4}}})
-    EXPECT_TRUE(allPixels(image.drawnInRect({4, 4}, 1, far), Pixel{}));
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ TEST(Plist, XmlAndBinaryListsKeepEveryKind) {
   EXPECT_EQ(plist::parse(bytes), v);
 }
 
-TEST(Plist, WritesAtomicallyIntoNewFolders) {
+TEST(Plist, WritesAtomicallyIntoNewFoldersAndReadsOnlyWholeLists) {
   testing::TempRoot temp;
   const std::string path = temp.path() + "/a/b/list.plist";
   ASSERT_TRUE(plist::writeFile(path, Value(Dict{{"k", Value(1)}})));
@@ -98,13 +98,11 @@ TEST(Plist, WritesAtomicallyIntoNewFolders) {
   auto perms = std::filesystem::status(path).permissions();
   EXPECT_NE(perms & std::filesystem::perms::others_read,
             std::filesystem::perms::none);
-}
 
-TEST(Plist, MalformedMissingOrWrongListsGiveNothing) {
+  // Malformed, missing or wrong lists give nothing.
   for (const char* bad : {"", "not a plist", "bplist00garbage",
                           "<?xml version=\"1.0\"?><plist><dict><key>a"})
     EXPECT_FALSE(plist::parse(bad)) << bad;
-  testing::TempRoot temp;
   const std::string array = temp.path() + "/array.plist";
   EXPECT_FALSE(plist::readDictionary(temp.path() + "/missing.plist"));
   ASSERT_TRUE(plist::writeFile(array, Value(Array{Value(1)})));

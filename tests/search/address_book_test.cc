@@ -149,6 +149,13 @@ TEST_F(AddressBookTest, PictureIsTheFirstNonEmptyFormatScaledAndCached) {
 }
 
 TEST_F(AddressBookTest, PlaceholderStandsInOnlyWhenAllowed) {
+  // A record whose own data is not a picture. (Records with and without a
+  // picture are the lists' suites'.)
+  struct Corrupt : ABPersonRecord {
+    int32_t recordId() const override { return 12; }
+    bool hasImageData() const override { return true; }
+    std::string copyImageData(int) const override { return "not a picture"; }
+  } corrupt;
   // Without its file the placeholder is a transparent picture.
   inPhone([&](auto book) {
     ASSERT_NE(book->getNullAvatar(), nullptr);
@@ -171,6 +178,11 @@ TEST_F(AddressBookTest, PlaceholderStandsInOnlyWhenAllowed) {
     // A contact without picture: null without the flag. (With it, the
     // placeholder cached under the contact's key: RemovingAContact...)
     EXPECT_EQ(book->getAvatar(8, Size{40, 40}, false), nullptr);
+
+    // The record's own data wins over the stored picture, even when broken.
+    addPicture(12, 0, kBlue);
+    EXPECT_EQ(book->getAvatar(0, &corrupt, {44, 44}, false), nullptr);
+    EXPECT_TRUE(allPixels(book->getAvatar(0, &corrupt, {44, 44}, true), kGrey));
   });
 }
 
@@ -227,22 +239,6 @@ TEST_F(AddressBookTest, OwnPictureComesFromMyInfoAndIsLookedForOnce) {
     EXPECT_EQ(book->getMyAvatarWithSize({28, 28}), nullptr);
     addPicture(4, 0, kBlue);
     EXPECT_EQ(book->getMyAvatarWithSize({28, 28}), nullptr);
-  });
-}
-
-// A record whose own data is not a picture. (Records with and without a
-// picture are the lists' suites'.)
-TEST_F(AddressBookTest, PersonRecordWithoutAPictureGetsOnlyThePlaceholder) {
-  struct Corrupt : ABPersonRecord {
-    int32_t recordId() const override { return 12; }
-    bool hasImageData() const override { return true; }
-    std::string copyImageData(int) const override { return "not a picture"; }
-  } corrupt;
-  installPlaceholder();
-  addPicture(12, 0, kBlue);  // ignored: the record's own data wins
-  inPhone([&](auto book) {
-    EXPECT_EQ(book->getAvatar(0, &corrupt, {44, 44}, false), nullptr);
-    EXPECT_TRUE(allPixels(book->getAvatar(0, &corrupt, {44, 44}, true), kGrey));
   });
 }
 

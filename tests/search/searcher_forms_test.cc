@@ -17,7 +17,7 @@ namespace {
 
 const std::string kZhang = "\xe5\xbc\xa0";  // 张
 
-TEST(T9TableTest, LetterMapAndCharacterLengths) {
+TEST(T9TableTest, LetterMapCharacterLengthsAndBuckets) {
   std::string digits;
   for (char c = 'a'; c <= 'z'; ++c) digits += keypadLetter(c);
   EXPECT_EQ(digits, "22233344455566677778889999");
@@ -30,10 +30,8 @@ TEST(T9TableTest, LetterMapAndCharacterLengths) {
       {0xF8, 5}, {0xFC, 6}, {0xFE, 7}, {0xFF, 1}};
   for (auto [lead, length] : lengths)
     EXPECT_EQ(utf8CharLength(lead), length) << int(lead);
-}
 
-// (Buckets of well-formed characters are ChainOrderDecidesBetweenReadings'.)
-TEST(T9TableTest, BucketArithmetic) {
+  // (Buckets of well-formed characters are ChainOrderDecidesBetweenReadings'.)
   // A malformed long sequence whose hash goes negative is sign-extended
   // before the unsigned modulo.
   std::string bad = "\xfc\x80\x80\x80\x80\x80";
@@ -177,31 +175,31 @@ TEST(EncodeTest, FormsStayBoundedAndConsistent) {
   EXPECT_GE(sum, e.pinYin.size());
 }
 
-TEST(ComposeTest, SpaceRuleAndOrder) {
-  EXPECT_EQ(composeDisplayName("Al", "B", nullptr, false), "AlB");
-  EXPECT_EQ(composeDisplayName("Li", "Na", nullptr, false), "Li Na");
-  EXPECT_EQ(composeDisplayName("John", "Smith", nullptr, true), "Smith John");
-  EXPECT_EQ(composeDisplayName("明", "张", nullptr, true), "张明");
-  EXPECT_EQ(composeDisplayName("小明", "张", nullptr, true), "张小明");
-  EXPECT_EQ(composeDisplayName("", "Smith", nullptr, false), "Smith");
-
-  std::string org = "Acme";
-  EXPECT_EQ(composeDisplayName("", "", &org, false), "Acme");
-  EXPECT_EQ(composeDisplayName("Li", "Na", &org, false), "Li Na Acme");
-  std::string empty;
-  EXPECT_EQ(composeDisplayName("Li", "", &empty, false), "Li");
-}
-
-TEST(ComposeTest, PartsAreCutTo255Bytes) {
-  std::string longFirst(300, 'f');
-  std::string name = composeDisplayName(longFirst, "Last", nullptr, false);
-  EXPECT_EQ(name, std::string(255, 'f'));
-  std::string org(100, 'o');
-  name = composeDisplayName(std::string(200, 'f'), std::string(100, 'l'), &org,
-                            false);
-  EXPECT_EQ(name, std::string(200, 'f') + " " + std::string(55, 'l'));
-  name = composeDisplayName(std::string(200, 'f'), "", &org, false);
-  EXPECT_EQ(name, std::string(200, 'f') + " " + std::string(55, 'o'));
+TEST(ComposeTest, SpaceRuleOrderAndPartsCutTo255Bytes) {
+  const std::string f200(200, 'f'), org(100, 'o'), acme = "Acme", none;
+  const struct {
+    std::string first, last;
+    const std::string* org;
+    bool lastFirst;
+    std::string name;
+  } cases[] = {
+      {"Al", "B", nullptr, false, "AlB"},
+      {"Li", "Na", nullptr, false, "Li Na"},
+      {"John", "Smith", nullptr, true, "Smith John"},
+      {"明", "张", nullptr, true, "张明"},
+      {"小明", "张", nullptr, true, "张小明"},
+      {"", "Smith", nullptr, false, "Smith"},
+      {"", "", &acme, false, "Acme"},
+      {"Li", "Na", &acme, false, "Li Na Acme"},
+      {"Li", "", &none, false, "Li"},
+      {std::string(300, 'f'), "Last", nullptr, false, std::string(255, 'f')},
+      {f200, std::string(100, 'l'), &org, false,
+       f200 + " " + std::string(55, 'l')},
+      {f200, "", &org, false, f200 + " " + std::string(55, 'o')},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(composeDisplayName(c.first, c.last, c.org, c.lastFirst), c.name)
+        << c.first.substr(0, 10) << " " << c.last.substr(0, 10);
 }
 
 using R = ZVRange;

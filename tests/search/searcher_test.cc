@@ -11,6 +11,7 @@
 
 #include "platform/db/platform_schema.h"
 #include "search/searcher_cache.h"
+#include "support/call_rows.h"
 #include "support/device_db.h"
 #include "support/device_files.h"
 #include "support/phone_process.h"
@@ -64,19 +65,14 @@ class SearchTest : public PhoneProcessTest {
 
   // Recent calls, newest last in `numbers` (dates increase).
   void writeCalls(const std::vector<std::string>& numbers, bool store = true) {
-    std::string sql = "BEGIN;";
-    int date = 1000;
-    for (const auto& n : numbers) {
-      sql += store ? "INSERT INTO ZCALLRECORD(ZADDRESS,ZDATE) VALUES("
-                   : "INSERT INTO call(address,date) VALUES(";
-      sql += quote(n.c_str()) + "," + std::to_string(date++) + ");";
-    }
-    sql += "COMMIT;";
-    execSql(store ? platform_schema::kCallHistoryStorePath
-                  : platform_schema::kCallHistoryDbPath,
-            store ? platform_schema::Database::kCallHistoryStore
-                  : platform_schema::Database::kCallHistoryDb,
-            sql);
+    namespace ps = platform_schema;
+    ASSERT_TRUE(ps::createDatabase(
+        root_ + (store ? ps::kCallHistoryStorePath : ps::kCallHistoryDbPath),
+        store ? ps::Database::kCallHistoryStore
+              : ps::Database::kCallHistoryDb));
+    for (int i = 0; i < int(numbers.size()); ++i)
+      store ? insertModernCall(root_, i + 1, 1000 + i, numbers[i])
+            : insertLegacyCall(root_, i + 1, 1000 + i, numbers[i]);
   }
 
   void writeSettings(const Dict& settings) {
@@ -174,12 +170,20 @@ TEST_F(SearcherLoadTest, EncodesContactsFromTheDatabase) {
   EXPECT_EQ(readCache(), lines);
 }
 
-TEST_F(SearcherLoadTest, NameOrderAndCompanySettings) {
-  writeSettings({{"DialerNameOrder", 2}, {"DialerCompany", true}});
+TEST_F(SearcherLoadTest, NameOrderCompanyAndPropertyListTableSettings) {
+  writeSettings({{"DialerNameOrder", 2},
+                 {"DialerCompany", true},
+                 {"DialerT9Database", "Mine.plist"}});
+  writePlist("/Library/Zorvel/T9/Mine.plist", {{"6464", "明"}});
   writeContacts({{1, "John", "Smith", "Acme", {"1"}},
-                 {2, nullptr, nullptr, "Solo Ltd", {"2"}}});
-  withSearcher([&](auto s) {
-    EXPECT_EQ(forms(s->persons()), (Names{"Solo Ltd", "Smith John Acme"}));
+                 {2, nullptr, nullptr, "Solo Ltd", {"2"}},
+                 {3, "明", "x", nullptr, {"3"}},
+                 {4, "张", nullptr, nullptr, {"4"}}});
+  withSearcher([&](auto s) {  // 明 has a reading (its whole one, last), 张 none
+    EXPECT_EQ(forms(s->persons()),
+              (Names{"张", "x明", "Solo Ltd", "Smith John Acme"}));
+    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin)[0], "*");
+    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin)[1], "96464");
   });
 }
 
@@ -274,17 +278,6 @@ TEST_F(SearcherLoadTest, TableChangeForcesReencoding) {
     s->loadData();
     EXPECT_EQ(s->persons()[0]->getNameJianPin(), "94264");
     EXPECT_TRUE(s->priorityDict().has_value());
-  });
-}
-
-TEST_F(SearcherLoadTest, PropertyListTableAndMissingTable) {
-  writeSettings({{"DialerT9Database", "Mine.plist"}});
-  writePlist("/Library/Zorvel/T9/Mine.plist", {{"6464", "明"}});
-  writeContacts(
-      {{1, "明", "x", nullptr, {"1"}}, {2, "张", nullptr, nullptr, {"2"}}});
-  withSearcher([](auto s) {  // 明 has a reading, 张 none
-    EXPECT_EQ(forms(s->persons(), &ZVPerson::getNameJianPin),
-              (Names{"*", "69"}));
   });
 }
 
