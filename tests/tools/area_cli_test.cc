@@ -177,7 +177,13 @@ TEST(ZorvelCliTest, ConventionsOfTheCommandLine) {
        {"contacts " + sample + "--text-size 4 back", 2, "text-size"},
        {"contacts " + sample + "--host messages", 2, "messages"},
        {"contacts " + sample + "jump:3", 2, "jump:3"},
-       {"device create /nonexistent/d --seed -1", 2, "seed"}});
+       {"device create /nonexistent/d --seed -1", 2, "seed"},
+       // Well-formed actions that do not fit the screen stop the session.
+       {"contacts --scratch " + sample + "open:nobody-here", 1,
+        "no contact named"},
+       {"phone --scratch " + sample + "recents:delete:999", 1, "no such row"},
+       {"phone --scratch " + sample + "select:1", 1, "no such row"},
+       {"messages --scratch " + sample + "group", 1, "no composer"}});
   // The man page and the completion come from the same definitions.
   r = runZorvel("--docs man");
   EXPECT_EQ(r.status, 0) << r.err;

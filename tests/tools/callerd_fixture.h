@@ -5,17 +5,9 @@
 // read back. The test plays the network through modem_.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "cli_runner.h"
-#include "support/device_files.h"
 #include "support/mock_modem.h"
 #include "support/private_bus.h"
-#include "support/sim_fixture.h"
 
 namespace zv::testing {
 

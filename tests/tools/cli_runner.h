@@ -54,14 +54,9 @@ inline CliResult runShell(const std::string& command,
   int status = std::system(full.c_str());
   CliResult r;
   r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  for (auto [suffix, text] : {std::pair{".out", &r.out}, {".err", &r.err}}) {
-    std::ifstream in(base + suffix, std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    *text = ss.str();
-    fs::remove(base + suffix);
-  }
-  fs::remove(base + ".in");
+  r.out = readFile(base + ".out");
+  r.err = readFile(base + ".err");
+  for (const char* suffix : {".in", ".out", ".err"}) fs::remove(base + suffix);
   return r;
 }
 
@@ -154,12 +149,7 @@ inline std::map<std::string, std::string> fileSnapshot(
     const std::string& root) {
   std::map<std::string, std::string> files;
   for (const auto& e : std::filesystem::recursive_directory_iterator(root))
-    if (e.is_regular_file()) {
-      std::ifstream in(e.path(), std::ios::binary);
-      std::stringstream ss;
-      ss << in.rdbuf();
-      files[e.path().string()] = ss.str();
-    }
+    if (e.is_regular_file()) files[e.path().string()] = readFile(e.path());
   return files;
 }
 

@@ -12,14 +12,6 @@ using json = nlohmann::json;
 class SettingsCliTest : public testing::ZorvelCliTest {
  protected:
   SettingsCliTest() : ZorvelCliTest("settings") {}
-  static const json* find(const json& doc, std::string_view cls,
-                          std::string_view key) {
-    for (const auto& c : doc["classes"])
-      if (c["class"] == cls)
-        for (const auto& k : c["keys"])
-          if (k["key"] == key) return &k;
-    return nullptr;
-  }
 };
 
 TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
@@ -32,34 +24,34 @@ TEST_F(SettingsCliTest, JsonShowsFileValuesAndDefaults) {
   EXPECT_EQ(result.err, "");
   auto doc = json::parse(result.out);
   EXPECT_EQ(doc["fileStatus"], "loaded");
-
+  // The classes in order, and each key as "Class.Key".
   std::vector<std::string> classes;
-  for (const auto& c : doc["classes"]) classes.push_back(c["class"]);
+  std::map<std::string, json> key;
+  for (const auto& c : doc["classes"]) {
+    classes.push_back(c["class"]);
+    for (const auto& k : c["keys"])
+      key[classes.back() + "." + k["key"].get<std::string>()] = k;
+  }
   EXPECT_EQ(classes,
             (std::vector<std::string>{"ZVGeneralSettings", "ZVPhoneSettings",
                                       "ZVSMSSettings", "ZVIncomingCallSettings",
                                       "ZVControlCenterSettings"}));
-
-  auto key = [&](std::string_view cls, std::string_view name) {
-    const auto* k = find(doc, cls, name);
-    return k ? *k : json();
-  };
-  EXPECT_EQ(key("ZVGeneralSettings", "MyInfo"), (json{{"key", "MyInfo"},
-                                                      {"type", "integer"},
-                                                      {"value", 3},
-                                                      {"default", -1},
-                                                      {"source", "file"}}));
-  EXPECT_EQ(key("ZVIncomingCallSettings", "ConnectedVibrateIntensity")["value"],
+  EXPECT_EQ(key["ZVGeneralSettings.MyInfo"], (json{{"key", "MyInfo"},
+                                                   {"type", "integer"},
+                                                   {"value", 3},
+                                                   {"default", -1},
+                                                   {"source", "file"}}));
+  EXPECT_EQ(key["ZVIncomingCallSettings.ConnectedVibrateIntensity"]["value"],
             0.8);
-  EXPECT_EQ(key("ZVGeneralSettings", "AreaDatabase"),
+  EXPECT_EQ(key["ZVGeneralSettings.AreaDatabase"],
             (json{{"key", "AreaDatabase"},
                   {"type", "string"},
                   {"value", "China"},
                   {"default", "China"},
                   {"source", "default"}}));
   // Feature classes list only the keys they add.
-  EXPECT_EQ(find(doc, "ZVPhoneSettings", "MyInfo"), nullptr);
-  EXPECT_EQ(key("ZVControlCenterSettings", "ControlCenterHome")["value"], 2);
+  EXPECT_FALSE(key.contains("ZVPhoneSettings.MyInfo"));
+  EXPECT_EQ(key["ZVControlCenterSettings.ControlCenterHome"]["value"], 2);
 }
 
 TEST_F(SettingsCliTest, KeypadFlagsAreListedWithTheirFile) {
