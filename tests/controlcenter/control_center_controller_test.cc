@@ -66,7 +66,7 @@ TEST_F(QuickLaunchTest, EachButtonRunsItsOwnActionAsA7xPress) {
   });
 }
 
-class ShortcutTest : public testing::ControlCenterTest {};
+using ShortcutTest = testing::ControlCenterTest;
 
 TEST_F(ShortcutTest, HomeGlyphFollowsTheModelAndScreen) {
   struct Case {
@@ -118,7 +118,7 @@ TEST_F(ShortcutTest, ImagesAreReadOnceAndMissingOnesGiveNone) {
   });
 }
 
-class BluetoothAsCellularTest : public testing::ControlCenterTest {};
+using BluetoothAsCellularTest = testing::ControlCenterTest;
 
 TEST_F(BluetoothAsCellularTest, UpdateWithoutAModuleUsesTheOneLastSeen) {
   writeGlyphs();
