@@ -70,7 +70,9 @@ TEST_F(SMSControllerTest, AreaLabelIsMadeOnceAndFollowsTheSettings) {
               cell.cell, conversation(kMobile, on ? 4 : -1));
           auto label = areaLabel(cell);
           ASSERT_EQ(label != nullptr, on);
-          if (on) EXPECT_FALSE(label->text().empty());
+          if (on) {
+            EXPECT_FALSE(label->text().empty());
+          }
         });
 }
 

@@ -121,12 +121,13 @@ TEST_P(CallHistoryRowsTest, HiddenAndVideoCallsAndContactsInTheRow) {
                          row("13800138000", at, 0, false, false, 0, true, 7)}));
   // On 8.x the hidden caller's number is unavailable, and Core Data's
   // highest key follows the rows.
-  if (modern())
+  if (modern()) {
     EXPECT_EQ(columnValues<int64_t>(root_ + ps::kCallHistoryStorePath,
                                     "SELECT ZNUMBER_AVAILABILITY FROM "
                                     "ZCALLRECORD WHERE Z_PK = 1 UNION ALL "
                                     "SELECT Z_MAX FROM Z_PRIMARYKEY"),
               (std::vector<int64_t>{1, 2}));
+  }
 }
 
 TEST_P(CallHistoryRowsTest, NewRowsFollowEveryKeyEverUsedAndTheNewestStay) {
